@@ -1,0 +1,23 @@
+#!/bin/bash
+# Runs one test program in surroundings of its own: HOME, XDG folders, TMPDIR, a session bus that activates nothing, the
+# offscreen platform. Usage: isolated.sh PROGRAM [ARGUMENTS]
+set -u
+here=$(cd "$(dirname "$0")" && pwd)
+root=$(mktemp -d "${TMPDIR:-/tmp}/nytest.XXXXXX") || exit 1
+trap 'chmod -R u+rwX "$root" 2>/dev/null; rm -rf "$root"' EXIT
+mkdir -p "$root/home/Pictures" "$root/tmp"
+mkdir -m 700 "$root/runtime"
+export HOME="$root/home" TMPDIR="$root/tmp"
+export XDG_CONFIG_HOME="$HOME/.config" XDG_DATA_HOME="$HOME/.local/share" XDG_CACHE_HOME="$HOME/.cache"
+export XDG_STATE_HOME="$HOME/.local/state" XDG_RUNTIME_DIR="$root/runtime"
+export XDG_CONFIG_DIRS="$root/etc-xdg" XDG_DATA_DIRS="/usr/local/share:/usr/share"
+export QT_QPA_PLATFORM="${NY_TEST_PLATFORM:-offscreen}" QT_LOGGING_TO_CONSOLE=1 LC_ALL=C.UTF-8 LANG=C.UTF-8
+export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=0}" UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
+unset DISPLAY WAYLAND_DISPLAY LANGUAGE XDG_CURRENT_DESKTOP DESKTOP_SESSION
+if [ -n "${NY_TEST_NO_BUS:-}" ]; then
+    export DBUS_SESSION_BUS_ADDRESS="unix:path=$root/no-bus"
+    "$@"
+else
+    unset DBUS_SESSION_BUS_ADDRESS
+    dbus-run-session --config-file="$here/session-bus.conf" -- "$@"
+fi
