@@ -1,0 +1,70 @@
+#include <QTest>
+
+#include "NyBookProject.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+class tst_NyPlacedFoto : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void printedDpi();
+    void printedDpiOfTurnedAndCropped();
+    void unknownSize();
+    void countsOfABook();
+};
+
+void tst_NyPlacedFoto::printedDpi()
+{
+    NyPlacedFoto foto;
+    foto.rectMm = QRectF(0, 0, 254, 127);
+    foto.sizePx = QSize(3000, 1500);
+    QCOMPARE(foto.printedDpi(), 300.0);
+    QCOMPARE(foto.shownAspectRatio(), 2.0);
+    foto.rectMm = QRectF(0, 0, 254, 254);
+    QCOMPARE(foto.printedDpi(), 150.0);
+}
+
+void tst_NyPlacedFoto::printedDpiOfTurnedAndCropped()
+{
+    NyPlacedFoto foto;
+    foto.rectMm = QRectF(10, 10, 127, 254);
+    foto.sizePx = QSize(3000, 1500);
+    foto.rotationDegrees = 270;
+    QCOMPARE(foto.printedDpi(), 300.0);
+    QCOMPARE(foto.shownAspectRatio(), 0.5);
+    foto.crop = QRectF(0.25, 0, 0.5, 1);
+    QCOMPARE(foto.printedDpi(), 150.0);
+    QCOMPARE(foto.shownAspectRatio(), 0.25);
+}
+
+void tst_NyPlacedFoto::unknownSize()
+{
+    NyPlacedFoto foto;
+    QCOMPARE(foto.printedDpi(), 0.0);
+    foto.rectMm = QRectF(0, 0, 10, 10);
+    QCOMPARE(foto.printedDpi(), 0.0);
+    QCOMPARE(foto.shownAspectRatio(), 0.0);
+}
+
+void tst_NyPlacedFoto::countsOfABook()
+{
+    NyBookProject project;
+    QCOMPARE(project.spreadCount(), 1);
+    QCOMPARE(project.photoCount(), 0);
+    NyPlacedFoto a, b;
+    a.url = QUrl(u"file:///a.jpg"_s);
+    b.url = QUrl(u"file:///b.jpg"_s);
+    project.cover.photos = { b };
+    project.pages = { NyBookPage { { a }, {} } };
+    QCOMPARE(project.spreadCount(), 2);
+    project.pages.append(NyBookPage { { a, b }, {} });
+    QCOMPARE(project.spreadCount(), 2);
+    project.pages.append(NyBookPage());
+    QCOMPARE(project.spreadCount(), 3);
+    QCOMPARE(project.photoCount(), 3);
+    QCOMPARE(project.photoUrls(), QList<QUrl>({ b.url, a.url }));
+}
+
+QTEST_GUILESS_MAIN(tst_NyPlacedFoto)
+#include "tst_NyPlacedFoto.moc"
