@@ -1,0 +1,3 @@
+#include "NyInitializerAbstract.h"
+
+NyInitializerAbstract::~NyInitializerAbstract() = default;

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <memory>
+
+#include <QtCore/QString>
+
+#include "NySingleton.h"
+#include "nycore_export.h"
+
+/** The event log: usage records, apart from the diagnostic log. Thread-safe. */
+class NYCORE_EXPORT NyLogger : public NySingleton<NyLogger> {
+public:
+    NyLogger();
+    ~NyLogger() override;
+
+    /** Writes one record at once: an ISO time, a tab, the text with its line breaks escaped. */
+    void logQuilloService(const QString& text);
+
+    /** Closes the file; the next record opens it again. */
+    void closeFile();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
