@@ -1,0 +1,8 @@
+#include "NyQuilloServiceConfigBase.h"
+
+NyQuilloServiceConfigBase::NyQuilloServiceConfigBase()
+    : NyXMLConfig(NyResourceFile(QStringLiteral("quilloservice.xml")))
+{
+}
+
+NyQuilloServiceConfigBase::~NyQuilloServiceConfigBase() = default;
