@@ -1,0 +1,11 @@
+#include "NyIdleWatcherDefault.h"
+
+NyIdleWatcherDefault::NyIdleWatcherDefault(QObject *parent)
+    : NyIdleWatcherInterface(parent)
+{
+}
+
+bool NyIdleWatcherDefault::isIdle() const
+{
+    return true;
+}

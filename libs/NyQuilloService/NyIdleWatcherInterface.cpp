@@ -1,0 +1,8 @@
+#include "NyIdleWatcherInterface.h"
+
+NyIdleWatcherInterface::NyIdleWatcherInterface(QObject *parent)
+    : QObject(parent)
+{
+}
+
+NyIdleWatcherInterface::~NyIdleWatcherInterface() = default;
