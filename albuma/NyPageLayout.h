@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QList>
+#include <QRectF>
+#include <QSize>
+
+/** What the layout must know of a photo. */
+struct NyLayoutFoto
+{
+    /** Upright size in pixels; never empty. */
+    QSize sizePx;
+    /** A hero is given more room than its neighbours. */
+    bool isHero = false;
+};
+
+/**
+ * Arranges the photos of one page: rows and columns, nested, in reading order, flush at their outer edges.
+ *
+ * Every photo keeps its aspect ratio and is shown whole; none is printed with fewer than MinimumDpi pixels per inch.
+ * Pure functions.
+ */
+class NyPageLayout
+{
+public:
+    static constexpr double MinimumDpi = 150;
+    static constexpr double RecommendedDpi = 200;
+    static constexpr int MaximumPhotos = 6;
+
+    struct Result
+    {
+        /** One rectangle in mm for each photo, in the photos' order. */
+        QList<QRectF> rectsMm;
+        /** Share of the area that is covered by photos, 0 to 1. */
+        double coverage = 0;
+        /** Length of the shortest side of all photos in mm. */
+        double shortestSideMm = 0;
+    };
+
+    /**
+     * @p photos holds 1 to MaximumPhotos entries; @p areaMm is where they may lie, @p gapMm the distance between two.
+     * A single photo always finds its place. The result is empty if several are too different in shape to share the area,
+     * for any other number of photos, and for an empty area.
+     */
+    static Result arrange(const QList<NyLayoutFoto>& photos, const QRectF& areaMm, double gapMm);
+
+    /** The largest size in mm at which a picture of @p sizePx still has MinimumDpi. */
+    static QSizeF largestPrintMm(const QSize& sizePx);
+};
