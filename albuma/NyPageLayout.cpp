@@ -140,23 +140,17 @@ QRectF fitted(const QRectF& rect, const QSize& sizePx)
     return result;
 }
 
-}
-
-QSizeF NyPageLayout::largestPrintMm(const QSize& sizePx)
+struct Scored
 {
-    return QSizeF(sizePx) * MM_PER_INCH / MinimumDpi;
-}
+    NyPageLayout::Result result;
+    double score = -std::numeric_limits<double>::infinity();
+};
 
-NyPageLayout::Result NyPageLayout::arrange(const QList<NyLayoutFoto>& photos, const QRectF& areaMm, double gapMm)
+Scored arrangedInOrder(const QList<NyLayoutFoto>& photos, const QRectF& areaMm, double gapMm)
 {
     const int count = int(photos.size());
-    if (count < 1 || count > MaximumPhotos || areaMm.isEmpty()
-        || std::any_of(photos.cbegin(), photos.cend(), [](const NyLayoutFoto& foto) { return foto.sizePx.isEmpty(); }))
-        return {};
-
     const BlockTable table(photos, gapMm);
-    Result best;
-    double bestScore = -std::numeric_limits<double>::infinity();
+    Scored best;
     QList<QRectF> rects(count);
     for (const Block& block : table.all(0, count)) {
         const double width = std::min(areaMm.width(), (areaMm.height() - block.offset) / block.slope);
@@ -177,10 +171,42 @@ NyPageLayout::Result NyPageLayout::arrange(const QList<NyLayoutFoto>& photos, co
             shortest = std::min({ shortest, rect.width(), rect.height() });
             score += (photos.at(i).isHero ? HERO_WEIGHT : 1.0) * std::log(area);
         }
-        if (score > bestScore) {
-            bestScore = score;
-            best = { rects, covered / (areaMm.width() * areaMm.height()), shortest };
-        }
+        if (score > best.score)
+            best = { { rects, covered / (areaMm.width() * areaMm.height()), shortest }, score };
     }
     return best;
+}
+
+}
+
+QSizeF NyPageLayout::largestPrintMm(const QSize& sizePx)
+{
+    return QSizeF(sizePx) * MM_PER_INCH / MinimumDpi;
+}
+
+NyPageLayout::Result NyPageLayout::arrange(const QList<NyLayoutFoto>& photos, const QRectF& areaMm, double gapMm)
+{
+    const qsizetype count = photos.size();
+    if (count < 1 || count > MaximumPhotos || areaMm.isEmpty()
+        || std::any_of(photos.cbegin(), photos.cend(), [](const NyLayoutFoto& foto) { return foto.sizePx.isEmpty(); }))
+        return {};
+
+    Scored best = arrangedInOrder(photos, areaMm, gapMm);
+    const auto isHero = [](const NyLayoutFoto& foto) { return foto.isHero; };
+    if (std::count_if(photos.cbegin(), photos.cend(), isHero) == 1) {
+        // Between its neighbours a hero has no room to grow; at either end of the order it can fill one side of the page.
+        const qsizetype hero = std::find_if(photos.cbegin(), photos.cend(), isHero) - photos.cbegin();
+        for (const qsizetype end : { qsizetype(0), count - 1 }) {
+            if (end == hero)
+                continue;
+            QList<NyLayoutFoto> moved = photos;
+            moved.move(hero, end);
+            Scored other = arrangedInOrder(moved, areaMm, gapMm);
+            if (other.score <= best.score)
+                continue;
+            other.result.rectsMm.move(end, hero);
+            best = other;
+        }
+    }
+    return best.result;
 }

@@ -14,7 +14,8 @@ struct NyLayoutFoto
 };
 
 /**
- * Arranges the photos of one page: rows and columns, nested, in reading order, flush at their outer edges.
+ * Arranges the photos of one page: rows and columns, nested, flush at their outer edges, in reading order except that a
+ * page's only hero may change to one side.
  *
  * Every photo keeps its aspect ratio and is shown whole; none is printed with fewer than MinimumDpi pixels per inch.
  * Pure functions.
