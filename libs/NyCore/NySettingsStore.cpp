@@ -34,7 +34,7 @@ QString decoded(const QByteArray& bytes)
 /** Group and key names reduced to letters that mean nothing in the file's form. */
 QByteArray encodedName(const QString& name)
 {
-    return name.toUtf8().toPercentEncoding(" ");
+    return name.toUtf8().toPercentEncoding();
 }
 
 QString decodedName(const QByteArray& bytes)
@@ -127,9 +127,10 @@ std::optional<QString> NySettingsStore::value(const QString& group, const QStrin
         setBrokenFileAside();
     const QMutexLocker locker(&m_data);
     const Key wanted(group, key);
-    const auto pending = m_pending.constFind(wanted);
-    if (pending != m_pending.constEnd())
-        return pending->text;
+    for (const auto& [pendingKey, pending] : std::as_const(m_pending)) {
+        if (pendingKey == wanted)
+            return pending.text;
+    }
     const auto stored = m_document.values.constFind(wanted);
     return stored == m_document.values.constEnd() ? std::nullopt : std::optional(*stored);
 }
@@ -137,7 +138,9 @@ std::optional<QString> NySettingsStore::value(const QString& group, const QStrin
 void NySettingsStore::setValue(const QString& group, const QString& key, const QString& text, bool quoted)
 {
     const QMutexLocker locker(&m_data);
-    m_pending.insert(Key(group, key), Value{text, quoted});
+    const Key changed(group, key);
+    m_pending.removeIf([&changed](const std::pair<Key, Value>& pending) { return pending.first == changed; });
+    m_pending.append({changed, Value{text, quoted}});
 }
 
 void NySettingsStore::reportUnusable(const QString& group, const QString& key, const QString& text)
@@ -358,11 +361,11 @@ void NySettingsStore::writePending()
     }
     Document changed = m_document;
     bool differs = false;
-    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
-        const auto present = changed.values.constFind(it.key());
-        if (present != changed.values.constEnd() && *present == it->text)
+    for (const auto& [key, value] : std::as_const(m_pending)) {
+        const auto present = changed.values.constFind(key);
+        if (present != changed.values.constEnd() && *present == value.text)
             continue;
-        apply(changed, it.key(), *it);
+        apply(changed, key, value);
         differs = true;
     }
     if (!differs) {

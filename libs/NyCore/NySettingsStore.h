@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <QtCore/QByteArray>
 #include <QtCore/QHash>
@@ -85,6 +86,6 @@ private:
     Document m_document;
     FileState m_state = FileState::Missing;
     std::optional<Stamp> m_stamp;
-    QHash<Key, Value> m_pending;
+    QList<std::pair<Key, Value>> m_pending;
     QSet<QString> m_reported;
 };
