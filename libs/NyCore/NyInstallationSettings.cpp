@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int LongestUninstallMs = 5000;
+constexpr int LongestUninstallMs = 3000;
 
 bool isExecutableFile(const QString& path)
 {

@@ -24,7 +24,7 @@ public:
 
     /**
      * Makes a wish that is not in effect yet take effect, by running the service's executable: to install it starts detached and
-     * stays as the running service; to uninstall it is waited for, at most 5 s, and left to itself after that. Does
+     * stays as the running service; to uninstall it is waited for, at most 3 s, and left to itself after that. Does
      * nothing when no wish is pending; a failed start is a warning and leaves the wish pending.
      */
     void applyAutoStartServiceSetting();
