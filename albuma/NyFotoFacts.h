@@ -7,8 +7,8 @@
 /** What the builder found out about one photo. */
 struct NyFotoFacts
 {
-    /** Why a photo cannot stand in a book at all, or only if nothing better is left. */
-    enum class Flaw { None, Unreadable, Screenshot, Blank, Blurred };
+    /** Why a photo cannot stand in a book at all, or (Blurred, and Rejected by the user) only if its day has nothing better. */
+    enum class Flaw { None, Unreadable, Screenshot, Blank, Blurred, Rejected };
 
     QUrl url;
     /** Wall clock of the camera. */

@@ -84,7 +84,7 @@ NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts>& photos
 {
     Result result;
     QList<NyFotoFacts> usable;
-    QList<NyFotoFacts> blurred;
+    QList<NyFotoFacts> poor;
     for (const NyFotoFacts& photo : photos) {
         switch (photo.flaw) {
         case NyFotoFacts::Flaw::Unreadable:
@@ -97,7 +97,8 @@ NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts>& photos
             ++result.unusable;
             break;
         case NyFotoFacts::Flaw::Blurred:
-            blurred.append(photo);
+        case NyFotoFacts::Flaw::Rejected:
+            poor.append(photo);
             break;
         case NyFotoFacts::Flaw::None:
             usable.append(photo);
@@ -108,8 +109,8 @@ NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts>& photos
     QSet<QDate> days;
     for (const NyFotoFacts& photo : std::as_const(usable))
         days.insert(photo.captureTime.date());
-    std::sort(blurred.begin(), blurred.end(), isStronger);
-    for (const NyFotoFacts& photo : std::as_const(blurred)) {
+    std::sort(poor.begin(), poor.end(), isStronger);
+    for (const NyFotoFacts& photo : std::as_const(poor)) {
         if (days.contains(photo.captureTime.date())) {
             ++result.unusable;
             continue;

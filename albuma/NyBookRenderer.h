@@ -1,0 +1,49 @@
+#pragma once
+
+#include <functional>
+
+#include <QCoreApplication>
+#include <QImage>
+
+#include <NyBookProject.h>
+#include <NyDesignStyle.h>
+
+class QPainter;
+
+/** Paints pages of a book. May be used on any thread that may paint on the given device. */
+class NyBookRenderer
+{
+    Q_DECLARE_TR_FUNCTIONS(NyBookRenderer)
+public:
+    enum class PageKind { Cover, Inner };
+
+    struct Picture
+    {
+        enum class State { Ready, Loading, Missing };
+        State state = State::Missing;
+        /** Upright; null unless ready. */
+        QImage image;
+    };
+    /** Gives the upright picture of a URL, best in a size that just fills the box of px. */
+    using PictureSource = std::function<Picture(const QUrl& url, const QSize& boxPx)>;
+
+    NyBookRenderer(const NyDesignStyle& style, PictureSource source);
+
+    /** Paints @p page into @p target, whose proportions should be the page's. Units of the painter; @p devicePixelRatio px a unit. */
+    void paint(QPainter& painter, const NyBookPage& page, PageKind kind, const QSizeF& pageMm, const QRectF& target,
+        double devicePixelRatio) const;
+
+    /** The size in px of the whole upright picture when @p foto is painted into a rectangle of @p units. */
+    static QSize boxPx(const NyPlacedFoto& foto, const QSizeF& units, double devicePixelRatio);
+
+    /** The front cover as a picture of @p widthPx, drawn with the files that the photos name. */
+    static QImage coverImage(const NyBookProject& project, const NyDesignStyle& style, int widthPx);
+
+private:
+    void paintPhoto(QPainter& painter, const NyPlacedFoto& foto, PageKind kind, const QRectF& rect, double devicePixelRatio) const;
+    void paintMissing(QPainter& painter, const QString& name, const QRectF& rect) const;
+    void paintText(QPainter& painter, const NyBookText& text, PageKind kind, const QRectF& rect, double unitsPerMm) const;
+
+    NyDesignStyle m_style;
+    PictureSource m_source;
+};

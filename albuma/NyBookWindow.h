@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include <NyBookProject.h>
+#include <NyDesignStyle.h>
+
+class QLabel;
+class QToolButton;
+class NySpreadView;
+
+/** Whether the user is told about photos that a book cannot find. */
+enum class NyLoadWarnings { Show, Suppress };
+
+/** A window in which one book can be paged through. GUI thread. */
+class NyBookWindow : public QMainWindow
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(NyBookWindow)
+public:
+    NyBookWindow(const NyBookProject& project, const NyDesignStyle& style, NyLoadWarnings warnings);
+    ~NyBookWindow() override;
+
+    NySpreadView* view() const { return m_view; }
+
+Q_SIGNALS:
+    /** The user wants to open another book. */
+    void openRequested();
+
+private:
+    QWidget* createTop(const NyBookProject& project);
+    QWidget* createBottom();
+    void createActions();
+    void updateControls();
+    void lookForMissingPhotos(const NyBookProject& project);
+
+    NySpreadView* m_view = nullptr;
+    QLabel* m_warning = nullptr;
+    QLabel* m_position = nullptr;
+    QToolButton* m_previous = nullptr;
+    QToolButton* m_next = nullptr;
+};
