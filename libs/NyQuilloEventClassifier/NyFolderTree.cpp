@@ -1,0 +1,313 @@
+#include "NyFolderTree.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include <QtCore/QDebug>
+#include <QtCore/QFile>
+#include <QtCore/QMutex>
+#include <QtCore/QMutexLocker>
+#include <QtCore/QSet>
+#include <QtCore/QStringDecoder>
+
+#include <NyDirectoryConfig.h>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+namespace {
+
+struct DirectoryCloser {
+    void operator()(DIR* directory) const { ::closedir(directory); }
+};
+using Directory = std::unique_ptr<DIR, DirectoryCloser>;
+
+struct FileId {
+    dev_t device = 0;
+    ino_t inode = 0;
+
+    bool operator==(const FileId&) const = default;
+};
+
+struct FileIdHash {
+    size_t operator()(const FileId& id) const noexcept { return std::hash<quint64>()(id.inode * 0x9e3779b97f4a7c15ULL ^ id.device); }
+};
+
+/** Warns once for each text: the same tree is walked again and again while the service runs. */
+void warnOnce(const QString& text)
+{
+    constexpr qsizetype Limit = 1000;
+    static QMutex mutex;
+    static QSet<QString> known;
+    {
+        const QMutexLocker locker(&mutex);
+        if (known.contains(text) || known.size() >= Limit)
+            return;
+        known.insert(text);
+    }
+    qWarning().noquote() << text;
+}
+
+bool isAscii(const char* text)
+{
+    for (; *text; ++text) {
+        if (static_cast<unsigned char>(*text) >= 0x80)
+            return false;
+    }
+    return true;
+}
+
+/** The name as text; null when it is not valid UTF-8. */
+QString decodedName(const char* name)
+{
+    if (isAscii(name))
+        return QString::fromLatin1(name);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::Stateless);
+    const QString decoded = decoder(QByteArrayView(name));
+    return decoder.hasError() ? QString() : decoded;
+}
+
+QString readable(const QByteArray& name)
+{
+    return QString::fromLatin1(name.toPercentEncoding(" ()[]{}!#$&'+,;=@"));
+}
+
+QString childPath(const QString& folder, const QString& name)
+{
+    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
+}
+
+bool hasSuffix(const char* name, const QList<QByteArray>& suffixes)
+{
+    const char* dot = std::strrchr(name, '.');
+    if (!dot || dot == name)
+        return false;
+    const size_t length = std::strlen(dot + 1);
+    char lower[16];
+    if (length == 0 || length >= sizeof lower)
+        return false;
+    for (size_t at = 0; at < length; ++at) {
+        const char c = dot[1 + at];
+        lower[at] = c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+    }
+    return std::binary_search(suffixes.begin(), suffixes.end(), QByteArray::fromRawData(lower, qsizetype(length)));
+}
+
+bool isFolder(const QByteArray& path)
+{
+    struct stat status;
+    return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool isFile(const QByteArray& path)
+{
+    struct stat status;
+    return ::stat(path.constData(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+} // namespace
+
+class NyFolderTree::Walker {
+public:
+    explicit Walker(NyFolderTree& tree)
+        : m_tree(tree)
+    {
+    }
+
+    void walk(const QString& startPath)
+    {
+        if (m_config.isIgnorableFolder(startPath, false))
+            return;
+        m_tree.m_folders.append(Folder{startPath.section(QLatin1Char('/'), -1), startPath, -1, {}, false, false, false});
+        if (!readAll(0)) {
+            m_tree.m_folders.clear();
+            return;
+        }
+        while (!m_links.empty()) {
+            std::vector<Link> links = std::move(m_links);
+            m_links.clear();
+            std::sort(links.begin(), links.end(), [](const Link& a, const Link& b) { return a.path < b.path; });
+            for (const Link& link : links) {
+                const int index = appendFolder(link.parent, link.name);
+                if (readAll(index))
+                    m_tree.m_folders[link.parent].children.append(index);
+            }
+        }
+        finish();
+    }
+
+private:
+    struct Link {
+        int parent = 0;
+        QString name;
+        QString path;
+    };
+
+    int appendFolder(int parent, const QString& name)
+    {
+        m_tree.m_folders.append(Folder{name, childPath(m_tree.m_folders.at(parent).path, name), parent, {}, false, false, false});
+        return int(m_tree.m_folders.size()) - 1;
+    }
+
+    /** Reads the folder and the real folders below it. Returns false when the folder itself is no part of the tree. */
+    bool readAll(int start)
+    {
+        std::vector<int> pending{start};
+        bool entered = false;
+        while (!pending.empty()) {
+            const int index = pending.back();
+            pending.pop_back();
+            std::vector<QString> names;
+            const bool belongs = read(index, &names);
+            if (index == start)
+                entered = belongs;
+            else if (belongs)
+                m_tree.m_folders[m_tree.m_folders.at(index).parent].children.append(index);
+            if (!belongs)
+                continue;
+            for (const QString& name : names)
+                pending.push_back(appendFolder(index, name));
+        }
+        return entered;
+    }
+
+    /** Lists one folder. Returns false when it is ignorable, was entered already or cannot be opened. */
+    bool read(int index, std::vector<QString>* subfolders)
+    {
+        const QString path = m_tree.m_folders.at(index).path;
+        const QByteArray nativePath = QFile::encodeName(path);
+        const Directory directory(::opendir(nativePath.constData()));
+        if (!directory) {
+            const int error = errno;
+            // A folder that went away while its parent was read is nothing to warn of.
+            if (error != ENOENT || index == 0)
+                warnOnce(QStringLiteral("Folder cannot be classified: ") + path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(error)));
+            return false;
+        }
+        struct stat status;
+        if (::fstat(::dirfd(directory.get()), &status) != 0 || !m_entered.insert({status.st_dev, status.st_ino}).second)
+            return false;
+
+        bool pictures = false;
+        bool projects = false;
+        std::vector<QString> linked;
+        for (;;) {
+            errno = 0;
+            const struct dirent* entry = ::readdir(directory.get());
+            if (!entry) {
+                if (errno != 0)
+                    warnOnce(QStringLiteral("Folder cannot be read to its end: ") + path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errno)));
+                break;
+            }
+            const char* name = entry->d_name;
+            unsigned char type = entry->d_type;
+            const auto fullPath = [&nativePath, name]() { return nativePath + '/' + name; };
+            if (name[0] == '.') {
+                if (type != DT_DIR && NyDirectoryConfig::isIgnoreMarkerName(QString::fromLatin1(name)) && (type == DT_REG || isFile(fullPath())))
+                    return false;
+                continue;
+            }
+            if (type == DT_UNKNOWN) {
+                struct stat own;
+                if (::lstat(fullPath().constData(), &own) != 0)
+                    continue;
+                type = S_ISDIR(own.st_mode) ? DT_DIR : S_ISREG(own.st_mode) ? DT_REG : S_ISLNK(own.st_mode) ? DT_LNK : DT_FIFO;
+            }
+            if (type == DT_REG || type == DT_LNK) {
+                const bool picture = !pictures && hasSuffix(name, m_tree.m_suffixes);
+                const bool project = !projects && hasSuffix(name, m_projectSuffixes);
+                if ((picture || project) && (type == DT_REG || isFile(fullPath())) && !decodedName(name).isNull()) {
+                    pictures = pictures || picture;
+                    projects = projects || project;
+                }
+                if (type == DT_REG)
+                    continue;
+            }
+            if (type != DT_DIR && type != DT_LNK)
+                continue;
+            if (type == DT_LNK && !isFolder(fullPath()))
+                continue;
+            const QString decoded = decodedName(name);
+            if (decoded.isNull()) {
+                warnOnce(QStringLiteral("Folder name is not valid UTF-8, it is left out: ") + path + QLatin1Char('/') + readable(name));
+                continue;
+            }
+            if (NyDirectoryConfig::isIgnorableFolderName(decoded))
+                continue;
+            const QString full = childPath(path, decoded);
+            if (m_config.isOwnDataFolder(full))
+                continue;
+            if (type == DT_LNK)
+                linked.push_back(decoded);
+            else
+                subfolders->push_back(decoded);
+        }
+        Folder& folder = m_tree.m_folders[index];
+        folder.hasOwnPictures = pictures;
+        folder.hasProjectFiles = projects;
+        for (const QString& name : linked)
+            m_links.push_back({index, name, childPath(path, name)});
+        // The stack is emptied from its end, so that folders are read in the order of their names.
+        std::sort(subfolders->begin(), subfolders->end(), [](const QString& a, const QString& b) { return b < a; });
+        return true;
+    }
+
+    void finish()
+    {
+        QList<Folder>& folders = m_tree.m_folders;
+        for (Folder& folder : folders)
+            std::sort(folder.children.begin(), folder.children.end(), [&folders](int a, int b) { return folders.at(a).name < folders.at(b).name; });
+        // A folder always stands behind its parent.
+        for (qsizetype index = folders.size() - 1; index >= 0; --index) {
+            Folder& folder = folders[index];
+            folder.hasPicturesBelow = folder.hasOwnPictures;
+            for (const int child : std::as_const(folder.children))
+                folder.hasPicturesBelow = folder.hasPicturesBelow || folders.at(child).hasPicturesBelow;
+        }
+    }
+
+    NyFolderTree& m_tree;
+    const NyDirectoryConfig& m_config = NyDirectoryConfig::instance();
+    const QList<QByteArray> m_projectSuffixes{QByteArrayLiteral("nqp"), QByteArrayLiteral("nqpx")};
+    std::unordered_set<FileId, FileIdHash> m_entered;
+    std::vector<Link> m_links;
+};
+
+NyFolderTree::NyFolderTree(const QString& startPath, const QStringList& pictureFilters)
+{
+    for (const QString& filter : pictureFilters) {
+        if (filter.startsWith(QLatin1String("*.")))
+            m_suffixes.append(filter.mid(2).toLower().toUtf8());
+    }
+    std::sort(m_suffixes.begin(), m_suffixes.end());
+    Walker(*this).walk(startPath);
+}
+
+QStringList NyFolderTree::picturePaths(int folder) const
+{
+    const QString path = m_folders.at(folder).path;
+    const QByteArray nativePath = QFile::encodeName(path);
+    QStringList paths;
+    const Directory directory(::opendir(nativePath.constData()));
+    if (!directory)
+        return paths;
+    std::vector<QByteArray> names;
+    while (const struct dirent* entry = ::readdir(directory.get())) {
+        if (entry->d_name[0] != '.' && entry->d_type != DT_DIR && hasSuffix(entry->d_name, m_suffixes))
+            names.emplace_back(entry->d_name);
+    }
+    std::sort(names.begin(), names.end());
+    paths.reserve(qsizetype(names.size()));
+    for (const QByteArray& name : names) {
+        const QString decoded = decodedName(name.constData());
+        if (!decoded.isNull())
+            paths.append(childPath(path, decoded));
+    }
+    return paths;
+}

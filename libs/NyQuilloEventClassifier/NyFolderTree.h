@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QList>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include "nyquilloeventclassifier_export.h"
+
+/**
+ * The folders of a picture collection as one walk finds them: a listing of each folder and no look at files.
+ *
+ * Hidden and ignorable folders are not entered. Links to folders are, but no folder is entered twice: real folders come first, then links in the
+ * order of their paths, and the start folder counts as entered. A folder that cannot be read gives a warning, the first time in
+ * a process, and counts as empty. Names that are not valid UTF-8 are left out, with a warning too where they name folders.
+ */
+class NYQUILLOEVENTCLASSIFIER_EXPORT NyFolderTree {
+public:
+    struct Folder {
+        QString name;
+        QString path; ///< absolute
+        int parent = -1;
+        QList<int> children; ///< indexes, sorted by name
+        bool hasOwnPictures = false;
+        bool hasPicturesBelow = false; ///< in itself or in a folder below
+        bool hasProjectFiles = false;
+    };
+
+    NyFolderTree() = default;
+    /** Walks at once, on the caller's thread. @p pictureFilters are wildcard patterns such as "*.jpg", matched without regard to case. */
+    NyFolderTree(const QString& startPath, const QStringList& pictureFilters);
+
+    /** The start folder first, each folder before those in it. Empty when the start folder is ignorable or cannot be read. */
+    const QList<Folder>& folders() const { return m_folders; }
+
+    /** The absolute paths of the pictures directly in a folder, sorted; reads the folder again. */
+    QStringList picturePaths(int folder) const;
+
+private:
+    class Walker;
+
+    QList<Folder> m_folders;
+    QList<QByteArray> m_suffixes;
+};
