@@ -50,23 +50,25 @@ public:
             ++folder(QStringView(path).first(slash)).fileCount;
     }
 
-    QString canonicalPath(const QFileInfo& file, const QString& path)
+    /** What is returned lasts until the next call. */
+    const QString& canonicalPath(const QFileInfo& file, const QString& path)
     {
         const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
         const QStringView name = QStringView(path).sliced(slash + 1);
         if (slash < 0 || path.size() > MaximumPlainPathLength || name.isEmpty() || name == u"." || name == u".."
             || !path.isValidUtf16())
-            return file.canonicalFilePath();
+            return m_canonical = file.canonicalFilePath();
         Folder& parent = folder(QStringView(path).first(slash));
         if (!parent.isRead)
             read(parent, path.first(slash));
         if (!parent.isUsable || mayBeLink(parent, path, name))
-            return file.canonicalFilePath();
-        QString canonical;
-        canonical.reserve(parent.canonicalPrefix.size() + name.size());
-        canonical += parent.canonicalPrefix;
-        canonical += name;
-        return canonical;
+            return m_canonical = file.canonicalFilePath();
+        if (QStringView(path).first(slash + 1) == parent.canonicalPrefix)
+            return path;
+        m_canonical.resize(0);
+        m_canonical.append(parent.canonicalPrefix);
+        m_canonical.append(name);
+        return m_canonical;
     }
 
 private:
@@ -138,20 +140,30 @@ private:
     std::unordered_map<QStringView, Folder, Hash> m_folders;
     Folder* m_last = nullptr;
     QStringView m_lastPath;
+    QString m_canonical;
 };
 
-/** The places in the list of the files that share a path, front to back. */
-struct Places {
-    std::vector<qsizetype> indices;
-    std::size_t next = 0;
+/** Places in the list, front to back. */
+class Places {
+public:
+    void append(qsizetype place) { m_places.push_back(place); }
 
     /** The first place that is not removed yet; @p end when there is none. */
     qsizetype first(const std::vector<bool>& removed, qsizetype end)
     {
-        while (next < indices.size() && removed[std::size_t(indices[next])])
-            ++next;
-        return next < indices.size() ? indices[next] : end;
+        while (m_next < m_places.size() && removed[std::size_t(m_places[m_next])])
+            ++m_next;
+        return m_next < m_places.size() ? m_places[m_next] : end;
     }
+
+private:
+    std::vector<qsizetype> m_places;
+    std::size_t m_next = 0;
+};
+
+struct PlacesOfPath {
+    Places given; // of files with this path
+    Places canonical; // of files with this canonical path
 };
 
 } // namespace
@@ -177,8 +189,7 @@ void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QF
         canonicalPaths.announce(path);
 
     // Only what is unwanted is indexed; the files are then looked up one by one.
-    QHash<QStringView, Places> placesByPath;
-    QHash<QString, Places> placesByCanonicalPath;
+    QHash<QStringView, PlacesOfPath> places;
     QList<QString> unwantedCanonicalPaths(unwanted.size());
     bool someAreGone = false;
     for (qsizetype i = 0; i < unwanted.size(); ++i) {
@@ -188,8 +199,8 @@ void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QF
         someAreGone = someAreGone || !exists;
         unwantedCanonicalPaths[i] = exists ? canonicalPaths.canonicalPath(unwanted.at(i), unwantedPaths.at(i))
                                            : unwanted.at(i).canonicalFilePath();
-        placesByPath.insert(unwantedPaths.at(i), {});
-        placesByCanonicalPath.insert(unwantedCanonicalPaths.at(i), {});
+        places.insert(unwantedPaths.at(i), {});
+        places.insert(unwantedCanonicalPaths.at(i), {});
     }
 
     std::vector<qsizetype> specialPlaces;
@@ -199,13 +210,15 @@ void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QF
             specialPlaces.push_back(i);
             continue;
         }
-        if (const auto found = placesByPath.find(path); found != placesByPath.end())
-            found->indices.push_back(i);
+        const auto ofPath = places.find(path);
+        if (ofPath != places.end())
+            ofPath->given.append(i);
         // A file that is gone equals only those that are gone too, so its existence matters only beside such ones.
-        const QString canonical
-            = someAreGone ? files.at(i).canonicalFilePath() : canonicalPaths.canonicalPath(files.at(i), path);
-        if (const auto found = placesByCanonicalPath.find(canonical); found != placesByCanonicalPath.end())
-            found->indices.push_back(i);
+        const QString asked = someAreGone ? files.at(i).canonicalFilePath() : QString();
+        const QString& canonical = someAreGone ? asked : canonicalPaths.canonicalPath(files.at(i), path);
+        const auto ofCanonical = &canonical == &path ? ofPath : places.find(canonical);
+        if (ofCanonical != places.end())
+            ofCanonical->canonical.append(i);
     }
 
     std::vector<bool> removed(std::size_t(files.size()), false);
@@ -219,8 +232,8 @@ void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QF
             }
             return end;
         }
-        qsizetype first = std::min(placesByPath[unwantedPaths.at(unwantedIndex)].first(removed, end),
-            placesByCanonicalPath[unwantedCanonicalPaths.at(unwantedIndex)].first(removed, end));
+        qsizetype first = std::min(places[unwantedPaths.at(unwantedIndex)].given.first(removed, end),
+            places[unwantedCanonicalPaths.at(unwantedIndex)].canonical.first(removed, end));
         for (const qsizetype place : specialPlaces) {
             if (place >= first)
                 break;

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/** Compares several forms of the same work by running them in turn, so that what else the machine does hits all alike. */
+class Measurement
+{
+public:
+    /** Runs the form and returns the time of its part that counts, in ms. */
+    using Form = std::function<double()>;
+
+    void add(const std::string &name, Form form) { m_forms.push_back({name, std::move(form), {}}); }
+
+    void run(int rounds)
+    {
+        for (Entry &entry : m_forms)
+            entry.form();
+        for (int round = 0; round < rounds; ++round) {
+            for (Entry &entry : m_forms)
+                entry.times.push_back(entry.form());
+        }
+    }
+
+    double median(const std::string &name) const
+    {
+        for (const Entry &entry : m_forms) {
+            if (entry.name != name)
+                continue;
+            std::vector<double> times = entry.times;
+            std::sort(times.begin(), times.end());
+            return times.at(times.size() / 2);
+        }
+        return 0;
+    }
+
+    /** Prints the medians and what they are of the reference's. */
+    void print(const std::string &reference) const
+    {
+        const double unit = median(reference);
+        for (const Entry &entry : m_forms)
+            std::printf("%-52s %10.2f ms   %8.3f\n", entry.name.c_str(), median(entry.name), median(entry.name) / unit);
+        std::fflush(stdout);
+    }
+
+    template<class Work>
+    static double milliseconds(Work &&work)
+    {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    }
+
+private:
+    struct Entry {
+        std::string name;
+        Form form;
+        std::vector<double> times;
+    };
+
+    std::vector<Entry> m_forms;
+};
