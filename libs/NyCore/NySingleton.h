@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include <QtCore/QReadWriteLock>
 
 /**
@@ -17,16 +19,17 @@ public:
         static QReadWriteLock lock;
         {
             QReadLocker reading(&lock);
-            if (myInstance)
-                return *myInstance;
+            if (T* known = myInstance.load(std::memory_order_acquire))
+                return *known;
         }
         QWriteLocker writing(&lock);
-        if (!myInstance) {
-            T* created = new T;
-            static_cast<NySingleton<T>*>(created)->setupInstance();
-            myInstance = created;
+        T* object = myInstance.load(std::memory_order_relaxed);
+        if (!object) {
+            object = new T;
+            static_cast<NySingleton<T>*>(object)->setupInstance();
+            myInstance.store(object, std::memory_order_release);
         }
-        return *myInstance;
+        return *object;
     }
 
 protected:
@@ -39,5 +42,6 @@ protected:
 private:
     Q_DISABLE_COPY_MOVE(NySingleton)
 
-    static inline T* myInstance = nullptr;
+    // The lock alone would do; race checkers do not see into it, but they see this.
+    static inline std::atomic<T*> myInstance{nullptr};
 };
