@@ -306,6 +306,9 @@ void tst_NyCoTerminatingProcessRunner::endlessLineIsCut()
 
 void tst_NyCoTerminatingProcessRunner::floodOfOutputTakesNoMemory()
 {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    QSKIP("the checker itself keeps freed memory");
+#endif
     Runner runner;
     QSignalSpy ended(&runner, &Runner::ended);
     struct rusage before;
@@ -379,7 +382,8 @@ void tst_NyCoTerminatingProcessRunner::cancellingAStubbornProgram()
     time.start();
     runner.setCancelFlag(true);
     QVERIFY(ended.wait(10000));
-    QVERIFY2(time.elapsed() >= 2900, QByteArray::number(time.elapsed()).constData());
+    // The timer behind it is a coarse one.
+    QVERIFY2(time.elapsed() >= 2800, QByteArray::number(time.elapsed()).constData());
     QVERIFY(!isAlive(runner.m_id));
 }
 

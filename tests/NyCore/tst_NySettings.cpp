@@ -655,7 +655,7 @@ void tst_NySettings::lockIsRecursive()
 
 void tst_NySettings::lockBetweenThreads()
 {
-    constexpr int rounds = 50;
+    constexpr int rounds = 15;
     const auto count = [](const QString& own) {
         const NySettings settings;
         NyConfigItem<int> shared(0, 0, u"shared"_s, false);
@@ -681,7 +681,7 @@ void tst_NySettings::lockBetweenThreads()
 
 void tst_NySettings::writersInTwoProcesses()
 {
-    constexpr int rounds = 40;
+    constexpr int rounds = 20;
     OtherProcess a({u"count"_s, u"a"_s, QString::number(rounds)});
     OtherProcess b({u"count"_s, u"b"_s, QString::number(rounds)});
     // A reader never sees half a file: that would be set aside with a warning.
