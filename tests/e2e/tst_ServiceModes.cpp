@@ -1,0 +1,268 @@
+#include "ServiceUnderTest.h"
+#include "TestSupport.h"
+
+#include <NyInstallationSettings.h>
+#include <NyProgramConfig.h>
+#include <NyQuilloServiceController.h>
+#include <NyQuilloServiceSettings.h>
+
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <csignal>
+
+using namespace TestSupport;
+
+/** The modes of a run, the gate, and how a running service is ended. */
+class tst_ServiceModes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void aServiceThatIsNotAllowedEndsAtOnce();
+    void windowlessRunsNeedNoDisplay_data();
+    void windowlessRunsNeedNoDisplay();
+    void install();
+    void uninstall();
+    void uninstallEndsARunningService();
+    void reset();
+    void autostartQuery();
+    void normalRunWithoutDisplay();
+    void brokenDisplay();
+    void signals_data();
+    void signals();
+    void terminationFile();
+    void terminationFileFromBeforeTheStart();
+    void terminationFileInInstallMode();
+    void toastActivationEndsByTerminationFile();
+    void unknownOption();
+
+private:
+    static QString entryPath() { return QDir::homePath() + QStringLiteral("/.config/autostart/velmora.dorn.quillo.desktop"); }
+    static QStringList mode(const QString &letter) { return {QStringLiteral("--serviceMode"), letter}; }
+    static bool autostart() { return NyInstallationSettings::instance().autoStartService(); }
+    static bool isUp(const ServiceUnderTest &service)
+    {
+        return !service.eventLog().filter(QStringLiteral("runService VALUES:")).isEmpty() && service.isRunning();
+    }
+};
+
+void tst_ServiceModes::initTestCase()
+{
+    NyProgramConfig::instance().setProgramID(NyProgramID::MainProgram);
+}
+
+void tst_ServiceModes::aServiceThatIsNotAllowedEndsAtOnce()
+{
+    ServiceUnderTest service;
+    QCOMPARE(service.run(), 0);
+    QVERIFY(service.output().contains("Running not allowed by settings!"));
+    QCOMPARE(service.eventLog(), QStringList());
+    QCOMPARE(service.run(mode(QStringLiteral("n"))), 0);
+    QCOMPARE(service.eventLog(), QStringList());
+}
+
+void tst_ServiceModes::windowlessRunsNeedNoDisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("output");
+    QTest::newRow("--help") << QStringList{QStringLiteral("--help")} << QByteArray("--serviceMode");
+    QTest::newRow("-h") << QStringList{QStringLiteral("-h")} << QByteArray("ToastActivated");
+    QTest::newRow("--version") << QStringList{QStringLiteral("--version")} << QByteArray("quilloservice");
+    QTest::newRow("uninstall") << mode(QStringLiteral("u")) << QByteArray();
+    QTest::newRow("reset") << mode(QStringLiteral("Z")) << QByteArray();
+    QTest::newRow("query") << QStringList{QStringLiteral("--serviceMode=s")} << QByteArray();
+    QTest::newRow("gate") << QStringList() << QByteArray("Running not allowed by settings!");
+}
+
+void tst_ServiceModes::windowlessRunsNeedNoDisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, output);
+    ServiceUnderTest service;
+    service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
+    QCOMPARE(service.run(arguments), 0);
+    QVERIFY2(service.output().contains(output), service.output().constData());
+}
+
+void tst_ServiceModes::install()
+{
+    ServiceUnderTest service;
+    service.start(mode(QStringLiteral("i")));
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY(QFile::exists(entryPath()));
+    QVERIFY(readFile(entryPath()).contains("Exec=\"" + QFile::encodeName(service.binary(QStringLiteral("quilloservice"))) + "\"\n"));
+    QTRY_VERIFY(autostart());
+    QCOMPARE(service.eventLog(),
+             (QStringList{QStringLiteral("runService VALUES:--serviceMode;i"), QStringLiteral("setAutoStartService VALUE:1 SOURCE:service")}));
+    service.terminate();
+    QCOMPARE(service.waitForEnd(), 0);
+    // Allowed from now on.
+    service.start();
+    QTRY_COMPARE(service.eventLog().last(), QStringLiteral("runService VALUES:"));
+    QVERIFY(service.isRunning());
+}
+
+void tst_ServiceModes::uninstall()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    QVERIFY(writeFile(entryPath(), "[Desktop Entry]\n"));
+    QDir().mkpath(service.markerFolder());
+    QCOMPARE(service.run(mode(QStringLiteral("u"))), 0);
+    QVERIFY(!QFile::exists(entryPath()));
+    QVERIFY(!autostart());
+    QVERIFY(QFile::exists(NyQuilloServiceController::terminationFilePath()));
+    QCOMPARE(service.eventLog(),
+             (QStringList{QStringLiteral("runService VALUES:--serviceMode;u"), QStringLiteral("setAutoStartService VALUE:0 SOURCE:service")}));
+}
+
+void tst_ServiceModes::uninstallEndsARunningService()
+{
+    ServiceUnderTest running;
+    running.start(mode(QStringLiteral("i")));
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(running), 10000);
+    QProcess other;
+    other.start(running.binary(QStringLiteral("quilloservice")), mode(QStringLiteral("u")));
+    QVERIFY(other.waitForFinished(10000));
+    QCOMPARE(other.exitCode(), 0);
+    QCOMPARE(running.waitForEnd(), 0);
+    QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
+    QVERIFY(!running.eventLog().contains(QStringLiteral("quit")));
+}
+
+void tst_ServiceModes::reset()
+{
+    ServiceUnderTest service;
+    NyProgramConfig::instance().setProgramID(NyProgramID::QuilloService);
+    {
+        NyQuilloServiceSettings settings;
+        settings.increaseProductSuggestionCount();
+        settings.setLastProductSuggestionDate(QDateTime::currentDateTime());
+        settings.setNextToastRepeat(QDate(2026, 12, 24));
+    }
+    QCOMPARE(service.run(mode(QStringLiteral("z"))), 0);
+    NyQuilloServiceSettings settings;
+    settings.loadSettings();
+    QCOMPARE(settings.productSuggestionCount(), 0);
+    QVERIFY(settings.lastProductSuggestionDate() < QDateTime::currentDateTime().addDays(-364));
+    QCOMPARE(settings.nextToastRepeat(), QDate(2026, 12, 24));
+    QCOMPARE(service.eventLog(), QStringList{QStringLiteral("runService VALUES:--serviceMode;z")});
+    NyProgramConfig::instance().setProgramID(NyProgramID::MainProgram);
+}
+
+void tst_ServiceModes::autostartQuery()
+{
+    ServiceUnderTest service;
+    QCOMPARE(service.run(mode(QStringLiteral("s"))), 0);
+    service.allowAutostart();
+    QCOMPARE(service.run(mode(QStringLiteral("s"))), 1);
+    QVERIFY(!QFile::exists(entryPath()));
+}
+
+void tst_ServiceModes::normalRunWithoutDisplay()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    service.terminate();
+    QCOMPARE(service.waitForEnd(), 0);
+}
+
+void tst_ServiceModes::brokenDisplay()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
+    service.environment().insert(QStringLiteral("DISPLAY"), QStringLiteral(":4711"));
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    service.terminate();
+    QCOMPARE(service.waitForEnd(), 0);
+}
+
+void tst_ServiceModes::signals_data()
+{
+    QTest::addColumn<int>("signalNumber");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void tst_ServiceModes::signals()
+{
+    QFETCH(int, signalNumber);
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QCOMPARE(::kill(static_cast<pid_t>(service.processId()), signalNumber), 0);
+    QCOMPARE(service.waitForEnd(), 0);
+    QCOMPARE(service.eventLog().last(), QStringLiteral("quit"));
+    QVERIFY(service.log().contains(QStringLiteral("QUILLO_SERVICE: Good Bye.")));
+}
+
+void tst_ServiceModes::terminationFile()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    NyQuilloServiceController::quitRunningService();
+    QCOMPARE(service.waitForEnd(), 0);
+    QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
+    QCOMPARE(service.eventLog().last(), QStringLiteral("watchFileChanged"));
+    // What was logged before the abrupt end is in the file.
+    QVERIFY(service.log().contains(QStringLiteral("removing")));
+}
+
+void tst_ServiceModes::terminationFileFromBeforeTheStart()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    QDir().mkpath(service.markerFolder());
+    NyQuilloServiceController::quitRunningService();
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QVERIFY(QFile::exists(NyQuilloServiceController::terminationFilePath()));
+    // Any change in the folder makes it look.
+    QVERIFY(writeFile(service.markerFolder() + QStringLiteral("/something"), "x"));
+    QCOMPARE(service.waitForEnd(), 0);
+    QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
+}
+
+void tst_ServiceModes::terminationFileInInstallMode()
+{
+    ServiceUnderTest service;
+    service.start(mode(QStringLiteral("i")));
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    // Installing lasts only until the run is a normal one.
+    NyQuilloServiceController::quitRunningService();
+    QCOMPARE(service.waitForEnd(), 0);
+}
+
+void tst_ServiceModes::toastActivationEndsByTerminationFile()
+{
+    ServiceUnderTest service;
+    service.start({QStringLiteral("--ToastActivated")});
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    NyQuilloServiceController::handlePicturesHomeChange();
+    QTRY_VERIFY(!QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
+    QVERIFY(service.isRunning());
+    NyQuilloServiceController::quitRunningService();
+    QCOMPARE(service.waitForEnd(), 0);
+}
+
+void tst_ServiceModes::unknownOption()
+{
+    ServiceUnderTest service;
+    QCOMPARE(service.run({QStringLiteral("--weird")}), 1);
+    QVERIFY(service.output().contains("weird"));
+    QCOMPARE(service.eventLog(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_ServiceModes)
+#include "tst_ServiceModes.moc"
