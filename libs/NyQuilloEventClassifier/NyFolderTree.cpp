@@ -124,20 +124,14 @@ public:
     {
         if (m_config.isIgnorableFolder(startPath, false))
             return;
-        m_tree.m_folders.append(Folder{startPath.section(QLatin1Char('/'), -1), startPath, -1, {}, false, false, false});
-        if (!readAll(0)) {
-            m_tree.m_folders.clear();
+        if (!readAll(-1, startPath.section(QLatin1Char('/'), -1), startPath))
             return;
-        }
         while (!m_links.empty()) {
             std::vector<Link> links = std::move(m_links);
             m_links.clear();
-            std::sort(links.begin(), links.end(), [](const Link& a, const Link& b) { return a.path < b.path; });
-            for (const Link& link : links) {
-                const int index = appendFolder(link.parent, link.name);
-                if (readAll(index))
-                    m_tree.m_folders[link.parent].children.append(index);
-            }
+            std::sort(links.begin(), links.end(), [](const Link& left, const Link& right) { return left.path < right.path; });
+            for (const Link& link : links)
+                readAll(link.parent, link.name, link.path);
         }
         finish();
     }
@@ -148,45 +142,48 @@ private:
         QString name;
         QString path;
     };
+    struct Listing {
+        bool hasPictures = false;
+        bool hasProjectFiles = false;
+        std::vector<QString> subfolders;
+        std::vector<QString> links;
+    };
 
-    int appendFolder(int parent, const QString& name)
+    /** Reads a folder and the real folders below it. Returns false when the folder itself is no part of the tree. */
+    bool readAll(int parent, const QString& name, const QString& path)
     {
-        m_tree.m_folders.append(Folder{name, childPath(m_tree.m_folders.at(parent).path, name), parent, {}, false, false, false});
-        return int(m_tree.m_folders.size()) - 1;
-    }
-
-    /** Reads the folder and the real folders below it. Returns false when the folder itself is no part of the tree. */
-    bool readAll(int start)
-    {
-        std::vector<int> pending{start};
+        std::vector<Link> pending{{parent, name, path}};
         bool entered = false;
         while (!pending.empty()) {
-            const int index = pending.back();
+            const Link next = std::move(pending.back());
             pending.pop_back();
-            std::vector<QString> names;
-            const bool belongs = read(index, &names);
-            if (index == start)
-                entered = belongs;
-            else if (belongs)
-                m_tree.m_folders[m_tree.m_folders.at(index).parent].children.append(index);
-            if (!belongs)
+            Listing listing;
+            if (!read(next.path, next.parent < 0, &listing))
                 continue;
-            for (const QString& name : names)
-                pending.push_back(appendFolder(index, name));
+            entered = true;
+            const int index = int(m_tree.m_folders.size());
+            m_tree.m_folders.append(Folder{next.name, next.path, next.parent, {}, listing.hasPictures, false, listing.hasProjectFiles});
+            if (next.parent >= 0)
+                m_tree.m_folders[next.parent].children.append(index);
+            for (const QString& link : listing.links)
+                m_links.push_back({index, link, childPath(next.path, link)});
+            // The stack is emptied from its end, so that folders are read in the order of their names.
+            std::sort(listing.subfolders.begin(), listing.subfolders.end(), [](const QString& left, const QString& right) { return right < left; });
+            for (const QString& subfolder : listing.subfolders)
+                pending.push_back({index, subfolder, childPath(next.path, subfolder)});
         }
         return entered;
     }
 
     /** Lists one folder. Returns false when it is ignorable, was entered already or cannot be opened. */
-    bool read(int index, std::vector<QString>* subfolders)
+    bool read(const QString& path, bool isStart, Listing* listing)
     {
-        const QString path = m_tree.m_folders.at(index).path;
         const QByteArray nativePath = QFile::encodeName(path);
         const Directory directory(::opendir(nativePath.constData()));
         if (!directory) {
             const int error = errno;
             // A folder that went away while its parent was read is nothing to warn of.
-            if (error != ENOENT || index == 0)
+            if (error != ENOENT || isStart)
                 warnOnce(QStringLiteral("Folder cannot be classified: ") + path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(error)));
             return false;
         }
@@ -194,16 +191,13 @@ private:
         if (::fstat(::dirfd(directory.get()), &status) != 0 || !m_entered.insert({status.st_dev, status.st_ino}).second)
             return false;
 
-        bool pictures = false;
-        bool projects = false;
-        std::vector<QString> linked;
         for (;;) {
             errno = 0;
             const struct dirent* entry = ::readdir(directory.get());
             if (!entry) {
                 if (errno != 0)
                     warnOnce(QStringLiteral("Folder cannot be read to its end: ") + path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errno)));
-                break;
+                return true;
             }
             const char* name = entry->d_name;
             unsigned char type = entry->d_type;
@@ -220,42 +214,24 @@ private:
                 type = S_ISDIR(own.st_mode) ? DT_DIR : S_ISREG(own.st_mode) ? DT_REG : S_ISLNK(own.st_mode) ? DT_LNK : DT_FIFO;
             }
             if (type == DT_REG || type == DT_LNK) {
-                const bool picture = !pictures && hasSuffix(name, m_tree.m_suffixes);
-                const bool project = !projects && hasSuffix(name, m_projectSuffixes);
+                const bool picture = !listing->hasPictures && hasSuffix(name, m_tree.m_suffixes);
+                const bool project = !listing->hasProjectFiles && hasSuffix(name, m_projectSuffixes);
                 if ((picture || project) && (type == DT_REG || isFile(fullPath())) && !decodedName(name).isNull()) {
-                    pictures = pictures || picture;
-                    projects = projects || project;
+                    listing->hasPictures = listing->hasPictures || picture;
+                    listing->hasProjectFiles = listing->hasProjectFiles || project;
                 }
-                if (type == DT_REG)
-                    continue;
             }
-            if (type != DT_DIR && type != DT_LNK)
-                continue;
-            if (type == DT_LNK && !isFolder(fullPath()))
+            if (type != DT_DIR && !(type == DT_LNK && isFolder(fullPath())))
                 continue;
             const QString decoded = decodedName(name);
             if (decoded.isNull()) {
                 warnOnce(QStringLiteral("Folder name is not valid UTF-8, it is left out: ") + path + QLatin1Char('/') + readable(name));
                 continue;
             }
-            if (NyDirectoryConfig::isIgnorableFolderName(decoded))
+            if (NyDirectoryConfig::isIgnorableFolderName(decoded) || m_config.isOwnDataFolder(childPath(path, decoded)))
                 continue;
-            const QString full = childPath(path, decoded);
-            if (m_config.isOwnDataFolder(full))
-                continue;
-            if (type == DT_LNK)
-                linked.push_back(decoded);
-            else
-                subfolders->push_back(decoded);
+            (type == DT_LNK ? listing->links : listing->subfolders).push_back(decoded);
         }
-        Folder& folder = m_tree.m_folders[index];
-        folder.hasOwnPictures = pictures;
-        folder.hasProjectFiles = projects;
-        for (const QString& name : linked)
-            m_links.push_back({index, name, childPath(path, name)});
-        // The stack is emptied from its end, so that folders are read in the order of their names.
-        std::sort(subfolders->begin(), subfolders->end(), [](const QString& a, const QString& b) { return b < a; });
-        return true;
     }
 
     void finish()
