@@ -28,7 +28,7 @@ bool isPlainInUrlPath(uchar byte)
         return true;
     switch (byte) {
     case '/': case '-': case '.': case '_': case '~': case '!': case '$': case '&': case '\'': case '(': case ')': case '*':
-    case '+': case ',': case ';': case '=': case ':': case '@':
+    case '+': case ',': case ';': case '=': case ':': case '@': case '[': case ']':
         return true;
     default:
         return false;

@@ -228,15 +228,6 @@ NyFotoListDatabase::Opening NyFotoListDatabase::openConnection(const QString& co
         error = database.lastError();
         return Opening::Failed;
     }
-    bool refused = false;
-    if (!prepareSchema(database, error, refused))
-        return refused ? Opening::Refused : Opening::Failed;
-    const FileIdentity identity = currentIdentity();
-    if (m_checked != identity) {
-        if (!checkIntegrity(database, error))
-            return Opening::Failed;
-        m_checked = identity;
-    }
     // NORMAL keeps the file sound in a power cut, at worst without the last changes. The log is cut back after a large change.
     static const QString settings[] = {
         QStringLiteral("PRAGMA synchronous = NORMAL"),
@@ -246,6 +237,15 @@ NyFotoListDatabase::Opening NyFotoListDatabase::openConnection(const QString& co
     for (const QString& setting : settings) {
         if (!run(database, setting, error))
             return Opening::Failed;
+    }
+    bool refused = false;
+    if (!prepareSchema(database, error, refused))
+        return refused ? Opening::Refused : Opening::Failed;
+    const FileIdentity identity = currentIdentity();
+    if (m_checked != identity) {
+        if (!checkIntegrity(database, error))
+            return Opening::Failed;
+        m_checked = identity;
     }
     return Opening::Open;
 }

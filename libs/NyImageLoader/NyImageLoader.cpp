@@ -46,25 +46,29 @@ bool isRawName(const QString& path)
     return extensions.contains(QFileInfo(path).suffix().toLower());
 }
 
-/** A file that remembers whether more was read than it has, which is how decoders meet a file that was cut short. */
+/** A file that remembers whether more was asked for than it has, which is how decoders meet a file that was cut short. */
 class EndWatchingFile : public QFile {
 public:
     using QFile::QFile;
 
+    /** Something was read when nothing was left. */
     bool isExhausted() const { return m_exhausted; }
-    void forget() { m_exhausted = false; }
+    /** Something was read that the file has only in part. */
+    bool gaveLess() const { return m_gaveLess; }
+    void forget() { m_exhausted = m_gaveLess = false; }
 
 protected:
     qint64 readData(char* data, qint64 maximum) override
     {
         const qint64 count = QFile::readData(data, maximum);
-        if (maximum > 0 && count <= 0)
-            m_exhausted = true;
+        m_exhausted = m_exhausted || (maximum > 0 && count <= 0);
+        m_gaveLess = m_gaveLess || count < maximum;
         return count;
     }
 
 private:
     bool m_exhausted = false;
+    bool m_gaveLess = false;
 };
 
 Content contentOf(QByteArrayView head, const QString& path)
@@ -219,8 +223,10 @@ public:
         int orientation = 1;
         if (!begin(reader, orientation))
             return {};
+        // Once it has read, the reader does not tell the format any more.
+        const QByteArray format = reader.format();
         const QSize stored = reader.size();
-        if (pixelsOf(stored) > maximumPixels(reader, file, box)) {
+        if (pixelsOf(stored) > maximumPixels(format, file, box)) {
             refuse(stored);
             return {};
         }
@@ -234,7 +240,8 @@ public:
             m_reason = reader.errorString();
             return {};
         }
-        if (file.isExhausted() && noticesEndLate(reader.format())) {
+        // Two decoders fill up what is missing instead of failing: JPEG reads in blocks, BMP row by row.
+        if ((isJpeg(format) && file.isExhausted()) || (format == "bmp" && file.gaveLess())) {
             m_reason = QStringLiteral("it is cut short");
             return {};
         }
@@ -247,13 +254,11 @@ public:
     const QString& reason() const { return m_reason; }
 
 private:
-    /** Decoders that fill up what is missing instead of failing. */
-    static bool noticesEndLate(const QByteArray& format) { return format == "jpeg" || format == "jpg" || format == "bmp"; }
+    static bool isJpeg(const QByteArray& format) { return format == "jpeg" || format == "jpg"; }
 
-    static qint64 maximumPixels(const QImageReader& reader, QIODevice& device, const QSize& box)
+    static qint64 maximumPixels(const QByteArray& format, QIODevice& device, const QSize& box)
     {
-        const bool isJpeg = reader.format() == "jpeg" || reader.format() == "jpg";
-        if (!isJpeg || box.isEmpty())
+        if (!isJpeg(format) || box.isEmpty())
             return NyImageLoader::MaximumPixelsDecodedWhole;
         return isProgressiveJpeg(device) ? MaximumPixelsProgressive : NyImageLoader::MaximumPixels;
     }
