@@ -33,7 +33,8 @@ QString fakeTimeLibrary()
 
 void empty(const QString &folder)
 {
-    QDir(folder).removeRecursively();
+    // Qt does not see names that are not UTF-8, and would leave them.
+    QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), QStringLiteral("--"), folder});
     QDir().mkpath(folder);
 }
 
