@@ -1,6 +1,7 @@
 #include "NyRecentFileResult.h"
 
 #include <algorithm>
+#include <limits>
 #include <vector>
 
 #include <NyFoto.h>
@@ -72,8 +73,11 @@ void NyRecentFileResult::sort()
     std::vector<Key> keys;
     keys.reserve(std::size_t(m_files.size()));
     for (const QFileInfo& file : std::as_const(m_files)) {
-        // Asked for once a file: each time costs a look at the system's time zone.
-        const qint64 birthTimeMs = file.fileTime(QFileDevice::FileBirthTime).toMSecsSinceEpoch();
+        // Asked for once a file: each time costs a look at the system's time zone. Unknown times sort before all others, as
+        // invalid dates do.
+        const QDateTime birthTime = file.fileTime(QFileDevice::FileBirthTime);
+        const qint64 birthTimeMs
+            = birthTime.isValid() ? birthTime.toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
         keys.push_back({birthTimeMs, qsizetype(keys.size()), file.filePath()});
     }
     std::sort(keys.begin(), keys.end(), [](const Key& left, const Key& right) {
