@@ -214,7 +214,8 @@ void tst_NyLogger::rotationByTwoProcesses()
     int records = 0;
     for (const QString& ending : {u".3"_s, u".2"_s, u".1"_s, u""_s}) {
         const QByteArray content = contentOf(logPath() + ending);
-        QVERIFY2(content.size() < LargestSize + 100'000, QByteArray::number(content.size()).constData());
+        // While one process is held up in the middle of setting the file aside, the other goes on appending to it.
+        QVERIFY2(content.size() < 2 * LargestSize, QByteArray::number(content.size()).constData());
         records += static_cast<int>(content.count('\n'));
     }
     QCOMPARE(records, 4000);
