@@ -156,7 +156,9 @@ bool NyDBusBridgeLinux::connectToActionInvoked(QObject *receiver, const char *sl
                     SLOT(connectionLost()));
     }
     const QByteArray normalized = slot[0] + QMetaObject::normalizedSignature(slot + 1);
-    if (bus.connect(SERVICE, PATH, SERVICE, u"ActionInvoked"_s, receiver, normalized.constData()))
+    // From any sender: when a server starts in the same moment, Qt can take a stale owner for the name's, and would then
+    // pass nothing on for good.
+    if (bus.connect(QString(), PATH, SERVICE, u"ActionInvoked"_s, receiver, normalized.constData()))
         return true;
     qWarning() << "answers to notifications are not received:" << receiver << "has no slot" << normalized.constData() + 1;
     return false;

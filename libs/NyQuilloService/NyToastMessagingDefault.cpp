@@ -23,7 +23,10 @@ void NyToastMessagingDefault::sendToastMessage(const NyToastMessage &message)
     auto *titleLabel = new QLabel(message.title(), dialog);
     auto *descriptionLabel = new QLabel(message.description(), dialog);
     auto *imageLabel = new QLabel(dialog);
-    imageLabel->setPixmap(QPixmap::fromImage(QImage(message.image().absoluteFilePath())));
+    // An empty name would make Qt warn.
+    const QString imagePath = message.image().absoluteFilePath();
+    if (!imagePath.isEmpty())
+        imageLabel->setPixmap(QPixmap::fromImage(QImage(imagePath)));
     layout->addWidget(titleLabel, 0, 1, 1, 2);
     layout->addWidget(descriptionLabel, 1, 1, 1, 2);
     layout->addWidget(imageLabel, 0, 0, 2, 1);

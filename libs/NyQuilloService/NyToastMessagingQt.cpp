@@ -46,7 +46,9 @@ void NyToastMessagingQt::sendToastMessage(const NyToastMessage &message)
     auto *secondaryButton = new QPushButton(view);
     auto *mainButton = new QPushButton(view);
 
-    const QImage image(message.image().absoluteFilePath());
+    // An empty name would make Qt warn.
+    const QString imagePath = message.image().absoluteFilePath();
+    const QImage image = imagePath.isEmpty() ? QImage() : QImage(imagePath);
 
     connect(mainButton, &QAbstractButton::clicked, this, &NyToastMessagingQt::onShowClicked);
     connect(mainButton, &QAbstractButton::clicked, view, &QObject::deleteLater);

@@ -43,7 +43,7 @@ private Q_SLOTS:
     void hangingServerIsLeftAlone();
     void receivesAnswers();
     void receivesAnswersOfServersThatComeLater();
-    void receivesNothingFromOthers();
+    void receivesNothingElse();
     void destroyedReceiver();
     void unusableSlots_data();
     void unusableSlots();
@@ -211,17 +211,24 @@ void tst_NyDBusBridgeLinux::receivesAnswersOfServersThatComeLater()
     }
 }
 
-void tst_NyDBusBridgeLinux::receivesNothingFromOthers()
+void tst_NyDBusBridgeLinux::receivesNothingElse()
 {
     MockNotificationServer server;
     QVERIFY(server.start());
     Receiver receiver;
     QVERIFY(NyDBusBridgeLinux::connectToActionInvoked(&receiver, "1onActionInvoked(uint,QString)"));
     QDBusConnection other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"another program"_s);
-    QDBusMessage forged = QDBusMessage::createSignal(u"/org/freedesktop/Notifications"_s, u"org.freedesktop.Notifications"_s, u"ActionInvoked"_s);
-    forged << 1U << u"show:forged"_s;
-    QVERIFY(other.send(forged));
-    // The bus has passed the signal on before it answers.
+    const QString path = u"/org/freedesktop/Notifications"_s;
+    const QString interface = u"org.freedesktop.Notifications"_s;
+    for (QDBusMessage signal : {QDBusMessage::createSignal(path, interface, u"NotificationClosed"_s),
+                                QDBusMessage::createSignal(u"/other"_s, interface, u"ActionInvoked"_s),
+                                QDBusMessage::createSignal(path, u"org.example.Notifications"_s, u"ActionInvoked"_s)}) {
+        signal << 1U << u"show:other"_s;
+        QVERIFY(other.send(signal));
+    }
+    // Other parameters than an answer has.
+    QVERIFY(other.send(QDBusMessage::createSignal(path, interface, u"ActionInvoked"_s) << u"show:other"_s << 1U));
+    // The bus has passed the signals on before it answers.
     other.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
     server.invokeAction(1, u"show:real"_s);
     QTRY_COMPARE(receiver.answers(), QStringList{u"1 show:real"_s});
