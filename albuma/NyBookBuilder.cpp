@@ -82,6 +82,7 @@ QList<NyFotoFacts> NyBookBuilder::analyse(const NyFotoList& photos)
         seen.insert(foto.location());
         distinct.append(foto);
     }
+    qInfo() << "builder: analysing" << distinct.size() << "photos";
     QThreadPool pool;
     pool.setMaxThreadCount(std::max(1, m_request.backgroundJobs));
     return QtConcurrent::blockingMapped<QList<NyFotoFacts>>(&pool, distinct, [this](const NyFoto& foto) {

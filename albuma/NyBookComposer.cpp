@@ -142,7 +142,7 @@ NyBookProject NyBookComposer::compose(const Request& request)
         if (withHeadings && paginated.beginsDay) {
             const QDate day = sequence.at(paginated.firstPhoto).day;
             const QRectF rect(geometry.areaMm.topLeft(), QSizeF(geometry.areaMm.width(), HEADING_MM - GAP_MM));
-            page.texts.append(text(NyBookText::Role::DayHeading, NyBookTitle::day(day), rect, 12, Qt::AlignLeft));
+            page.texts.append(text(NyBookText::Role::DayHeading, NyBookTitle::day(day), rect, 15, Qt::AlignLeft));
         }
         project.pages.append(page);
     }

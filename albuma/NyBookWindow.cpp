@@ -7,7 +7,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
-#include <QToolButton>
+#include <QPushButton>
 #include <QVBoxLayout>
 #include <QtConcurrent/QtConcurrentRun>
 
@@ -31,16 +31,11 @@ QStringList missingPhotos(const QList<QUrl>& urls)
     return names;
 }
 
-QToolButton* createPageButton(Qt::ArrowType arrow, const QString& text, QWidget* parent)
+QPushButton* createPageButton(const QString& name, const QString& text, QWidget* parent)
 {
-    auto* button = new QToolButton(parent);
-    button->setArrowType(arrow);
-    button->setText(text);
-    button->setToolTip(text);
-    button->setAccessibleName(text);
-    button->setAutoRaise(true);
-    button->setIconSize(QSize(24, 24));
-    button->setMinimumSize(44, 36);
+    auto* button = new QPushButton(text, parent);
+    button->setObjectName(name);
+    button->setMinimumSize(130, 36);
     // The arrow keys belong to the book, not to the way between the buttons.
     button->setFocusPolicy(Qt::TabFocus);
     return button;
@@ -109,8 +104,8 @@ QWidget* NyBookWindow::createBottom()
     auto* bottom = new QWidget(this);
     auto* layout = new QHBoxLayout(bottom);
     layout->setContentsMargins(24, 8, 24, 12);
-    m_previous = createPageButton(Qt::LeftArrow, tr("Zurückblättern"), bottom);
-    m_next = createPageButton(Qt::RightArrow, tr("Weiterblättern"), bottom);
+    m_previous = createPageButton(u"previous"_s, tr("‹  Zurück"), bottom);
+    m_next = createPageButton(u"next"_s, tr("Weiter  ›"), bottom);
     m_position = new QLabel(bottom);
     m_position->setObjectName(u"position"_s);
     m_position->setAlignment(Qt::AlignCenter);
@@ -120,8 +115,8 @@ QWidget* NyBookWindow::createBottom()
     layout->addWidget(m_position);
     layout->addWidget(m_next);
     layout->addStretch();
-    connect(m_previous, &QToolButton::clicked, m_view, &NySpreadView::showPrevious);
-    connect(m_next, &QToolButton::clicked, m_view, &NySpreadView::showNext);
+    connect(m_previous, &QPushButton::clicked, m_view, &NySpreadView::showPrevious);
+    connect(m_next, &QPushButton::clicked, m_view, &NySpreadView::showNext);
     return bottom;
 }
 

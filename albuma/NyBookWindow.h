@@ -6,7 +6,7 @@
 #include <NyDesignStyle.h>
 
 class QLabel;
-class QToolButton;
+class QPushButton;
 class NySpreadView;
 
 /** Whether the user is told about photos that a book cannot find. */
@@ -37,6 +37,6 @@ private:
     NySpreadView* m_view = nullptr;
     QLabel* m_warning = nullptr;
     QLabel* m_position = nullptr;
-    QToolButton* m_previous = nullptr;
-    QToolButton* m_next = nullptr;
+    QPushButton* m_previous = nullptr;
+    QPushButton* m_next = nullptr;
 };

@@ -24,7 +24,7 @@ void paintFold(QPainter& painter, const QRectF& left, const QRectF& right)
     const double width = left.width() * 0.045;
     QLinearGradient gradient(left.right() - width, 0, right.left() + width, 0);
     gradient.setColorAt(0, QColor(0, 0, 0, 0));
-    gradient.setColorAt(0.5, QColor(0, 0, 0, 46));
+    gradient.setColorAt(0.5, QColor(0, 0, 0, 34));
     gradient.setColorAt(1, QColor(0, 0, 0, 0));
     painter.fillRect(QRectF(left.right() - width, left.top(), 2 * width, left.height()), gradient);
 }

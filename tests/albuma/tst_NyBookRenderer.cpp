@@ -1,0 +1,190 @@
+#include <QPainter>
+#include <QTest>
+
+#include "NyBookRenderer.h"
+
+using namespace Qt::Literals::StringLiterals;
+using Picture = NyBookRenderer::Picture;
+
+namespace {
+
+NyDesignStyle testStyle()
+{
+    NyDesignStyle style;
+    style.id = NyDesignElementID(u"test"_s);
+    style.pageBackground = QColor(250, 240, 230);
+    style.coverBackground = QColor(20, 40, 60);
+    style.coverTextColor = Qt::white;
+    style.textColor = Qt::black;
+    return style;
+}
+
+/** Left half red, right half blue; upper half bright, lower half dark. */
+QImage fourFields(const QSize& size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    const int w = size.width() / 2;
+    const int h = size.height() / 2;
+    painter.fillRect(0, 0, w, h, QColor(255, 0, 0));
+    painter.fillRect(w, 0, size.width() - w, h, QColor(0, 0, 255));
+    painter.fillRect(0, h, w, size.height() - h, QColor(120, 0, 0));
+    painter.fillRect(w, h, size.width() - w, size.height() - h, QColor(0, 0, 120));
+    return image;
+}
+
+NyPlacedFoto photo(const QRectF& rectMm)
+{
+    NyPlacedFoto foto;
+    foto.url = QUrl(u"file:///p/a.jpg"_s);
+    foto.rectMm = rectMm;
+    foto.sizePx = QSize(400, 300);
+    return foto;
+}
+
+}
+
+class tst_NyBookRenderer : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void paintsPhotoWhereItLies();
+    void turnsAndCrops();
+    void asksForThePixelsItNeeds_data();
+    void asksForThePixelsItNeeds();
+    void missingAndLoading();
+    void textIsDrawnInsideItsRectangle_data();
+    void textIsDrawnInsideItsRectangle();
+    void coverImage();
+
+private:
+    QImage paint(const NyBookPage& page, NyBookRenderer::PageKind kind, const NyBookRenderer::PictureSource& source);
+};
+
+QImage tst_NyBookRenderer::paint(const NyBookPage& page, NyBookRenderer::PageKind kind, const NyBookRenderer::PictureSource& source)
+{
+    QImage image(560, 420, QImage::Format_RGB32);
+    QPainter painter(&image);
+    NyBookRenderer(testStyle(), source).paint(painter, page, kind, QSizeF(280, 210), QRectF(image.rect()), 1.0);
+    painter.end();
+    return image;
+}
+
+void tst_NyBookRenderer::paintsPhotoWhereItLies()
+{
+    NyBookPage page;
+    page.photos = { photo(QRectF(100, 60, 80, 60)) };
+    const QImage image = paint(page, NyBookRenderer::PageKind::Inner,
+        [](const QUrl&, const QSize& box) { return Picture { Picture::State::Ready, fourFields(box) }; });
+    QCOMPARE(image.pixelColor(190, 200), testStyle().pageBackground);
+    QCOMPARE(image.pixelColor(370, 200), testStyle().pageBackground);
+    QCOMPARE(image.pixelColor(210, 130), QColor(255, 0, 0));
+    QCOMPARE(image.pixelColor(350, 130), QColor(0, 0, 255));
+    QCOMPARE(image.pixelColor(210, 230), QColor(120, 0, 0));
+    QCOMPARE(image.pixelColor(350, 230), QColor(0, 0, 120));
+}
+
+void tst_NyBookRenderer::turnsAndCrops()
+{
+    NyBookPage page;
+    page.photos = { photo(QRectF(100, 60, 60, 80)) };
+    page.photos[0].rotationDegrees = 90;
+    const auto source = [](const QUrl&, const QSize& box) { return Picture { Picture::State::Ready, fourFields(box) }; };
+    QImage image = paint(page, NyBookRenderer::PageKind::Inner, source);
+    // Clockwise: the lower left corner comes up.
+    QCOMPARE(image.pixelColor(210, 130), QColor(120, 0, 0));
+    QCOMPARE(image.pixelColor(310, 130), QColor(255, 0, 0));
+    page.photos[0].rotationDegrees = 0;
+    page.photos[0].crop = QRectF(0.5, 0.5, 0.5, 0.5);
+    image = paint(page, NyBookRenderer::PageKind::Inner, source);
+    QCOMPARE(image.pixelColor(205, 125), QColor(0, 0, 120));
+    QCOMPARE(image.pixelColor(315, 275), QColor(0, 0, 120));
+}
+
+void tst_NyBookRenderer::asksForThePixelsItNeeds_data()
+{
+    QTest::addColumn<QRectF>("crop");
+    QTest::addColumn<int>("rotation");
+    QTest::addColumn<double>("ratio");
+    QTest::addColumn<QSize>("box");
+    QTest::newRow("whole") << QRectF(0, 0, 1, 1) << 0 << 1.0 << QSize(160, 120);
+    QTest::newRow("high density") << QRectF(0, 0, 1, 1) << 0 << 2.0 << QSize(320, 240);
+    QTest::newRow("half") << QRectF(0, 0, 0.5, 0.5) << 0 << 1.0 << QSize(320, 240);
+    QTest::newRow("turned") << QRectF(0, 0, 1, 1) << 270 << 1.0 << QSize(120, 160);
+    QTest::newRow("speck") << QRectF(0, 0, 1e-9, 1) << 0 << 1.0 << QSize(20000, 120);
+}
+
+void tst_NyBookRenderer::asksForThePixelsItNeeds()
+{
+    QFETCH(QRectF, crop);
+    QFETCH(int, rotation);
+    QFETCH(double, ratio);
+    NyPlacedFoto foto = photo(QRectF(0, 0, 80, 60));
+    foto.crop = crop;
+    foto.rotationDegrees = rotation;
+    QTEST(NyBookRenderer::boxPx(foto, QSizeF(160, 120), ratio), "box");
+}
+
+void tst_NyBookRenderer::missingAndLoading()
+{
+    NyBookPage page;
+    page.photos = { photo(QRectF(100, 60, 80, 60)) };
+    const QImage missing = paint(page, NyBookRenderer::PageKind::Inner, [](const QUrl&, const QSize&) { return Picture(); });
+    QCOMPARE(missing.pixelColor(206, 126), QColor(0xdc, 0xdc, 0xdc));
+    int dark = 0;
+    for (int y = 122; y < 238; ++y) {
+        for (int x = 202; x < 358; ++x)
+            dark += missing.pixelColor(x, y).lightness() < 130 ? 1 : 0;
+    }
+    QVERIFY2(dark > 40, "the file's name is not written");
+    const QImage loading = paint(page, NyBookRenderer::PageKind::Inner,
+        [](const QUrl&, const QSize&) { return Picture { Picture::State::Loading, QImage() }; });
+    QVERIFY(loading.pixelColor(280, 180) != testStyle().pageBackground);
+    QVERIFY(loading.pixelColor(280, 180) != missing.pixelColor(206, 126));
+}
+
+void tst_NyBookRenderer::textIsDrawnInsideItsRectangle_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("short") << u"Toskana"_s;
+    QTest::newRow("long") << u"Eine sehr lange Reise mit der ganzen Familie durch die Toskana und weiter nach Rom"_s;
+    QTest::newRow("one long word") << u"Donaudampfschifffahrtsgesellschaftskapitänsausflug"_s;
+    QTest::newRow("markup and percent") << u"<b>100%</b> %1 & \"mehr\""_s;
+    QTest::newRow("other scripts") << u"東京 – Αθήνα – Москва"_s;
+}
+
+void tst_NyBookRenderer::textIsDrawnInsideItsRectangle()
+{
+    QFETCH(QString, text);
+    NyBookPage page;
+    NyBookText title;
+    title.role = NyBookText::Role::Title;
+    title.text = text;
+    title.rectMm = QRectF(40, 100, 200, 24);
+    title.fontSizePt = 34;
+    page.texts = { title };
+    const QImage image = paint(page, NyBookRenderer::PageKind::Cover, [](const QUrl&, const QSize&) { return Picture(); });
+    int inside = 0;
+    int outside = 0;
+    // Accents and descenders may reach a little over.
+    const QRect allowed(76, 194, 408, 60);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, y) != testStyle().coverBackground)
+                ++(allowed.contains(x, y) ? inside : outside);
+        }
+    }
+    QVERIFY(inside > 100);
+    QCOMPARE(outside, 0);
+}
+
+void tst_NyBookRenderer::coverImage()
+{
+    NyBookProject project;
+    const QImage image = NyBookRenderer::coverImage(project, testStyle(), 480);
+    QCOMPARE(image.size(), QSize(480, 360));
+    QCOMPARE(image.pixelColor(240, 180), testStyle().coverBackground);
+}
+
+QTEST_MAIN(tst_NyBookRenderer)
+#include "tst_NyBookRenderer.moc"
