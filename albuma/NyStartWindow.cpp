@@ -45,7 +45,7 @@ NyStartWindow::NyStartWindow()
     layout->addWidget(m_error);
     auto* open = new QPushButton(tr("Buch öffnen …"), central);
     open->setDefault(true);
-    open->setMinimumHeight(40);
+    open->setMinimumSize(180, 40);
     layout->addWidget(open, 0, Qt::AlignHCenter);
     layout->addStretch();
     setCentralWidget(central);
