@@ -58,8 +58,7 @@ class tst_NyRequest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // The offscreen platform warns of what it cannot do.
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!This plugin does not support)"))); }
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
     void attentionString() { QCOMPARE(NyRequest::attentionString(), QStringLiteral("Achtung")); }
     void pressedButtonIsTheAnswer_data();
     void pressedButtonIsTheAnswer();

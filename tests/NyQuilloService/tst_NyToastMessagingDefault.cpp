@@ -21,8 +21,7 @@ class tst_NyToastMessagingDefault : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // The offscreen platform warns of what it cannot do.
-    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void grid_data();
     void grid();
     void closing_data();
