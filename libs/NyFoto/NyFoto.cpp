@@ -72,14 +72,15 @@ QString decodedFileUrl(const QString& url)
 {
     if (!url.startsWith(FileScheme) || url.size() == FileScheme.size() || url.at(FileScheme.size()) != u'/')
         return {};
-    QByteArray bytes;
-    bytes.reserve(url.size());
+    QByteArray bytes(url.size(), Qt::Uninitialized);
+    char* end = bytes.data();
+    bool isAscii = true;
     for (qsizetype i = FileScheme.size(); i < url.size(); ++i) {
-        const QChar letter = url.at(i);
-        if (letter.unicode() > 0x7f || letter == u'#' || letter == u'?')
+        const char16_t letter = url.at(i).unicode();
+        if (letter > 0x7f || letter == u'#' || letter == u'?')
             return {};
         if (letter != u'%') {
-            bytes += char(letter.unicode());
+            *end++ = char(letter);
             continue;
         }
         if (i + 2 >= url.size())
@@ -89,8 +90,14 @@ QString decodedFileUrl(const QString& url)
         const int value = high * 16 + low;
         if (high < 0 || low < 0 || value == 0 || value == '/')
             return {};
-        bytes += char(value);
+        isAscii = isAscii && value < 0x80;
+        *end++ = char(value);
         i += 2;
+    }
+    bytes.truncate(end - bytes.constData());
+    if (isAscii) {
+        const QString path = QString::fromLatin1(bytes);
+        return isCleanAbsolutePath(path) ? path : QString();
     }
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString path = decoder(bytes);
