@@ -52,6 +52,16 @@ qint64 writtenBytes()
     return -1;
 }
 
+/** Whether nothing was written since. The sanitizers check addresses by writing to a pipe; that is less than one page of the database. */
+bool wroteNothingSince(qint64 before)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return writtenBytes() - before < 4096;
+#else
+    return writtenBytes() == before;
+#endif
+}
+
 /** Name, size and time of all files of the database. The shared memory file is left out: it is no file of the disk by its nature. */
 QStringList filesState(const QString& folder)
 {
@@ -230,7 +240,7 @@ void tst_NyFotoListRegistry::hostileNames()
     NyFotoListRegistry other(database());
     const qint64 before = writtenBytes();
     other.add(u"key"_s, list);
-    QCOMPARE(writtenBytes(), before);
+    QVERIFY(wroteNothingSince(before));
 }
 
 void tst_NyFotoListRegistry::hostileKeys()
@@ -290,7 +300,7 @@ void tst_NyFotoListRegistry::emptyListsAreNone()
     const qint64 before = writtenBytes();
     registry.add(u"key"_s, NyFotoList());
     registry.addFotosUsedForBookProposals(NyFotoList());
-    QCOMPARE(writtenBytes(), before);
+    QVERIFY(wroteNothingSince(before));
     registry.add(u"key"_s, numbered(3, 4));
     QCOMPARE(registry.fotoList(u"key"_s), numbered(3, 4));
 }
@@ -354,26 +364,27 @@ void tst_NyFotoListRegistry::unchangedListWritesNothing()
 
     for (int i = 0; i < 5; ++i)
         registry.add(u"key"_s, list);
-    QCOMPARE(writtenBytes(), before);
+    QVERIFY(wroteNothingSince(before));
 
     for (int i = 0; i < 5; ++i) {
         registry.clearEntry(u"key"_s);
         registry.add(u"key"_s, list);
     }
-    QCOMPARE(writtenBytes(), before);
+    QVERIFY(wroteNothingSince(before));
     QCOMPARE(filesState(databaseFolder()), state);
 
     // On threads that come and go, as those of a pool do.
-    qint64 onThread = -1;
+    bool wroteNothing = false;
     for (int i = 0; i < 3; ++i) {
         std::unique_ptr<QThread> thread(QThread::create([&] {
             registry.clearEntry(u"key"_s);
             registry.add(u"key"_s, list);
-            onThread = writtenBytes();
+            wroteNothing = wroteNothingSince(before);
         }));
         thread->start();
         QVERIFY(thread->wait());
-        QCOMPARE(onThread, before);
+        QVERIFY(wroteNothing);
+        wroteNothing = false;
     }
     QCOMPARE(filesState(databaseFolder()), state);
 
@@ -381,10 +392,10 @@ void tst_NyFotoListRegistry::unchangedListWritesNothing()
     NyFotoListRegistry fresh(database());
     fresh.clearEntry(u"key"_s);
     fresh.add(u"key"_s, list);
-    QCOMPARE(writtenBytes(), before);
+    QVERIFY(wroteNothingSince(before));
     QCOMPARE(filesState(databaseFolder()), state);
     QCOMPARE(registry.fotoList(u"key"_s), list);
-    QCOMPARE(writtenBytes(), before);
+    QVERIFY(wroteNothingSince(before));
 }
 
 void tst_NyFotoListRegistry::smallChangeWritesLittle()
