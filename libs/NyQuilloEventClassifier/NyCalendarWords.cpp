@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
 
 #include <QtCore/QLocale>
 #include <QtCore/QStringList>
@@ -36,12 +37,12 @@ QList<QLocale::Language> trustedLanguages()
     };
 }
 
-// Month names of distant languages that are places, first names or plain words where photos are sorted.
+// What would be a month, in a distant language or without its marks, and is a place, a first name or a plain word where photos are sorted.
 const QSet<QString>& misleadingMonths()
 {
     static const QSet<QString> set = words({
         u"adar",  u"dama",  u"elba",   u"eost",   u"gulan",   u"here",  u"iune",   u"jenner", u"jona",   u"julie",  u"kamena", u"kanama",
-        u"kele",  u"korse", u"mabasa", u"mach",   u"machi",   u"malaki", u"marco",  u"maris",  u"marto",  u"masa",   u"mashi",  u"mata",
+        u"kasim", u"kele",  u"korse", u"mabasa", u"mach",   u"machi",   u"malaki", u"marco",  u"maris",  u"marto",  u"masa",   u"mashi",  u"mata",
         u"medi",  u"meyi",  u"nadale", u"nollaig", u"orara",   u"out",   u"pamba",  u"samhain", u"sune",   u"wanja",  u"zin",    u"julija",
         u"augusto", u"agusta", u"martio", u"marso", u"junie",
     });
@@ -149,7 +150,7 @@ void NyCalendarWords::addMonthVariants(const QString& word, int number, Trust tr
     addMonth(word, number, trust);
     // People type names without the marks that their keyboard lacks.
     const QString plain = withoutMarks(word);
-    if (plain.size() > 3)
+    if (plain.size() > 3 && !misleadingMonths().contains(plain))
         addMonth(plain, number, trust);
     QString spelled = word;
     spelled.replace(QChar(0x00e4), QStringLiteral("ae")).replace(QChar(0x00fc), QStringLiteral("ue")).replace(QChar(0x00f6), QStringLiteral("oe"));
@@ -192,7 +193,9 @@ void NyCalendarWords::addMonths()
             }
         }
     }
-    m_weekdays.remove(QString());
+    // A lone letter is too little to be a weekday.
+    for (auto word = m_weekdays.begin(); word != m_weekdays.end();)
+        word = word->isEmpty() || (word->size() == 1 && isLatin(*word)) ? m_weekdays.erase(word) : std::next(word);
     addMonth(QStringLiteral("mrz"), 3, Trust::Short);
     addMonth(QStringLiteral("jan"), 1, Trust::Short);
 

@@ -43,6 +43,7 @@ struct Token {
     qsizetype position = 0;
     qsizetype length = 0;
     QString folded;
+    NyCalendarWords::Month month;
     Words::Roles roles;
 };
 
@@ -173,7 +174,7 @@ private:
     quint16 behind(int index) const { return index + 1 < m_tokens.size() ? m_tokens[index + 1].before : m_trailing; }
     char separator(int index) const;
     bool isRangeJoint(int index, int* next) const;
-    NyCalendarWords::Month monthAt(int index) const { return isWord(index) ? m_calendar.month(m_tokens[index].folded) : NyCalendarWords::Month{}; }
+    NyCalendarWords::Month monthAt(int index) const { return has(index) ? m_tokens[index].month : NyCalendarWords::Month{}; }
     int skipJoint(int index) const
     {
         return isWord(index) && m_calendar.isJoint(m_tokens[index].folded) ? index + 1 : index;
@@ -282,6 +283,7 @@ void Reader::tokenize()
             }
             end = at;
             token.folded = m_name.mid(position, end - position).toCaseFolded();
+            token.month = m_calendar.month(token.folded);
         } else {
             token.kind = Token::Kind::Emoji;
             bool picture = isPictureEmoji(c);
@@ -867,7 +869,7 @@ bool Reader::readMatch(int index, Match* result)
     *result = {};
     // The number of "Tag 3" is no part of a date, unless it is a whole one: "Tag 3 - 15. Juli".
     const bool numbersSomething = index > 0 && isNumber(index, 1, 2) && isWord(index - 1) && !m_tokens[index - 1].used
-        && (m_words.roles(m_tokens[index - 1].folded) & (Words::DayWord | Words::PartWord));
+        && (m_words.roles(m_tokens[index - 1].folded) & (Words::DayWord | Words::PartWord | Words::NumberWord));
     if (readPeriod(index, result))
         return true;
     *result = {};
@@ -923,6 +925,10 @@ void Reader::add(const Match& match)
         const PartialDate from = m_result.from;
         if (from == match.from || match.form == DateForm::Range)
             return;
+        if (from.year == 0 && match.form == DateForm::Period) {
+            setYear(match.from.year);
+            return;
+        }
         const bool later = std::tuple(from.year, from.month, from.day) < std::tuple(match.from.year, match.from.month, match.from.day);
         if (match.form == DateForm::Year)
             m_result.dateForm = DateForm::Years;
@@ -945,6 +951,9 @@ void Reader::add(const Match& match)
         m_result.to = match.to;
         m_result.mayBeListedMonth = match.mayBeListedMonth;
         setYear(year);
+    } else if (known == DateForm::Years && match.form == DateForm::Year) {
+        m_result.from.year = qMin(m_result.from.year, match.from.year);
+        m_result.to.year = qMax(m_result.to.year, match.from.year);
     } else if (match.form != DateForm::Years) {
         setYear(match.from.year);
     }
@@ -1228,7 +1237,14 @@ void Reader::finishTitle(const QList<int>& rest)
         }
         title += QStringView(m_name).mid(token.position, token.length);
     }
-    m_result.title = title.simplified();
+    title = title.simplified();
+    // The closing bracket stands behind the last word.
+    if (last > first && title.count(QLatin1Char('(')) > title.count(QLatin1Char(')'))) {
+        const Token& end = m_tokens[rest[last - 1]];
+        if (m_name.indexOf(QLatin1Char(')'), end.position + end.length) >= 0)
+            title += QLatin1Char(')');
+    }
+    m_result.title = title;
 }
 
 void Reader::readNumbers(const QList<int>& rest)
@@ -1272,6 +1288,10 @@ void Reader::finish()
             continue;
         }
         const Words::Roles roles = token.roles & ~(Words::Roles(Words::DayWord) | Words::PartWord | Words::CounterPrefix | Words::ModelWord);
+        if (roles & Words::Title) {
+            ++strangers;
+            continue;
+        }
         if (roles == Words::Category) {
             category = true;
             continue;

@@ -148,4 +148,10 @@ NyFolderWords::NyFolderWords()
 
     add(u"img,dsc,dscn,dscf,dsci,dscim,pxl,mvi,vid,mov,cimg,sam,gopr,gh,gx,hpim,pict,imag,imgp,igp,kif,rimg,sany,stp,mg,p,dji,sdc,rscn,"
         u"dmc,wp,hni", CounterPrefix);
+
+    add(u"oud en nieuw,oud nieuw,oud & nieuw,new year,new years,new year s,new year s eve,new years eve,neues jahr,das neue jahr,año nuevo,ano nuevo,anno nuovo,ano novo,"
+        u"nouvelle année,nouvelle annee,bonne année,new york,new zealand,new orleans,new jersey,new delhi,new england,new forest,neue welt,alte welt,alte meister,altes land,"
+        u"neues land,noche vieja,nouvelle orléans,nouvelle calédonie,nuova zelanda,nueva york,nueva zelanda,nuova york,all inclusive,all saints,"
+        u"rock im park,rock am ring,rock in rio,tag und nacht,day and night", Title);
+    add(u"top,nr,no,num,nummer,number,numéro,numero,número", NumberWord);
 }

@@ -29,6 +29,8 @@ public:
         Category = 1024, ///< many events or many years under one name: "Familie", "Reisen"
         CounterPrefix = 2048, ///< what cameras put before their running number: "IMG", "DSC"
         ModelWord = 4096, ///< belongs to a device's name when it follows one: "EOS", "Mark"
+        Title = 8192, ///< phrases that are a title although their words are none: "New Year"
+        NumberWord = 16384, ///< what follows is a number and no date: "Top 10"
     };
     Q_DECLARE_FLAGS(Roles, Role)
 
