@@ -1,5 +1,7 @@
 #include "NyPlatformIndependent.h"
 
+#include <malloc.h>
+
 #include <QtCore/QDebug>
 #include <QtCore/QFileInfo>
 #include <QtCore/QProcess>
@@ -40,4 +42,11 @@ bool NyPlatformIndependent::runProgram(const QString& path, const QStringList& a
 bool NyPlatformIndependent::remembersLastProposalElsewhere() const
 {
     return false;
+}
+
+void NyPlatformIndependent::releaseUnusedMemory() const
+{
+#ifdef __GLIBC__
+    ::malloc_trim(0);
+#endif
 }

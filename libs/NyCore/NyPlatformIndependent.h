@@ -27,6 +27,9 @@ public:
     /** Whether the platform itself keeps the last proposal at hand for the user, so that a menu need not offer it. */
     virtual bool remembersLastProposalElsewhere() const;
 
+    /** Gives memory that the heap holds and nobody uses back to the system, as after work that needed a lot. Thread-safe. */
+    virtual void releaseUnusedMemory() const;
+
 protected:
     NyPlatformIndependent();
 

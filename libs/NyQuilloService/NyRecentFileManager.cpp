@@ -10,6 +10,7 @@
 #include <NyFotoSettings.h>
 #include <NyImageLoader.h>
 #include <NyMediaFormatList.h>
+#include <NyPlatformIndependent.h>
 
 #include <QDebug>
 #include <QThreadPool>
@@ -123,6 +124,8 @@ void NyRecentFileManager::recentFileCheckFinished()
 {
     if (!m_watcher.isFinished())
         return;
+    // A scan needs a lot for a moment, and the service then does nothing for a long time.
+    NyPlatformIndependent::instance().releaseUnusedMemory();
     const NyRecentFileResult result = getRecentFileResultSafely();
     qInfo() << "QUILLO_SERVICE: Files found: " << result.count();
     qInfo() << "QUILLO_SERVICE: Files found that were after the cut-off-date: " << result.countAfterDateRange();
