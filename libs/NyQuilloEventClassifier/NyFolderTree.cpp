@@ -73,6 +73,11 @@ QString decodedName(const char* name)
     return decoder.hasError() ? QString() : decoded;
 }
 
+bool isValidName(const char* name)
+{
+    return isAscii(name) || !decodedName(name).isNull();
+}
+
 QString readable(const QByteArray& name)
 {
     return QString::fromLatin1(name.toPercentEncoding(" ()[]{}!#$&'+,;=@"));
@@ -216,7 +221,7 @@ private:
             if (type == DT_REG || type == DT_LNK) {
                 const bool picture = !listing->hasPictures && hasSuffix(name, m_tree.m_suffixes);
                 const bool project = !listing->hasProjectFiles && hasSuffix(name, m_projectSuffixes);
-                if ((picture || project) && (type == DT_REG || isFile(fullPath())) && !decodedName(name).isNull()) {
+                if ((picture || project) && (type == DT_REG || isFile(fullPath())) && isValidName(name)) {
                     listing->hasPictures = listing->hasPictures || picture;
                     listing->hasProjectFiles = listing->hasProjectFiles || project;
                 }
@@ -265,25 +270,36 @@ NyFolderTree::NyFolderTree(const QString& startPath, const QStringList& pictureF
     Walker(*this).walk(startPath);
 }
 
-QStringList NyFolderTree::picturePaths(int folder) const
+QStringList NyFolderTree::samplePictures(const QList<int>& folders, int maximum) const
 {
-    const QString path = m_folders.at(folder).path;
-    const QByteArray nativePath = QFile::encodeName(path);
-    QStringList paths;
-    const Directory directory(::opendir(nativePath.constData()));
-    if (!directory)
-        return paths;
-    std::vector<QByteArray> names;
-    while (const struct dirent* entry = ::readdir(directory.get())) {
-        if (entry->d_name[0] != '.' && entry->d_type != DT_DIR && hasSuffix(entry->d_name, m_suffixes))
-            names.emplace_back(entry->d_name);
+    // Camera folders hold many thousands of pictures: all names lie in one buffer, and only those that are asked for become text.
+    struct Entry {
+        int folder = 0;
+        size_t name = 0;
+    };
+    std::string names;
+    std::vector<Entry> entries;
+    for (const int folder : folders) {
+        const Directory directory(::opendir(QFile::encodeName(m_folders.at(folder).path).constData()));
+        if (!directory)
+            continue;
+        const auto first = std::ptrdiff_t(entries.size());
+        while (const struct dirent* entry = ::readdir(directory.get())) {
+            if (entry->d_name[0] == '.' || entry->d_type == DT_DIR || !hasSuffix(entry->d_name, m_suffixes) || !isValidName(entry->d_name))
+                continue;
+            entries.push_back({folder, names.size()});
+            names.append(entry->d_name, std::strlen(entry->d_name) + 1);
+        }
+        std::sort(entries.begin() + first, entries.end(),
+            [&names](const Entry& left, const Entry& right) { return std::strcmp(names.data() + left.name, names.data() + right.name) < 0; });
     }
-    std::sort(names.begin(), names.end());
-    paths.reserve(qsizetype(names.size()));
-    for (const QByteArray& name : names) {
-        const QString decoded = decodedName(name.constData());
-        if (!decoded.isNull())
-            paths.append(childPath(path, decoded));
+
+    QStringList paths;
+    const size_t count = std::min(entries.size(), size_t(std::max(maximum, 0)));
+    paths.reserve(qsizetype(count));
+    for (size_t sample = 0; sample < count; ++sample) {
+        const Entry& entry = entries[count > 1 ? sample * (entries.size() - 1) / (count - 1) : 0];
+        paths.append(childPath(m_folders.at(entry.folder).path, decodedName(names.data() + entry.name)));
     }
     return paths;
 }

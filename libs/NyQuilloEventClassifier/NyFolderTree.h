@@ -33,8 +33,11 @@ public:
     /** The start folder first, each folder before those in it. Empty when the start folder is ignorable or cannot be read. */
     const QList<Folder>& folders() const { return m_folders; }
 
-    /** The absolute paths of the pictures directly in a folder, sorted; reads the folder again. */
-    QStringList picturePaths(int folder) const;
+    /**
+     * The absolute paths of the pictures directly in the given folders, folder by folder and sorted by name; when there are more than
+     * @p maximum, so many of them at even distances, the first and the last among them. Reads the folders again.
+     */
+    QStringList samplePictures(const QList<int>& folders, int maximum) const;
 
 private:
     class Walker;

@@ -83,7 +83,7 @@ private:
     void lookInside();
     Verdict verdict(int index, const Place& place) const;
     Verdict verdictByContents(int index) const;
-    void addLoosePictures(int index, QStringList* paths) const;
+    void addLooseFolders(int index, QList<int>* folders) const;
 
     static Verdict verdictInEvent(const NyFolderName& name, const Place& place);
     static Verdict verdictByNumber(const NyFolderName& name, const Place& place);
@@ -254,29 +254,28 @@ Verdict Sorter::verdict(int index, const Place& place) const
     return verdict;
 }
 
-void Sorter::addLoosePictures(int index, QStringList* paths) const
+void Sorter::addLooseFolders(int index, QList<int>* folders) const
 {
     if (m_tree.folders().at(index).hasOwnPictures)
-        paths->append(m_tree.picturePaths(index));
+        folders->append(index);
     for (const int child : m_tree.folders().at(index).children) {
         if (m_names.at(child).nature != Nature::Source && m_tree.folders().at(child).hasPicturesBelow)
-            addLoosePictures(child, paths);
+            addLooseFolders(child, folders);
     }
 }
 
 /** Photos of a few days are an event, those of a year a year. */
 Verdict Sorter::verdictByContents(int index) const
 {
-    QStringList paths;
-    addLoosePictures(index, &paths);
-    const qsizetype count = qMin<qsizetype>(paths.size(), MaximumSamples);
+    QList<int> folders;
+    addLooseFolders(index, &folders);
+    const QStringList paths = m_tree.samplePictures(folders, MaximumSamples);
     QDateTime earliest;
     QDateTime latest;
     const auto isYearAtMost = [&earliest, &latest]() { return latest <= earliest.addYears(1); };
-    for (qsizetype sample = 0; sample < count; ++sample) {
+    for (qsizetype sample = 0; sample < paths.size(); ++sample) {
         // The two ends first: names mostly follow time, so that a long span shows at once.
-        const qsizetype order = sample == 0 ? 0 : sample == 1 ? count - 1 : sample - 1;
-        const qsizetype at = count > 1 ? order * (paths.size() - 1) / (count - 1) : 0;
+        const qsizetype at = sample == 0 ? 0 : sample == 1 ? paths.size() - 1 : sample - 1;
         const QDateTime taken = NyFotoAccess::captureTime(NyFoto(QFileInfo(paths.at(at))));
         // Clocks that were never set begin in 1970 or 1980.
         if (!taken.isValid() || taken.date() == QDate(1970, 1, 1) || taken.date() == QDate(1980, 1, 1))

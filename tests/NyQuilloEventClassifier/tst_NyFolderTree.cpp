@@ -299,15 +299,22 @@ private Q_SLOTS:
         QVERIFY(tree.folders().constLast().hasOwnPictures);
     }
 
-    void picturesOfAFolderAreListedInOrder()
+    void picturesAreSampledEvenly()
     {
         PictureTree pictures;
-        for (const char16_t* name : {u"b.jpg", u"a.JPG", u"c.txt", u".d.jpg", u"e.heic", u"below/f.jpg"})
+        for (const char16_t* name : {u"b.jpg", u"a.JPG", u"c.txt", u".d.jpg", u"e.heic", u"below/1.jpg", u"below/2.jpg", u"below/3.jpg", u"below/4.jpg"})
             pictures.addFile(QString::fromUtf16(name));
         const NyFolderTree tree(pictures.root(), Filters);
-        QCOMPARE(tree.picturePaths(0), (QStringList{pictures.path(u"a.JPG"_s), pictures.path(u"b.jpg"_s), pictures.path(u"e.heic"_s)}));
+        const QStringList own{pictures.path(u"a.JPG"_s), pictures.path(u"b.jpg"_s), pictures.path(u"e.heic"_s)};
+        QCOMPARE(tree.samplePictures({0}, 100), own);
+        QCOMPARE(tree.samplePictures({0}, 3), own);
+        QCOMPARE(tree.samplePictures({0}, 2), (QStringList{own.at(0), own.at(2)}));
+        QCOMPARE(tree.samplePictures({0}, 1), QStringList{own.at(0)});
+        QCOMPARE(tree.samplePictures({0}, 0), QStringList());
+        QCOMPARE(tree.samplePictures({}, 5), QStringList());
+        QCOMPARE(tree.samplePictures({0, 1}, 4), (QStringList{own.at(0), own.at(2), pictures.path(u"below/2.jpg"_s), pictures.path(u"below/4.jpg"_s)}));
         QVERIFY(QDir(pictures.root()).removeRecursively());
-        QCOMPARE(tree.picturePaths(0), QStringList());
+        QCOMPARE(tree.samplePictures({0, 1}, 4), QStringList());
     }
 };
 
