@@ -19,6 +19,8 @@ constexpr qint64 MAXIMUM_BYTES = 64 * 1024 * 1024;
 /** Sides of a page beyond this are no book but a broken file. */
 constexpr double MAXIMUM_PAGE_MM = 2000;
 constexpr int MAXIMUM_PAGES = 10000;
+/** Setting a longer text would block whoever shows the book; the longest path, percent-encoded, still fits. */
+constexpr qsizetype MAXIMUM_TEXT = 20000;
 
 struct RoleName
 {
@@ -133,7 +135,10 @@ public:
     {
         if (!m_value.isString())
             fail(isMissing() ? tr("die Angabe fehlt") : tr("hier wird ein Text erwartet"));
-        return m_value.toString();
+        const QString text = m_value.toString();
+        if (text.size() > MAXIMUM_TEXT)
+            fail(tr("der Text ist länger als %1 Zeichen").arg(MAXIMUM_TEXT));
+        return text;
     }
 
     double number(double minimum, double maximum) const

@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -90,6 +91,7 @@ private Q_SLOTS:
     void brokenFieldsNameThePlace_data();
     void brokenFieldsNameThePlace();
     void everyTruncationIsRefused();
+    void damagedBytesNeverDoHarm();
     void loadOfMissingFileAndFolder();
     void loadRoundTrip();
 };
@@ -197,6 +199,7 @@ void tst_NyBookProjectFile::brokenFieldsNameThePlace_data()
     row("version 1.5", { u"formatVersion"_s }, 1.5, u"\"formatVersion\""_s);
     row("version huge", { u"formatVersion"_s }, 1e300, u"\"formatVersion\""_s);
     row("title is a number", { u"title"_s }, 3, u"\"title\""_s);
+    row("title too long", { u"title"_s }, QString(20001, u'x'), u"\"title\""_s);
     row("style missing", { u"style"_s }, missing, u"\"style\""_s);
     row("page size empty", { u"pageSizeMm"_s }, QJsonArray(), u"\"pageSizeMm\""_s);
     row("page size 0", { u"pageSizeMm"_s, 1 }, 0, u"\"pageSizeMm[1]\""_s);
@@ -238,6 +241,29 @@ void tst_NyBookProjectFile::everyTruncationIsRefused()
         QVERIFY2(!result.project, qPrintable(QString::number(length)));
         QVERIFY(!result.error.isEmpty());
     }
+}
+
+void tst_NyBookProjectFile::damagedBytesNeverDoHarm()
+{
+    QRandomGenerator random(1);
+    const QByteArray json = NyBookProjectFile::toJson(sampleProject());
+    int refused = 0;
+    for (int round = 0; round < 3000; ++round) {
+        QByteArray damaged = json;
+        for (int i = 0; i <= round % 4; ++i)
+            damaged[random.bounded(damaged.size())] = char(random.bounded(256));
+        const NyBookProjectFile::Result result = NyBookProjectFile::fromJson(damaged, u"x"_s);
+        // Exactly one of both, and what was read can be written and read again.
+        QVERIFY(result.project.has_value() == result.error.isEmpty());
+        if (!result.project) {
+            ++refused;
+            continue;
+        }
+        const NyBookProjectFile::Result again = NyBookProjectFile::fromJson(NyBookProjectFile::toJson(*result.project), u"x"_s);
+        QVERIFY2(again.project, qPrintable(again.error));
+        QVERIFY(*again.project == *result.project);
+    }
+    QVERIFY(refused > 1000);
 }
 
 void tst_NyBookProjectFile::loadOfMissingFileAndFolder()
