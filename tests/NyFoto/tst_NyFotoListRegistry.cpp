@@ -126,6 +126,7 @@ class tst_NyFotoListRegistry : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -174,7 +175,16 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    // For the many rows of changes(), each with a key of its own: making a database waits for the disk.
+    const QTemporaryDir m_sharedFolder;
+    const QString m_sharedDatabase = m_sharedFolder.filePath(u"photolists.sqlite"_s);
+    NyFotoListRegistry m_shared{m_sharedDatabase};
 };
+
+void tst_NyFotoListRegistry::initTestCase()
+{
+    QVERIFY(m_shared.getFotosForBookProposal().isEmpty());
+}
 
 void tst_NyFotoListRegistry::init()
 {
@@ -337,18 +347,19 @@ void tst_NyFotoListRegistry::changes()
 {
     QFETCH(NyFotoList, before);
     QFETCH(NyFotoList, after);
-    NyFotoListRegistry registry(database());
-    registry.add(u"key"_s, before);
-    QCOMPARE(registry.fotoList(u"key"_s), before);
-    registry.add(u"key"_s, after);
-    QCOMPARE(registry.fotoList(u"key"_s), after);
+    const QString key = QString::fromLatin1(QTest::currentDataTag());
+    NyFotoListRegistry registry(m_sharedDatabase);
+    registry.add(key, before);
+    QCOMPARE(registry.fotoList(key), before);
+    registry.add(key, after);
+    QCOMPARE(registry.fotoList(key), after);
     // An object that has not seen the list yet takes the other road: it reads what is stored.
-    NyFotoListRegistry other(database());
-    other.add(u"key"_s, before);
-    QCOMPARE(registry.fotoList(u"key"_s), before);
+    NyFotoListRegistry other(m_sharedDatabase);
+    other.add(key, before);
+    QCOMPARE(registry.fotoList(key), before);
     // And this one's knowledge is out of date now.
-    registry.add(u"key"_s, after);
-    QCOMPARE(other.fotoList(u"key"_s), after);
+    registry.add(key, after);
+    QCOMPARE(other.fotoList(key), after);
 }
 
 void tst_NyFotoListRegistry::unchangedListWritesNothing()
