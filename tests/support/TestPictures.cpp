@@ -134,41 +134,60 @@ QByteArray exifBlock(int orientation)
     return block;
 }
 
-bool encodeHeif(const QString& path, const QImage& pixels, const HeifRequest& request)
+bool succeeded(const heif_error& error)
+{
+    return error.code == heif_error_Ok;
+}
+
+/** Null when libheif refuses. */
+heif_image* heifImage(const QImage& pixels)
 {
     const QImage picture = pixels.convertToFormat(QImage::Format_RGB888);
+    heif_image* image = nullptr;
+    if (!succeeded(heif_image_create(picture.width(), picture.height(), heif_colorspace_RGB, heif_chroma_interleaved_RGB, &image)))
+        return nullptr;
+    if (!succeeded(heif_image_add_plane(image, heif_channel_interleaved, picture.width(), picture.height(), 24))) {
+        heif_image_release(image);
+        return nullptr;
+    }
+    int stride = 0;
+    uint8_t* plane = heif_image_get_plane(image, heif_channel_interleaved, &stride);
+    for (int y = 0; y < picture.height(); ++y)
+        std::memcpy(plane + std::ptrdiff_t(y) * stride, picture.constScanLine(y), std::size_t(picture.width()) * 3);
+    return image;
+}
+
+bool encodeHeif(const QString& path, const QImage& pixels, const HeifRequest& request)
+{
     heif_context* context = heif_context_alloc();
     heif_encoding_options* options = heif_encoding_options_alloc();
     heif_encoder* encoder = nullptr;
-    heif_image* image = nullptr;
     heif_image_handle* handle = nullptr;
     heif_image_handle* thumbnail = nullptr;
-    const auto succeeded = [](const heif_error& error) { return error.code == heif_error_Ok; };
+    heif_image* image = heifImage(pixels);
+    heif_image* mirrored = heifImage(pixels.mirrored(true, false));
     options->image_orientation = heif_orientation(request.ownOrientation);
-    bool done = succeeded(heif_context_get_encoder_for_format(context, request.av1 ? heif_compression_AV1 : heif_compression_HEVC, &encoder));
-    done = done && succeeded(heif_image_create(picture.width(), picture.height(), heif_colorspace_RGB, heif_chroma_interleaved_RGB, &image));
-    done = done && succeeded(heif_image_add_plane(image, heif_channel_interleaved, picture.width(), picture.height(), 24));
+    bool done = image && mirrored
+        && succeeded(heif_context_get_encoder_for_format(context, request.av1 ? heif_compression_AV1 : heif_compression_HEVC, &encoder));
     if (done) {
-        int stride = 0;
-        uint8_t* plane = heif_image_get_plane(image, heif_channel_interleaved, &stride);
-        for (int y = 0; y < picture.height(); ++y)
-            std::memcpy(plane + std::ptrdiff_t(y) * stride, picture.constScanLine(y), std::size_t(picture.width()) * 3);
         heif_encoder_set_lossy_quality(encoder, 90);
         done = succeeded(heif_context_encode_image(context, image, encoder, options, &handle));
     }
     if (done && request.thumbnailPx > 0)
-        done = succeeded(heif_context_encode_thumbnail(context, image, handle, encoder, options, request.thumbnailPx, &thumbnail));
+        done = succeeded(heif_context_encode_thumbnail(context, mirrored, handle, encoder, options, request.thumbnailPx, &thumbnail));
     if (done && request.exifOrientation > 0) {
         const QByteArray exif = exifBlock(request.exifOrientation);
         done = succeeded(heif_context_add_exif_metadata(context, handle, exif.constData(), int(exif.size())));
     }
     done = done && succeeded(heif_context_write_to_file(context, QFile::encodeName(path).constData()));
+    for (heif_image* one : {image, mirrored}) {
+        if (one)
+            heif_image_release(one);
+    }
     if (thumbnail)
         heif_image_handle_release(thumbnail);
     if (handle)
         heif_image_handle_release(handle);
-    if (image)
-        heif_image_release(image);
     if (encoder)
         heif_encoder_release(encoder);
     heif_encoding_options_free(options);

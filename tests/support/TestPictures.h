@@ -29,7 +29,10 @@ bool addFields(const QString& path, const Fields& fields);
 /** A JPEG of corners() stored in the orientation, with the fields. */
 bool writeJpeg(const QString& path, const QSize& uprightSize, int orientation = 1, const Fields& fields = {});
 
-/** corners() as HEIC or AVIF, with a thumbnail of at most that size on request. */
+/**
+ * corners() as HEIC or AVIF, on request with a thumbnail of at most that size. The thumbnail is the mirror image, "grwb", so that one
+ * can tell which of the two was decoded.
+ */
 bool writeHeif(const QString& path, const QSize& size, int thumbnailPx = 0, bool av1 = false);
 
 /**
