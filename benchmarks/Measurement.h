@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <functional>
 #include <string>
 #include <utility>
@@ -48,12 +49,27 @@ public:
         std::fflush(stdout);
     }
 
+    /** Wall clock time, in ms. */
     template<class Work>
     static double milliseconds(Work &&work)
     {
         const auto start = std::chrono::steady_clock::now();
         work();
         return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    }
+
+    /** Time that this thread had the processor, in ms: what to look at while the machine is busy with other things. */
+    template<class Work>
+    static double processorMilliseconds(Work &&work)
+    {
+        const auto now = [] {
+            timespec time{};
+            ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+            return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+        };
+        const double start = now();
+        work();
+        return now() - start;
     }
 
 private:

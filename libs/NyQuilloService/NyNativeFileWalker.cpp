@@ -42,9 +42,9 @@ unsigned char typeOf(int descriptor, const char* name)
     return IFTODT(status.stx_mode);
 }
 
-bool isAscii(const char* text, std::size_t length)
+bool isAscii(std::string_view text)
 {
-    return std::all_of(text, text + length, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 QString escaped(const QByteArray& name)
@@ -100,25 +100,39 @@ void NyNativeFileWalker::walk(const QString& path)
 
 QList<QFileInfo> NyNativeFileWalker::takeFiles()
 {
-    struct Key {
-        qint64 birthTimeMs;
-        std::size_t index;
-    };
-    std::vector<Key> keys;
-    keys.reserve(m_keptFiles.size());
-    for (const KeptFile& file : m_keptFiles)
-        keys.push_back({file.birthTimeMs, keys.size()});
-    std::sort(keys.begin(), keys.end(), [this](const Key& left, const Key& right) {
-        if (left.birthTimeMs != right.birthTimeMs)
-            return left.birthTimeMs < right.birthTimeMs;
-        return m_keptFiles[left.index].path < m_keptFiles[right.index].path;
-    });
+    std::sort(m_keptFiles.begin(), m_keptFiles.end(),
+        [this](const KeptFile& left, const KeptFile& right) { return isBefore(left, right); });
     QList<QFileInfo> files;
-    files.reserve(qsizetype(keys.size()));
-    for (const Key& key : keys)
-        files.emplace_back(m_keptFiles[key.index].path);
+    files.reserve(qsizetype(m_keptFiles.size()));
+    for (const KeptFile& file : m_keptFiles)
+        files.emplace_back(path(file));
     m_keptFiles = {};
+    m_keptPrefixes = {};
+    m_keptNames = {};
     return files;
+}
+
+bool NyNativeFileWalker::isBefore(const KeptFile& left, const KeptFile& right) const
+{
+    if (left.birthTimeMs != right.birthTimeMs)
+        return left.birthTimeMs < right.birthTimeMs;
+    const std::string_view leftName(m_keptNames.c_str() + left.name);
+    const std::string_view rightName(m_keptNames.c_str() + right.name);
+    if (left.folder == right.folder && isAscii(leftName) && isAscii(rightName))
+        return leftName < rightName;
+    return path(left) < path(right);
+}
+
+QString NyNativeFileWalker::path(const KeptFile& file) const
+{
+    const QString& prefix = m_keptPrefixes[file.folder];
+    const std::string_view name(m_keptNames.c_str() + file.name);
+    if (!isAscii(name))
+        return prefix + QString::fromUtf8(name.data(), qsizetype(name.size()));
+    QString path(prefix.size() + qsizetype(name.size()), Qt::Uninitialized);
+    QChar* const end = std::copy(prefix.cbegin(), prefix.cend(), path.data());
+    std::transform(name.begin(), name.end(), end, [](char c) { return QLatin1Char(c); });
+    return path;
 }
 
 void NyNativeFileWalker::walkFolder(const QString& path, const Step* above, bool isBehindLink)
@@ -212,7 +226,7 @@ void NyNativeFileWalker::addEntry(int descriptor, const char* name, unsigned cha
         return;
     if (type != DT_REG && type != DT_DIR && type != DT_LNK)
         return;
-    if (!isAscii(name, length) && !QByteArrayView(name, qsizetype(length)).isValidUtf8()) {
+    if (!isAscii({name, length}) && !QByteArrayView(name, qsizetype(length)).isValidUtf8()) {
         listing.undecodableNames.append(QByteArray(name, qsizetype(length)));
         return;
     }
@@ -250,7 +264,7 @@ void NyNativeFileWalker::addLink(const char* name, Listing& listing)
         addFile(birthTimeMs(status), name, std::strlen(name), listing);
 }
 
-void NyNativeFileWalker::addFile(qint64 birthTimeMs, const char* name, std::size_t length, const Listing& listing)
+void NyNativeFileWalker::addFile(qint64 birthTimeMs, const char* name, std::size_t length, Listing& listing)
 {
     if (birthTimeMs == 0)
         return;
@@ -259,14 +273,12 @@ void NyNativeFileWalker::addFile(qint64 birthTimeMs, const char* name, std::size
         ++m_countAfterWindow;
     if (verdict != NyBirthTimeWindow::Verdict::Inside)
         return;
-    if (!isAscii(name, length)) {
-        m_keptFiles.push_back({birthTimeMs, listing.prefix + QString::fromUtf8(name, qsizetype(length))});
-        return;
+    if (!listing.keepsFiles) {
+        listing.keepsFiles = true;
+        m_keptPrefixes.push_back(listing.prefix);
     }
-    QString path(listing.prefix.size() + qsizetype(length), Qt::Uninitialized);
-    QChar* const end = std::copy(listing.prefix.cbegin(), listing.prefix.cend(), path.data());
-    std::transform(name, name + length, end, [](char c) { return QLatin1Char(c); });
-    m_keptFiles.push_back({birthTimeMs, path});
+    m_keptFiles.push_back({birthTimeMs, m_keptPrefixes.size() - 1, m_keptNames.size()});
+    m_keptNames.append(name, length + 1);
 }
 
 void NyNativeFileWalker::walkSubfolders(Listing& listing, const Step& step)

@@ -60,7 +60,8 @@ private:
 
     struct KeptFile {
         qint64 birthTimeMs;
-        QString path;
+        std::size_t folder; // in m_keptPrefixes
+        std::size_t name; // where it begins in m_keptNames
     };
     struct Subfolder {
         std::string name;
@@ -79,6 +80,7 @@ private:
         QString prefix; // what stands before a file's name
         std::vector<Subfolder> subfolders;
         QByteArrayList undecodableNames;
+        bool keepsFiles = false;
         bool hasLinkToSpecialFile = false;
         bool isIgnorable = false;
     };
@@ -88,7 +90,9 @@ private:
     void list(int descriptor, Listing& listing);
     void addEntry(int descriptor, const char* name, unsigned char type, Listing& listing);
     void addLink(const char* name, Listing& listing);
-    void addFile(qint64 birthTimeMs, const char* name, std::size_t length, const Listing& listing);
+    void addFile(qint64 birthTimeMs, const char* name, std::size_t length, Listing& listing);
+    bool isBefore(const KeptFile& left, const KeptFile& right) const;
+    QString path(const KeptFile& file) const;
     void walkSubfolders(Listing& listing, const Step& step);
     bool mayFollow(const Subfolder& link, const Step& step);
     static bool marksAsIgnorable(const char* name, unsigned char type, const QString& absoluteFolder);
@@ -101,7 +105,10 @@ private:
     QSet<QString>* m_reportedFolders;
     std::vector<char> m_buffer;
     std::string m_nativePath; // of the folder that is being looked at
+    // Small records and bare names: sorting them is cheap, and what is rolled back or too old never became an object.
     std::vector<KeptFile> m_keptFiles;
+    std::vector<QString> m_keptPrefixes;
+    std::string m_keptNames; // UTF-8, each with a zero at its end
     int m_countAfterWindow = 0;
     bool m_hasSubfolders = false;
     bool m_isInterrupted = false;

@@ -673,7 +673,7 @@ void tst_NyNativeFileWalker::followsTwoLinksUpwardsOnlyOnce()
     QElapsedTimer timer;
     timer.start();
     const Found found = walk(newFolder(), today());
-    QVERIFY(timer.elapsed() < 2000);
+    QVERIFY(timer.elapsed() < 10000);
     QCOMPARE(found.paths.size(), expectedFiles);
     QVERIFY(!found.log.filter(QStringLiteral("a second link to a folder above itself is not followed")).isEmpty());
     // No photo is lost: each is found at its own place.
