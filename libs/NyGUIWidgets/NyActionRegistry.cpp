@@ -1,0 +1,5 @@
+#include "NyActionRegistry.h"
+
+NyActionRegistry::NyActionRegistry() = default;
+
+NyActionRegistry::~NyActionRegistry() = default;
