@@ -14,27 +14,39 @@
 
 namespace
 {
-/** Whether the run asked for ends without a window: such a run must work where there is no display. */
+/**
+ * Whether the run asked for ends without a window: such a run must work where there is no display, and every other one must
+ * not be made without a window. Reads the line as the parser will: the last option that names a mode counts.
+ */
 bool runsWithoutWindow(int argc, char **argv)
 {
+    constexpr std::string_view modeOption = "serviceMode";
+    bool windowless = false;
     for (int i = 1; i < argc; ++i) {
         std::string_view argument(argv[i]);
-        while (argument.starts_with('-'))
-            argument.remove_prefix(1);
-        if (argument == "help" || argument == "help-all" || argument == "h" || argument == "version" || argument == "v")
-            return true;
-        constexpr std::string_view modeOption = "serviceMode";
-        if (!argument.starts_with(modeOption))
+        if (argument == "--")
+            break;
+        if (!argument.starts_with('-'))
             continue;
-        argument.remove_prefix(modeOption.size());
-        if (argument.starts_with('='))
-            argument.remove_prefix(1);
-        else if (argument.empty() && i + 1 < argc)
-            argument = argv[i + 1];
-        if (!argument.empty() && std::strchr("uUzZsS", argument.front()))
+        argument.remove_prefix(argument.starts_with("--") ? 2 : 1);
+        if (argument == "help" || argument == "h" || argument == "version" || argument == "v")
             return true;
+        if (argument == "ToastActivated") {
+            windowless = false;
+            continue;
+        }
+        std::string_view value;
+        if (argument == modeOption) {
+            if (i + 1 < argc)
+                value = argv[++i];
+        } else if (argument.starts_with(modeOption) && argument.substr(modeOption.size()).starts_with('=')) {
+            value = argument.substr(modeOption.size() + 1);
+        } else {
+            continue;
+        }
+        windowless = !value.empty() && std::strchr("uUzZsS", value.front());
     }
-    return false;
+    return windowless;
 }
 
 std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)

@@ -38,6 +38,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStandardPaths>
+#include <QThreadPool>
 #include <QUrl>
 
 #include <cstdlib>
@@ -61,6 +62,15 @@ void logUsage(const QString &record)
 void flushLogFile()
 {
     NyLogMessageHandler::instance().flushLogFile();
+}
+
+/** Ends the process at the beginning of its exit if a search is under way, which would go on while the static objects go. */
+void endWithinASearch()
+{
+    if (QThreadPool::globalInstance()->activeThreadCount() == 0)
+        return;
+    flushLogFile();
+    std::_Exit(0);
 }
 }
 
@@ -560,6 +570,7 @@ void NyQuilloServiceController::watchTerminationFileChanged()
         return;
     QCoreApplication::exit(0);
     NyLogger::instance().closeFile();
+    std::atexit(&endWithinASearch);
     std::exit(0);
 }
 

@@ -17,9 +17,15 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
+
+#include <atomic>
+#include <cstdlib>
 
 using namespace TestSupport;
 
@@ -67,6 +73,7 @@ private Q_SLOTS:
     void collectedMarkerReloadsThePicturesHome();
     void terminationFileSurvivesUninstalling();
     void terminationFileIsRemovedWhileInstalling();
+    void terminationFileEndsTheProcessWithinASearch();
     void aChangeOfTheProposalFolderRunsAllHandlers();
 
 private:
@@ -561,6 +568,22 @@ void tst_NyQuilloServiceController::terminationFileIsRemovedWhileInstalling()
     QTRY_VERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
 }
 
+void tst_NyQuilloServiceController::terminationFileEndsTheProcessWithinASearch()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("NY_TEST_END_WITHIN_A_SEARCH"), QStringLiteral("1"));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(), QStringList());
+    const bool ended = process.waitForFinished(10000);
+    process.kill();
+    process.waitForFinished();
+    QVERIFY(ended);
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
+}
+
 void tst_NyQuilloServiceController::aChangeOfTheProposalFolderRunsAllHandlers()
 {
     NyQuilloServiceSettings::instance().setServiceMode(ServiceModeInstall);
@@ -575,5 +598,45 @@ void tst_NyQuilloServiceController::aChangeOfTheProposalFolderRunsAllHandlers()
     QCOMPARE(log.containing(QStringLiteral("proposal file does not exist at:")).size(), 1);
 }
 
-QTEST_MAIN(tst_NyQuilloServiceController)
+namespace
+{
+/** Stands for the static objects of all libraries: they must not go while a search may use them. */
+struct StaticObject
+{
+    ~StaticObject()
+    {
+        if (inUse)
+            std::_Exit(2);
+    }
+    std::atomic<bool> inUse = false;
+};
+StaticObject staticObject;
+
+/** Runs into a termination file while a thread of the pool is busy; returns only if the process was not ended. */
+int endWithinASearch()
+{
+    NyQuilloServiceController controller;
+    QSemaphore begun;
+    QSemaphore never;
+    QThreadPool::globalInstance()->start([&] {
+        staticObject.inUse = true;
+        begun.release();
+        never.acquire();
+    });
+    begun.acquire();
+    writeFile(NyQuilloServiceController::terminationFilePath(), "");
+    controller.watchTerminationFileChanged();
+    return 1;
+}
+}
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (qEnvironmentVariableIsSet("NY_TEST_END_WITHIN_A_SEARCH"))
+        return endWithinASearch();
+    tst_NyQuilloServiceController test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_NyQuilloServiceController.moc"

@@ -29,6 +29,8 @@ private Q_SLOTS:
     void reset();
     void autostartQuery();
     void normalRunWithoutDisplay();
+    void normalRunDespiteWindowlessWords_data();
+    void normalRunDespiteWindowlessWords();
     void brokenDisplay();
     void signals_data();
     void signals();
@@ -167,6 +169,32 @@ void tst_ServiceModes::normalRunWithoutDisplay()
     service.allowAutostart();
     service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
     service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    service.terminate();
+    QCOMPARE(service.waitForEnd(), 0);
+}
+
+void tst_ServiceModes::normalRunDespiteWindowlessWords_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    const auto row = [](const char *arguments) { QTest::newRow(arguments) << QString::fromLatin1(arguments).split(QLatin1Char(' ')); };
+    row("help");
+    row("--serviceMode h");
+    row("--serviceMode --help");
+    row("-- --help");
+    row("--serviceMode i -- --serviceMode u");
+    row("--serviceMode u --serviceMode i");
+    row("--serviceMode=z --serviceMode=n");
+    row("--serviceMode u --ToastActivated");
+}
+
+void tst_ServiceModes::normalRunDespiteWindowlessWords()
+{
+    QFETCH(QStringList, arguments);
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
+    service.start(arguments);
     QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
     service.terminate();
     QCOMPARE(service.waitForEnd(), 0);
