@@ -248,6 +248,9 @@ void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QF
             removed[std::size_t(place)] = true;
     }
 
+    // The list stays shared with its copies when nothing goes.
+    if (std::find(removed.cbegin(), removed.cend(), true) == removed.cend())
+        return;
     qsizetype kept = 0;
     for (qsizetype i = 0; i < files.size(); ++i) {
         if (removed[std::size_t(i)])
