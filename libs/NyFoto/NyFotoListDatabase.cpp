@@ -11,7 +11,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLockFile>
+#include <QtCore/QThread>
 #include <QtCore/QThreadStorage>
+#include <QtCore/QUrl>
 #include <QtCore/QVariant>
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlError>
@@ -23,7 +25,11 @@ constexpr int BusyTimeoutMs = 5000;
 /** "NyPL"; tells our files from those of others. */
 constexpr int ApplicationId = 0x4e79504c;
 // SQLite's primary result codes.
+constexpr int CodeReadOnly = 8;
+constexpr int CodeInputOutput = 10;
 constexpr int CodeCorrupt = 11;
+constexpr int CodeFull = 13;
+constexpr int CodeCannotOpen = 14;
 constexpr int CodeNotADatabase = 26;
 
 quint64 nextDatabaseId()
@@ -142,6 +148,8 @@ bool NyFotoListDatabase::transact(const char* purpose, bool writing, const Work&
             return false;
         // A damaged file is left behind by openForThread() only when it could not be set aside.
         if (opening == Opening::Failed) {
+            if (!writing && readWithoutLog(work, error))
+                return true;
             qWarning() << "NyFotoListRegistry: cannot open the database" << m_path << "to" << purpose << ":" << textOf(error);
             return false;
         }
@@ -171,6 +179,33 @@ bool NyFotoListDatabase::transact(const char* purpose, bool writing, const Work&
         return false;
     }
     return false;
+}
+
+bool NyFotoListDatabase::readWithoutLog(const Work& work, const QSqlError& reason)
+{
+    // On a full or read-only disk SQLite cannot make the log and its index, which it wants for reading too. Without a log the file
+    // alone is complete and can be read as it stands.
+    const int code = primaryCode(reason);
+    if (code != CodeReadOnly && code != CodeInputOutput && code != CodeFull && code != CodeCannotOpen)
+        return false;
+    if (!currentIdentity().exists() || QFileInfo(m_path + QStringLiteral("-wal")).size() > 0)
+        return false;
+    const QString connectionName = QStringLiteral("NyFotoListDatabase-%1-as-it-stands-%2").arg(m_id).arg(quintptr(QThread::currentThreadId()));
+    bool done = false;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
+        database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY"));
+        database.setDatabaseName(QUrl::fromLocalFile(m_path).toString(QUrl::FullyEncoded) + QStringLiteral("?immutable=1"));
+        QSqlError error;
+        if (database.open()) {
+            QSqlQuery version(database);
+            const bool isOurs = version.exec(QStringLiteral("PRAGMA user_version")) && version.next() && version.value(0).toInt() == SchemaVersion;
+            version.finish();
+            done = isOurs && work(database, error);
+        }
+    }
+    QSqlDatabase::removeDatabase(connectionName);
+    return done;
 }
 
 NyFotoListDatabase::Opening NyFotoListDatabase::openForThread(QString& connectionName, QSqlError& error)

@@ -55,6 +55,7 @@ private:
     static ThreadConnections& threadConnections();
     FileIdentity currentIdentity() const;
     bool transact(const char* purpose, bool writing, const Work& work);
+    bool readWithoutLog(const Work& work, const QSqlError& reason);
     Opening openForThread(QString& connectionName, QSqlError& error);
     Opening openConnection(const QString& connectionName, QSqlError& error);
     bool prepareSchema(QSqlDatabase& database, QSqlError& error, bool& refused);

@@ -161,6 +161,7 @@ private Q_SLOTS:
     void newerVersionIsLeftAlone();
     void removedFileIsMadeAgain();
     void fullDiskKeepsOldList();
+    void fullDiskAtStart();
     void folderThatCannotBeMade();
     void invalidTextIsReported();
 
@@ -787,6 +788,34 @@ void tst_NyFotoListRegistry::fullDiskKeepsOldList()
     QCOMPARE(registry.fotoList(u"key"_s), numbered(500, 700));
     QCOMPARE(registry.fotosUsedForBookProposals(), numbered(0, 20));
     QVERIFY(QDir(disk.path()).entryList({u"*.broken*"_s}).isEmpty());
+}
+
+void tst_NyFotoListRegistry::fullDiskAtStart()
+{
+    NySmallDisk disk("2m");
+    if (!disk.isMounted())
+        QSKIP("mounting a small disk is refused here");
+    // A name that means something in a URL.
+    const QString path = disk.filePath(u"photo lists 100%3f?#.sqlite"_s);
+    {
+        NyFotoListRegistry registry(path);
+        registry.add(u"key"_s, numbered(0, 100));
+        registry.addFotosUsedForBookProposals(numbered(0, 20));
+    }
+    QVERIFY(!QFileInfo::exists(path + u"-wal"_s));
+    QVERIFY(disk.fill());
+    NyFotoListRegistry registry(path);
+    // What is stored can be read, though SQLite finds no room for its log.
+    QCOMPARE(registry.fotoList(u"key"_s), numbered(0, 100));
+    QCOMPARE(registry.fotosUsedForBookProposals(), numbered(0, 20));
+    registry.add(u"key"_s, numbered(0, 100));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot (open|store).*photo lists 100%3f"_s));
+    registry.add(u"key"_s, numbered(0, 101));
+    QCOMPARE(registry.fotoList(u"key"_s), numbered(0, 100));
+    QVERIFY(disk.clear());
+    registry.add(u"key"_s, numbered(0, 101));
+    QCOMPARE(registry.fotoList(u"key"_s), numbered(0, 101));
+    QCOMPARE(registry.fotosUsedForBookProposals(), numbered(0, 20));
 }
 
 void tst_NyFotoListRegistry::folderThatCannotBeMade()
