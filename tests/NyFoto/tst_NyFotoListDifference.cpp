@@ -167,8 +167,9 @@ void tst_NyFotoListDifference::manyInsertionsAtOnePlace()
     Orders oldOrders = NyFotoListDifference::freshOrders(2);
     int renumbered = 0;
     for (quint64 next = 3; next < 103; ++next) {
-        Digests after = before;
-        after.insert(after.begin() + 1, next);
+        Digests after(before.size() + 1, next);
+        for (std::size_t i = 0; i < before.size(); ++i)
+            after[i == 0 ? 0 : i + 1] = before[i];
         const Kept kept = NyFotoListDifference::keptRows(before, after);
         Orders orders = NyFotoListDifference::orders(kept, oldOrders);
         if (orders.empty()) {

@@ -125,7 +125,7 @@ void tst_NyImageMetaDataReader::positions_data()
     QTest::newRow("degrees divided by zero") << gps("0/0 0/0 0/0", "N", "0/0 0/0 0/0", "E") << none << none;
     QTest::newRow("latitude alone") << Fields{{"Exif.GPSInfo.GPSLatitude", "43/1 28/1 0/1"}, {"Exif.GPSInfo.GPSLatitudeRef", "N"}} << none << none;
     Fields noFix = gps("43/1 28/1 0/1", "N", "11/1 53/1 0/1", "E");
-    noFix["Exif.GPSInfo.GPSStatus"] = "V";
+    noFix.emplace("Exif.GPSInfo.GPSStatus", "V");
     QTest::newRow("no fix") << noFix << none << none;
     QTest::newRow("XMP, minutes") << Fields{{"Xmp.exif.GPSLatitude", "48,48.15N"}, {"Xmp.exif.GPSLongitude", "11,34.5W"}} << 48.8025 << -11.575;
     QTest::newRow("XMP, seconds") << Fields{{"Xmp.exif.GPSLatitude", "33,30,18S"}, {"Xmp.exif.GPSLongitude", "70,15,0E"}} << -33.505 << 70.25;
