@@ -8,6 +8,7 @@
 #include "NyRecentFileManager.h"
 #include "NyRecentFileResult.h"
 #include "NyRequestQuilloService.h"
+#include "NySystemTrayService.h"
 #include "NyToastMessage.h"
 #include "NyToastMessaging.h"
 
@@ -144,6 +145,7 @@ int NyQuilloServiceController::runService(const QStringList &arguments)
     if (startNormalRun) {
         switchServiceModeToNormal();
         initRecentFileManager();
+        initSystemTray();
         m_toastRescheduleTimer.start();
         QTimer::singleShot(config().firstCollectionInterval(), this, &NyQuilloServiceController::startCollection);
     }
@@ -183,6 +185,11 @@ QString NyQuilloServiceController::versionDescription(bool testClient) const
     return tr("Version %1-%2").arg(version.versionString(), keyAccountId);
 }
 
+void NyQuilloServiceController::showSystemTrayMessage(const NyToastMessage &message)
+{
+    m_systemTray->showSystemTrayMessage(message);
+}
+
 void NyQuilloServiceController::switchServiceModeToNormal()
 {
     if (settings().serviceMode() == ServiceModeInstall)
@@ -200,6 +207,24 @@ void NyQuilloServiceController::initRecentFileManager()
             &NyQuilloServiceController::considerCreatingProductSuggestion);
 }
 
+void NyQuilloServiceController::initSystemTray()
+{
+    m_systemTray = new NySystemTrayService;
+    connect(m_systemTray, &NySystemTrayService::quitRequested, this, &NyQuilloServiceController::quit);
+    connect(m_systemTray, &NySystemTrayService::launchMainApplicationRequested, this, &NyQuilloServiceController::launchMainApplication);
+    connect(m_systemTray, &NySystemTrayService::showInfoRequested, this, &NyQuilloServiceController::showInfo);
+    connect(m_systemTray,
+            &NySystemTrayService::productSuggestionRequested,
+            this,
+            &NyQuilloServiceController::launchCreateProductSuggestionProcessForced);
+    connect(m_systemTray,
+            &NySystemTrayService::productSuggestionWithPicturesHomePhotosRequested,
+            this,
+            &NyQuilloServiceController::launchCreateProductSuggestionProcessWithPicturesHomePhotos);
+    connect(m_systemTray, &NySystemTrayService::showLastProposalRequested, this, &NyQuilloServiceController::showLastProposal);
+    m_systemTray->show();
+}
+
 void NyQuilloServiceController::startCollection()
 {
     qInfo() << "QUILLO_SERVICE: starting first check for recent files";
@@ -210,6 +235,8 @@ void NyQuilloServiceController::quit()
 {
     logUsage(QStringLiteral("quit"));
     qInfo() << "QUILLO_SERVICE: Good Bye.";
+    if (m_systemTray)
+        m_systemTray->hide();
     QCoreApplication::quit();
 }
 
@@ -233,6 +260,8 @@ void NyQuilloServiceController::showInfo()
 
 void NyQuilloServiceController::updateSystemTrayActions()
 {
+    if (m_systemTray)
+        m_systemTray->setShowLastProposalActionEnabled(QFile::exists(m_lastProposalFilename));
 }
 
 // Creating a proposal
