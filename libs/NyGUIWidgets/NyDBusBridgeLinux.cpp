@@ -25,7 +25,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-constexpr int TIMEOUT_MS = 1500;
+constexpr int TIMEOUT_MS = 1400;
 constexpr int ICON_SIZE_PX = 128;
 
 const QString SERVICE = u"org.freedesktop.Notifications"_s;

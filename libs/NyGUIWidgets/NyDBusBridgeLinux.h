@@ -28,7 +28,7 @@ public:
      * `body` goes out as it stands: a caller that knows of a server with markup writes markup, and escapes what is none.
      * `actions` are pairs of key and label. `timeoutMs` 0 means never, -1 leaves it to the server. Returns the
      * server's id, which is not 0; or 0, with a warning, when there is no server (one warning for each absence), the bus is
-     * lost (one warning), the server refuses, or it does not answer within 1.5 s. In the last case the notification
+     * lost (one warning), the server refuses, or it does not answer within 1.4 s. In the last case the notification
      * may still show up later.
      */
     uint sendNotification(const QString &title,
