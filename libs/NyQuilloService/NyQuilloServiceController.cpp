@@ -277,7 +277,8 @@ void NyQuilloServiceController::considerCreatingProductSuggestion()
         m_idleCheckTimer.start();
     } else if (m_recentFileManager->isProductSuggestionRecommended()) {
         m_idleCheckTimer.stop();
-        launchCreateProductSuggestionProcess();
+        if (!offerMissedProposal())
+            launchCreateProductSuggestionProcess();
     } else {
         qInfo() << "QUILLO_SERVICE: Creating product suggestion was not recommended due to lack of qualified photos.";
         m_idleCheckTimer.start();
@@ -319,7 +320,10 @@ void NyQuilloServiceController::launchCreateProductSuggestionProcess()
     }
 
     NyFotoListRegistry::instance().setFotosForBookProposal(NyFotoList(photoUrls));
+    // Somebody may have tidied the folder away since the start.
+    settings().ensureRequiredFoldersExist();
     setLastProposalFilename(suggestProposalFilename());
+    m_proposalAwaited = true;
     // Watched before the builder starts: a quick builder must not be missed.
     watchFile(QFileInfo(lastProposalFilename()).absolutePath());
 
@@ -423,8 +427,19 @@ void NyQuilloServiceController::watchFileChangedBookProposal(const QString &file
         return;
     }
     qInfo() << "QUILLO_SERVICE: proposal file exists at:" << proposal.absoluteFilePath();
+    m_proposalAwaited = false;
     showCreationResults();
     unWatchFile(lastProposalFilename());
+}
+
+bool NyQuilloServiceController::offerMissedProposal()
+{
+    if (!m_proposalAwaited || !QFileInfo::exists(lastProposalFilename()))
+        return false;
+    qWarning() << "QUILLO_SERVICE: the change of the proposal folder was not reported, check the limit of file watches:"
+               << QFileInfo(lastProposalFilename()).absolutePath();
+    watchFileChangedBookProposal(settings().bookProposalFileFolder());
+    return true;
 }
 
 void NyQuilloServiceController::showCreationResults()

@@ -100,6 +100,11 @@ private:
     void initRecentFileManager();
     void initSystemTray();
     void initWatchTerminationFile();
+    /**
+     * Offers the awaited proposal if it is there although no change of its folder was reported: the folder could not be watched,
+     * or another one took its place. Without this, every further search would build the same book again.
+     */
+    bool offerMissedProposal();
 
     // Lives to the end of the process, without an owner; null in the modes without a tray.
     NySystemTrayService *m_systemTray = nullptr;
@@ -112,4 +117,5 @@ private:
     QTimer m_toastRescheduleTimer;
     QString m_lastProposalFilename;
     bool m_usePicturesHomePhotos = false;
+    bool m_proposalAwaited = false;
 };

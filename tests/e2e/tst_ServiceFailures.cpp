@@ -30,6 +30,8 @@ private Q_SLOTS:
     void missingBuilder();
     void crashingBuilder();
     void builderWithoutResult();
+    void proposalFolderRemoved();
+    void proposalFolderReplacedWhileTheBuilderRuns();
     void serviceEndsWhileTheBuilderRuns();
     void noBus();
     void noNotificationServer();
@@ -152,6 +154,38 @@ void tst_ServiceFailures::builderWithoutResult()
     VERIFY_LOGGED(QStringLiteral("QUILLO_SERVICE: proposal file does not exist at:"));
     QVERIFY(service.isRunning());
     QVERIFY(!offered(service));
+}
+
+void tst_ServiceFailures::proposalFolderRemoved()
+{
+    ServiceUnderTest service;
+    service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
+    service.writeConfiguration(ServiceUnderTest::quickSections());
+    service.allowAutostart();
+    service.start();
+    QTRY_VERIFY(!service.eventLog().isEmpty());
+    QVERIFY(QDir(service.proposalFolder()).removeRecursively());
+    QTRY_VERIFY_WITH_TIMEOUT(offered(service), 30000);
+    QCOMPARE(service.proposals().size(), 1);
+}
+
+void tst_ServiceFailures::proposalFolderReplacedWhileTheBuilderRuns()
+{
+    ServiceUnderTest service;
+    // The watched folder goes elsewhere, and the book comes into another one of the same name.
+    putMainProgram(service.useOwnProgramFolder(),
+                   "#!/bin/sh\nwhile [ $# -gt 0 ]; do [ \"$1\" = --proposalTargetPath ] && book=$2; shift; done\n"
+                   "folder=$(dirname \"$book\")\n[ -e \"$folder.away\" ] || { mv \"$folder\" \"$folder.away\"; mkdir \"$folder\"; }\n"
+                   "echo book > \"$book~\"; mv \"$book~\" \"$book\"\n");
+    service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
+    service.writeConfiguration(ServiceUnderTest::quickSections());
+    service.allowAutostart();
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(offered(service), 30000);
+    // It was not built again and again.
+    QCOMPARE(service.proposals().size(), 1);
+    QCOMPARE(service.eventLog().filter(QStringLiteral("startAsService")).size(), 1);
+    QVERIFY(service.log().contains(QStringLiteral("QUILLO_SERVICE: the change of the proposal folder was not reported")));
 }
 
 void tst_ServiceFailures::serviceEndsWhileTheBuilderRuns()
