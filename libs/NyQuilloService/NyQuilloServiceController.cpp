@@ -597,6 +597,9 @@ void NyQuilloServiceController::watchedFileChanged(const QString &filePath)
 {
     logUsage(QStringLiteral("watchFileChanged"));
     qInfo() << "QUILLO_SERVICE: changes at watched file path:" << filePath;
+    // A clean of the temporary folder takes the marker folder away, and the watch with it: without it nobody could end this process.
+    if (!m_fileSystemWatcher.directories().contains(markerDir().absolutePath()))
+        initWatchTerminationFile();
     // Events come late and merged: each handler looks at the files themselves.
     watchTerminationFileChanged();
     watchFileChangedMarkerPicturesHome();

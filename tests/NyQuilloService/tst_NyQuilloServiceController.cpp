@@ -73,6 +73,7 @@ private Q_SLOTS:
     void collectedMarkerReloadsThePicturesHome();
     void terminationFileSurvivesUninstalling();
     void terminationFileIsRemovedWhileInstalling();
+    void removedMarkerFolderIsWatchedAgain();
     void terminationFileEndsTheProcessWithinASearch();
     void aChangeOfTheProposalFolderRunsAllHandlers();
 
@@ -566,6 +567,17 @@ void tst_NyQuilloServiceController::terminationFileIsRemovedWhileInstalling()
     NyQuilloServiceSettings::instance().setServiceMode(ServiceModeInstall);
     NyQuilloServiceController::quitRunningService();
     QTRY_VERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
+}
+
+void tst_NyQuilloServiceController::removedMarkerFolderIsWatchedAgain()
+{
+    NyQuilloServiceSettings::instance().setServiceMode(ServiceModeInstall);
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(NyQuilloServiceController::markerDir().removeRecursively());
+        QTRY_VERIFY(NyQuilloServiceController::markerDir().exists());
+        NyQuilloServiceController::quitRunningService();
+        QTRY_VERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
+    }
 }
 
 void tst_NyQuilloServiceController::terminationFileEndsTheProcessWithinASearch()
