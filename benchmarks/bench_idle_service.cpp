@@ -1,6 +1,7 @@
 // What the running service costs between two scans, beside a bare Qt tray program: resident memory, wake-ups, start.
 //
-// Usage: bench_idle_service QUILLOSERVICE [PHOTOS]. Runs both programs in turn, in a home of its own, without a display.
+// Usage: bench_idle_service QUILLOSERVICE [PHOTOS]. Runs both programs in turn, in a home of its own, on the display that it is
+// started on; without one, offscreen. What a user has is a display with a tray.
 
 #include <QAction>
 #include <QApplication>
@@ -141,9 +142,10 @@ int main(int argc, char **argv)
     QTemporaryDir home;
     qputenv("HOME", QFile::encodeName(home.path()));
     qputenv("TMPDIR", QFile::encodeName(home.path()));
-    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "DISPLAY", "WAYLAND_DISPLAY"})
+    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
         qunsetenv(name);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     // Scans begin after five seconds and come every thirty, as in ordinary operation.
     write(home.path() + QStringLiteral("/.config/VELMORA/quilloservice.xml"), "<quilloservice><debug enabled='true' inactivityDuration='0'/></quilloservice>");
     write(home.path() + QStringLiteral("/.config/VELMORA/settings.ini"), "[common]\nautoStartService=true\n");
