@@ -12,6 +12,7 @@
 #include <NyMediaFormatList.h>
 #include <NyPlatformIndependent.h>
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QThreadPool>
 #include <QtConcurrentRun>
@@ -140,6 +141,9 @@ NyRecentFileResult NyRecentFileManager::searchAndRecommend(const NyDateRange &ra
     qDebug() << "QUILLO_SERVICE: Searching for recently added files from " << range.dateDescription(logReferenceDate);
     const QMutexLocker locker(&m_mutex);
     NyRecentFileResult result = m_recentFileFinder.lastAddedFiles(range);
+    // A scan that the end of the program cut short must not replace the stored list, nor keep the program from ending.
+    if (QCoreApplication::closingDown())
+        return {};
     result.excludePreviouslyUsedFotos();
     const QString key = config().registryIdentifier();
     NyFotoListRegistry::instance().clearEntry(key);

@@ -10,9 +10,13 @@
 #include <NyQuilloServiceSettings.h>
 #include <NyRecentFileManager.h>
 
+#include <QProcess>
 #include <QSignalSpy>
-#include <QThreadPool>
 #include <QTest>
+#include <QThread>
+#include <QThreadPool>
+
+#include <memory>
 
 using namespace TestSupport;
 
@@ -62,6 +66,7 @@ private Q_SLOTS:
     void anInvalidRangeStillFinishes();
     void picturesHomeCountsUntilTheNextCheck();
     void missingFolder();
+    void endOfTheProgramLeavesTheStoredListAlone();
 
 private:
     QString m_home;
@@ -355,5 +360,56 @@ void tst_NyRecentFileManager::missingFolder()
     QTRY_VERIFY(log.has(QStringLiteral("info: QUILLO_SERVICE: Files found:  0")));
 }
 
-QTEST_GUILESS_MAIN(tst_NyRecentFileManager)
+void tst_NyRecentFileManager::endOfTheProgramLeavesTheStoredListAlone()
+{
+    addPhotos(QStringLiteral("2026-07-11 Hochzeit"), minimumPhotos);
+    const QString key = NyQuilloServiceConfig::instance().registryIdentifier();
+    const NyFotoList stored(QList<QUrl>{QUrl::fromLocalFile(QStringLiteral("/tmp/earlier.jpg"))});
+    NyFotoListRegistry::instance().clearEntry(key);
+    NyFotoListRegistry::instance().add(key, stored);
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("NY_TEST_END_WITH_A_SEARCH"), QStringLiteral("1"));
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(), QStringList());
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    const QByteArray output = process.readAll();
+    QVERIFY2(output.contains("QUILLO_SERVICE: Searching for recently added files from"), output.constData());
+    QVERIFY2(!output.contains("QUILLO_SERVICE: found recent unused Files"), output.constData());
+    QCOMPARE(NyFotoListRegistry::instance().fotoList(key).toUrlStringList(), stored.toUrlStringList());
+}
+
+namespace
+{
+/** Destroys the application while a search waits for its thread; the search then runs in the midst of that. */
+int endWithASearch(std::unique_ptr<QCoreApplication> application)
+{
+    NyQuilloServiceSettings::instance().loadSettings();
+    QThreadPool *pool = QThreadPool::globalInstance();
+    pool->setMaxThreadCount(1);
+    pool->start([] {
+        while (!QCoreApplication::closingDown())
+            QThread::yieldCurrentThread();
+    });
+    // Has to outlive its search.
+    auto *manager = new NyRecentFileManager(nullptr);
+    manager->checkForRecentFiles();
+    application.reset();
+    return 0;
+}
+}
+
+int main(int argc, char **argv)
+{
+    auto application = std::make_unique<QCoreApplication>(argc, argv);
+    NyProgramConfig::instance().setProgramID(NyProgramID::QuilloService);
+    if (qEnvironmentVariableIsSet("NY_TEST_END_WITH_A_SEARCH"))
+        return endWithASearch(std::move(application));
+    tst_NyRecentFileManager test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_NyRecentFileManager.moc"
