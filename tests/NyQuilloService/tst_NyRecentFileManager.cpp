@@ -35,6 +35,38 @@ public:
     ~Manager() override { QThreadPool::globalInstance()->waitForDone(); }
 };
 
+/** Keeps the pool's only thread busy: searches queue up and do not begin until free(). */
+class BusyPool
+{
+public:
+    BusyPool()
+        : m_threads(QThreadPool::globalInstance()->maxThreadCount())
+    {
+        QThreadPool::globalInstance()->setMaxThreadCount(1);
+        m_mutex.lock();
+        QThreadPool::globalInstance()->start([this] { const QMutexLocker locker(&m_mutex); });
+    }
+    ~BusyPool()
+    {
+        free();
+        QThreadPool::globalInstance()->waitForDone();
+        QThreadPool::globalInstance()->setMaxThreadCount(m_threads);
+    }
+    Q_DISABLE_COPY_MOVE(BusyPool)
+
+    void free()
+    {
+        if (m_busy)
+            m_mutex.unlock();
+        m_busy = false;
+    }
+
+private:
+    int m_threads;
+    QMutex m_mutex;
+    bool m_busy = true;
+};
+
 NyRecentFileResult resultWith(int count)
 {
     QList<QFileInfo> files;
@@ -232,21 +264,14 @@ void tst_NyRecentFileManager::readersDoNotWaitForASearch()
     addPhotos(QStringLiteral("2026-07-11 Hochzeit"), minimumPhotos + 1);
     Manager manager;
     QSignalSpy recommended(&manager, &NyRecentFileManager::productSuggestionRecommended);
-    // The one thread of the pool is kept busy, so the search cannot begin.
-    QThreadPool *pool = QThreadPool::globalInstance();
-    const int threads = pool->maxThreadCount();
-    pool->setMaxThreadCount(1);
-    QMutex busy;
-    busy.lock();
-    pool->start([&busy] { const QMutexLocker locker(&busy); });
+    BusyPool pool;
     manager.checkForRecentFiles();
     QVERIFY(manager.recentFiles().isEmpty());
     QVERIFY(!manager.isProductSuggestionRecommended());
     QVERIFY(manager.suggestedRecentFiles().isEmpty());
-    busy.unlock();
+    pool.free();
     QVERIFY(recommended.wait());
     QVERIFY(manager.isProductSuggestionRecommended());
-    pool->setMaxThreadCount(threads);
 }
 
 void tst_NyRecentFileManager::forcedResults()
@@ -272,19 +297,13 @@ void tst_NyRecentFileManager::forcedDuringASearchStartsNoSecondOne()
 {
     Manager manager;
     QSignalSpy recommended(&manager, &NyRecentFileManager::productSuggestionRecommended);
-    QThreadPool *pool = QThreadPool::globalInstance();
-    const int threads = pool->maxThreadCount();
-    pool->setMaxThreadCount(1);
-    QMutex busy;
-    busy.lock();
-    pool->start([&busy] { const QMutexLocker locker(&busy); });
+    BusyPool pool;
     const LogRecorder log;
     manager.checkForRecentFiles();
     manager.forceResults();
-    busy.unlock();
+    pool.free();
     QVERIFY(recommended.wait());
     QCOMPARE(log.containing(QStringLiteral("DateRange to be considered")).size(), 1);
-    pool->setMaxThreadCount(threads);
 }
 
 void tst_NyRecentFileManager::timerRepeatsTheCheck()
@@ -301,24 +320,18 @@ void tst_NyRecentFileManager::overlappingChecks()
     addPhotos(QStringLiteral("2026-07-11 Hochzeit"), minimumPhotos + 1);
     Manager manager;
     QSignalSpy recommended(&manager, &NyRecentFileManager::productSuggestionRecommended);
-    QThreadPool *pool = QThreadPool::globalInstance();
-    const int threads = pool->maxThreadCount();
-    pool->setMaxThreadCount(1);
-    QMutex busy;
-    busy.lock();
-    pool->start([&busy] { const QMutexLocker locker(&busy); });
+    BusyPool pool;
     const LogRecorder log;
     manager.checkForRecentFiles();
     manager.checkForRecentFiles();
-    busy.unlock();
+    pool.free();
     QVERIFY(recommended.wait());
-    pool->waitForDone();
+    QThreadPool::globalInstance()->waitForDone();
     QCoreApplication::processEvents();
     // Both searches ran, the result of the first one was dropped.
     QCOMPARE(log.containing(QStringLiteral("found recent unused Files")).size(), 2);
     QCOMPARE(log.containing(QStringLiteral("Files found that were after")).size(), 1);
     QCOMPARE(recommended.size(), 1);
-    pool->setMaxThreadCount(threads);
 }
 
 void tst_NyRecentFileManager::anInvalidRangeStillFinishes()

@@ -160,6 +160,13 @@ void ServiceUnderTest::start(const QStringList &arguments)
     QVERIFY(m_process.waitForStarted());
 }
 
+void ServiceUnderTest::startQuick(const QByteArray &moreSections)
+{
+    writeConfiguration(quickSections(moreSections));
+    allowAutostart();
+    start();
+}
+
 int ServiceUnderTest::run(const QStringList &arguments, int timeoutMs)
 {
     start(arguments);

@@ -38,6 +38,8 @@ public:
     QString useOwnProgramFolder();
 
     void start(const QStringList &arguments = QStringList());
+    /** Starts a service that is allowed to, with quickSections(). */
+    void startQuick(const QByteArray &moreSections = QByteArray());
     /** Starts, waits for the end and returns the exit code; -1000 if it does not end in time, -1001 if it crashed. */
     int run(const QStringList &arguments = QStringList(), int timeoutMs = 15000);
     bool isRunning() const { return m_process.state() == QProcess::Running; }

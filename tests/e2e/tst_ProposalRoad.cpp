@@ -71,9 +71,7 @@ void tst_ProposalRoad::offered()
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026/2026-07-11 Hochzeit Anna & Tom"), 9);
     service.addPictures(QStringLiteral("2026/2026-08-01 Sommerfest"), 6);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_OFFERED(1);
 
     const Notification offer = m_server->notifications().first();
@@ -117,9 +115,7 @@ void tst_ProposalRoad::opened()
 {
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_OFFERED(1);
     m_server->invokeAction(m_server->notifications().first().id, QStringLiteral("show:") + firstProposal());
     const QStringList expected{QStringLiteral("--suppressLoadWarnings"), service.proposalFolder() + QLatin1Char('/') + firstProposal()};
@@ -135,9 +131,7 @@ void tst_ProposalRoad::openedAfterTheProjectIsGone()
 {
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_OFFERED(1);
     QVERIFY(QFile::remove(service.proposalFolder() + QLatin1Char('/') + firstProposal()));
     m_server->invokeAction(m_server->notifications().first().id, QStringLiteral("show:") + firstProposal());
@@ -150,9 +144,7 @@ void tst_ProposalRoad::postponed()
 {
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_OFFERED(1);
     const QDate dueEarly = QDateTime::currentDateTime().addSecs(604800).date();
     m_server->invokeAction(m_server->notifications().first().id, QStringLiteral("reschedule:") + firstProposal());
@@ -234,9 +226,7 @@ void tst_ProposalRoad::postponedIsDueAfterARestart()
         QSKIP("libfaketime is not installed");
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections("<toastMessaging checkSchedule='1'/>"));
-    service.allowAutostart();
-    service.start();
+    service.startQuick("<toastMessaging checkSchedule='1'/>");
     VERIFY_OFFERED(1);
     m_server->invokeAction(m_server->notifications().first().id, QStringLiteral("reschedule:") + firstProposal());
     QTRY_VERIFY(service.eventLog().contains(QStringLiteral("rescheduleToast PROJECTID:") + firstProposal()));
@@ -258,9 +248,7 @@ void tst_ProposalRoad::twoProposalsOnOneDay()
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 9);
     service.addPictures(QStringLiteral("2026-08-01 Sommerfest"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_OFFERED(2);
     const QString second = QStringLiteral("Produktvorschlag_%1_2.nqp").arg(today());
     QCOMPARE(m_server->notifications().at(0).actions.value(0), QStringLiteral("show:") + firstProposal());
@@ -284,9 +272,7 @@ void tst_ProposalRoad::usedPhotosAreNotProposedAgain()
 {
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 8);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_OFFERED(1);
     const qsizetype scansSoFar = service.log().count(QStringLiteral("recommended fotos selected"));
     QTRY_VERIFY_WITH_TIMEOUT(service.log().count(QStringLiteral("recommended fotos selected")) >= scansSoFar + 3, 15000);
@@ -321,9 +307,7 @@ void tst_ProposalRoad::notificationsSwitchedOff()
 void tst_ProposalRoad::picturesHomeChanged()
 {
     ServiceUnderTest service;
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("recommended fotos selected")), 20000);
     const QString newHome = QDir::homePath() + QStringLiteral("/Neue Bilder");
     QDir().mkpath(newHome);
@@ -341,9 +325,7 @@ void tst_ProposalRoad::picturesHomeChanged()
 void tst_ProposalRoad::anotherFolderChosenInThePreferences()
 {
     ServiceUnderTest service;
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("recommended fotos selected")), 20000);
     service.addPictures(QStringLiteral("../Other place/2026-07-11 Hochzeit"), 7);
     {

@@ -82,9 +82,7 @@ void tst_RealNotificationServer::opened()
 {
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 30000);
     choose(QStringLiteral("Jetzt ansehen"));
     control({QStringLiteral("context")});
@@ -107,9 +105,7 @@ void tst_RealNotificationServer::postponedAndOfferedAgain()
     QVERIFY(ServiceUnderTest::hasFakeTime());
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections("<toastMessaging checkSchedule='1'/>"));
-    service.allowAutostart();
-    service.start();
+    service.startQuick("<toastMessaging checkSchedule='1'/>");
     QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 30000);
     choose(QStringLiteral("Später ansehen"));
     control({QStringLiteral("context")});
@@ -131,9 +127,7 @@ void tst_RealNotificationServer::answeredAfterTheServerCameBack()
 {
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 30000);
     stopServer();
     startServer();

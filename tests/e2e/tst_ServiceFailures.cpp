@@ -114,9 +114,7 @@ void tst_ServiceFailures::missingBuilder()
     service.useOwnProgramFolder();
     service.environment().insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_LOGGED(QStringLiteral("Resorting to Fallback Location for client"));
     QTRY_VERIFY_WITH_TIMEOUT(service.eventLog().filter(QStringLiteral("startAsService")).size() >= 2, 20000);
     QVERIFY(service.log().contains(QStringLiteral("VELMORA ALBUMA")));
@@ -132,9 +130,7 @@ void tst_ServiceFailures::crashingBuilder()
     ServiceUnderTest service;
     putMainProgram(service.useOwnProgramFolder(), "#!/bin/sh\nkill -SEGV $$\n");
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(service.eventLog().filter(QStringLiteral("startAsService")).size() >= 2, 30000);
     QVERIFY(service.isRunning());
     QVERIFY(!offered(service));
@@ -148,9 +144,7 @@ void tst_ServiceFailures::builderWithoutResult()
     // Leaves something beside the proposal: the folder changes, but the project file does not come.
     putMainProgram(folder, "#!/bin/sh\nwhile [ $# -gt 0 ]; do [ \"$1\" = --proposalTargetPath ] && echo x > \"$2.json\"; shift; done\nexit 3\n");
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_LOGGED(QStringLiteral("QUILLO_SERVICE: proposal file does not exist at:"));
     QVERIFY(service.isRunning());
     QVERIFY(!offered(service));
@@ -160,9 +154,7 @@ void tst_ServiceFailures::proposalFolderRemoved()
 {
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY(!service.eventLog().isEmpty());
     QVERIFY(QDir(service.proposalFolder()).removeRecursively());
     QTRY_VERIFY_WITH_TIMEOUT(offered(service), 30000);
@@ -178,9 +170,7 @@ void tst_ServiceFailures::proposalFolderReplacedWhileTheBuilderRuns()
                    "folder=$(dirname \"$book\")\n[ -e \"$folder.away\" ] || { mv \"$folder\" \"$folder.away\"; mkdir \"$folder\"; }\n"
                    "echo book > \"$book~\"; mv \"$book~\" \"$book\"\n");
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(offered(service), 30000);
     // It was not built again and again.
     QCOMPARE(service.proposals().size(), 1);
@@ -196,9 +186,7 @@ void tst_ServiceFailures::serviceEndsWhileTheBuilderRuns()
     QFile::remove(idFile);
     putMainProgram(folder, "#!/bin/sh\necho $$ > \"$HOME/builder.pid~\"; mv \"$HOME/builder.pid~\" \"$HOME/builder.pid\"\nexec sleep 600\n");
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(idFile), 20000);
     const QString builder = QStringLiteral("/proc/") + QString::fromLatin1(readFile(idFile).trimmed());
     QVERIFY(QFile::exists(builder));
@@ -215,9 +203,7 @@ void tst_ServiceFailures::noBus()
     ServiceUnderTest service;
     service.environment().insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent/bus"));
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(offered(service), 30000);
     QCOMPARE(service.proposals().size(), 1);
     QVERIFY(service.isRunning());
@@ -228,9 +214,7 @@ void tst_ServiceFailures::noNotificationServer()
 {
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(offered(service), 30000);
     VERIFY_LOGGED(QStringLiteral("org.freedesktop.Notifications"));
     QVERIFY(service.isRunning());
@@ -243,9 +227,7 @@ void tst_ServiceFailures::serverThatComesBack()
     QVERIFY(server->start());
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_COMPARE_WITH_TIMEOUT(server->notifications().size(), 1, 30000);
     server.reset();
     server = std::make_unique<MockNotificationServer>();
@@ -272,9 +254,7 @@ void tst_ServiceFailures::hostileNames()
     QVERIFY(QFile::copy(QDir(service.picturesHome() + QStringLiteral("/M\u00fcnchen")).entryInfoList(QDir::Files).first().absoluteFilePath(),
                         QDir::homePath() + QStringLiteral("/one.jpg")));
     QCOMPARE(::rename(QFile::encodeName(QDir::homePath() + QStringLiteral("/one.jpg")).constData(), (latin1 + "/\xff.jpg").constData()), 0);
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_COMPARE_WITH_TIMEOUT(server.notifications().size(), 1, 30000);
     const QStringList used = NyFotoListRegistry::instance().getFotosForBookProposal().toUrlStringList();
     QCOMPARE(used.size(), 7);
@@ -292,9 +272,7 @@ void tst_ServiceFailures::unreadableAndVanishingFolders()
     service.addPictures(QStringLiteral("2026-06-06 Bald weg"), 3);
     const QString secret = service.picturesHome() + QStringLiteral("/2026-05-05 Geheim");
     QVERIFY(QFile::setPermissions(secret, QFile::Permissions()));
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     // Folders come and go while it scans every second.
     QElapsedTimer timer;
     timer.start();
@@ -318,9 +296,7 @@ void tst_ServiceFailures::linkLoops()
     QVERIFY(QFile::link(service.picturesHome(), wedding + QStringLiteral("/up")));
     QVERIFY(QFile::link(wedding, wedding + QStringLiteral("/self")));
     QVERIFY(QFile::link(service.picturesHome() + QStringLiteral("/nowhere"), service.picturesHome() + QStringLiteral("/broken")));
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_COMPARE_WITH_TIMEOUT(server.notifications().size(), 1, 60000);
 }
 
@@ -336,9 +312,7 @@ void tst_ServiceFailures::brokenPictures()
     QVERIFY(writeFile(wedding + QStringLiteral("cut.jpg"), good.left(200)));
     QVERIFY(writeFile(wedding + QStringLiteral("text.jpg"), "this is no picture"));
     QVERIFY(writeFile(wedding + QStringLiteral("mislabelled.heic"), good));
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     QTRY_COMPARE_WITH_TIMEOUT(server.notifications().size(), 1, 30000);
     QCOMPARE(service.proposals().size(), 1);
 }
@@ -347,9 +321,7 @@ void tst_ServiceFailures::missingPicturesHome()
 {
     ServiceUnderTest service;
     QVERIFY(QDir(service.picturesHome()).removeRecursively());
-    service.writeConfiguration(ServiceUnderTest::quickSections());
-    service.allowAutostart();
-    service.start();
+    service.startQuick();
     VERIFY_LOGGED(scanned(0));
     // It is noticed as soon as it is there.
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
