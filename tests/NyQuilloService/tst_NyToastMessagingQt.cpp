@@ -291,18 +291,20 @@ void tst_NyToastMessagingQt::draggedAndPressedWithTheMouse()
     const QPointer<NyToastMessageView> view = onlyWindow();
     QVERIFY(view);
     QTRY_COMPARE(view->windowOpacity(), 1.0);
-    const QRect screen = view->screen()->availableGeometry();
-    QCOMPARE(view->geometry().top(), 15);
-    QCOMPARE(view->x() + view->width(), screen.width() - 15);
+    const NyToastMessageView *const window = view;
+    QVERIFY(window);
+    const QRect screen = window->screen()->availableGeometry();
+    QCOMPARE(window->geometry().top(), 15);
+    QCOMPARE(window->x() + window->width(), screen.width() - 15);
 
-    const QPoint start = view->pos();
-    const QPoint hold = view->mapToGlobal(QPoint(view->width() / 2, view->height() - 4));
+    const QPoint start = window->pos();
+    const QPoint hold = window->mapToGlobal(QPoint(window->width() / 2, window->height() - 4));
     const auto place = [](const QPoint &point) { return QStringList{u"mousemove"_s, QString::number(point.x()), QString::number(point.y())}; };
     const QPoint way(-300, 200);
     QVERIFY(useMouse(place(hold) + QStringList{u"mousedown"_s, u"1"_s}));
     QVERIFY(useMouse(place(hold + way / 2)));
     QVERIFY(useMouse(place(hold + way) + QStringList{u"mouseup"_s, u"1"_s}));
-    QTRY_COMPARE(view->pos(), start + way);
+    QTRY_COMPARE(window->pos(), start + way);
 
     const QPushButton *button = ToastWindow::mainButton(view);
     QVERIFY(useMouse(place(button->mapToGlobal(button->rect().center())) + QStringList{u"click"_s, u"1"_s}));
