@@ -327,16 +327,21 @@ void NyQuilloServiceController::launchCreateProductSuggestionProcess()
     // Watched before the builder starts: a quick builder must not be missed.
     watchFile(QFileInfo(lastProposalFilename()).absolutePath());
 
+    m_builderRunner->startAsService(builderArguments(config().numberOfBackgroundJobs(), lastProposalFilename(), styleIds, occasions));
+}
+
+QStringList NyQuilloServiceController::builderArguments(int jobs, const QString &path, const QStringList &styleIds, const QStringList &occasions)
+{
     QStringList arguments;
-    if (const int jobs = config().numberOfBackgroundJobs(); jobs != 0)
+    if (jobs != 0)
         arguments << QStringLiteral("--backgroundjobs") << QString::number(jobs);
     arguments << QStringLiteral("--programmode") << QStringLiteral("b");
-    arguments << QStringLiteral("--proposalTargetPath") << lastProposalFilename();
+    arguments << QStringLiteral("--proposalTargetPath") << path;
     if (!styleIds.isEmpty())
         arguments << QStringLiteral("--proposalRecommendedStyles") << styleIds.join(QLatin1Char(','));
     if (!occasions.isEmpty())
         arguments << QStringLiteral("--proposalOccasions") << occasions.join(QLatin1Char(','));
-    m_builderRunner->startAsService(arguments);
+    return arguments;
 }
 
 void NyQuilloServiceController::launchCreateProductSuggestionProcessWithPicturesHomePhotos()

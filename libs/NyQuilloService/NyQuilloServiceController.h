@@ -50,6 +50,8 @@ public:
     void showSystemTrayMessage(const NyToastMessage &message);
 
     QString suggestProposalFilename() const;
+    /** The builder's command line; no option for 0 jobs and for empty lists. */
+    static QStringList builderArguments(int jobs, const QString &path, const QStringList &styleIds, const QStringList &occasions);
     void storeCreatedSuggestionInformation();
     QString lastProposalFilename() const;
     void setLastProposalFilename(const QString &filename);

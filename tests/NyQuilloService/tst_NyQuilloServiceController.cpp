@@ -5,6 +5,8 @@
 #include <NyFotoList.h>
 #include <NyFotoListRegistry.h>
 #include <NyFotoSettings.h>
+#include <NyInitializer.h>
+#include <NyInitializerAbstract.h>
 #include <NyInstallationSettings.h>
 #include <NyKeyAccount.h>
 #include <NyProgramConfig.h>
@@ -24,6 +26,7 @@
 #include <QTest>
 #include <QThreadPool>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 
@@ -39,11 +42,16 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void resetEndsWithoutEventLoop();
+    void forcedSearch_data();
+    void forcedSearch();
     void versionDescription();
     void information();
     void quitWithoutTray();
     void launchesTheMainApplication();
 
+    void builderArguments_data();
+    void builderArguments();
     void builderCommandLine_data();
     void builderCommandLine();
     void noPhotos();
@@ -90,6 +98,8 @@ private:
         for (int i = 0; i < count; ++i)
             QVERIFY(writePhoto(home() + QStringLiteral("/p%1.jpg").arg(i, 3, 10, QLatin1Char('0')), i));
     }
+    /** Runs a service in a process of its own, as `scenario` at the end of this file tells; its output. */
+    static QByteArray runService(const QByteArray &scenario, const QStringList &arguments, int *exitCode);
     static QStringList urls(const NyFotoList &list) { return list.toUrlStringList(); }
     /** The services of earlier functions live as their processes would; each function has its own. */
     std::unique_ptr<NyQuilloServiceController> m_controller;
@@ -132,6 +142,69 @@ void tst_NyQuilloServiceController::cleanup()
     m_mainProgram.reset();
 }
 
+QByteArray tst_NyQuilloServiceController::runService(const QByteArray &scenario, const QStringList &arguments, int *exitCode)
+{
+    NyInstallationSettings::instance().setAutoStartService(true, true);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("NY_TEST_SCENARIO"), QString::fromLatin1(scenario));
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(), arguments);
+    const bool ended = process.waitForFinished(20000);
+    process.kill();
+    process.waitForFinished();
+    *exitCode = ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    return process.readAll();
+}
+
+void tst_NyQuilloServiceController::resetEndsWithoutEventLoop()
+{
+    NyQuilloServiceSettings::instance().increaseProductSuggestionCount();
+    int exitCode = -1;
+    const QByteArray output = runService("run", {QStringLiteral("--serviceMode"), QStringLiteral("z")}, &exitCode);
+    QCOMPARE(exitCode, 0);
+    QCOMPARE(eventLog(), QStringList{QStringLiteral("runService VALUES:--serviceMode;z")});
+    NyQuilloServiceSettings::instance().loadSettings();
+    QCOMPARE(NyQuilloServiceSettings::instance().productSuggestionCount(), 0);
+    // The initializer is asked for its options, then set up, and torn down at the end.
+    const qsizetype launching = output.indexOf("Launching QuilloService QList(\"--serviceMode\", \"z\")");
+    const qsizetype options = output.indexOf("initializer options");
+    const qsizetype setup = output.indexOf("initializer setup 3");
+    const qsizetype teardown = output.indexOf("initializer teardown");
+    QVERIFY2(0 <= launching && launching < options && options < setup && setup < teardown, output.constData());
+}
+
+void tst_NyQuilloServiceController::forcedSearch_data()
+{
+    QTest::addColumn<QByteArray>("week");
+    QTest::addColumn<bool>("builds");
+    QTest::newRow("the ordinary rules hold") << QByteArray("preferredDaysStart='0' preferredDaysEnd='7'") << true;
+    QTest::newRow("outside the preferred time of the week") << QByteArray("preferredDaysStart='8' preferredDaysEnd='8'") << false;
+}
+
+void tst_NyQuilloServiceController::forcedSearch()
+{
+    QFETCH(QByteArray, week);
+    QFETCH(bool, builds);
+    configure("<recentFiles minimumPhotos='3' inactivityDuration='0' " + week + "/><suggestion waitForIdleDuration='1'/>");
+    for (int i = 0; i < 5; ++i)
+        QVERIFY(writePhoto(home() + QStringLiteral("/2026-07-11 Hochzeit/p%1.jpg").arg(i), i));
+    // The first proposal would be made on any day.
+    NyQuilloServiceSettings &settings = NyQuilloServiceSettings::instance();
+    settings.increaseProductSuggestionCount();
+    settings.setSearchHomeFolder(home());
+    settings.saveSettings();
+    int exitCode = -1;
+    const QByteArray output = runService("forced", {}, &exitCode);
+    QVERIFY2(exitCode == 0, output.constData());
+    QCOMPARE(output.count("; was explicitly requested true"), 1);
+    QCOMPARE(m_mainProgram->starts().size(), builds ? 1 : 0);
+    QCOMPARE(eventLog().contains(QStringLiteral("launchCreateProductSuggestionProcess")), builds);
+    // Refused, it asks again and again by the timer.
+    QCOMPARE(output.count("QUILLO_SERVICE: Creating product suggestion was not recommended due to lack of qualified photos."), builds ? 0 : 2);
+}
+
 void tst_NyQuilloServiceController::versionDescription()
 {
     const NyVersionConfig &version = NyVersionConfig::instance();
@@ -168,6 +241,31 @@ void tst_NyQuilloServiceController::launchesTheMainApplication()
     m_controller->launchMainApplication();
     QTRY_COMPARE(m_mainProgram->starts(), QList<QStringList>{QStringList()});
     QCOMPARE(eventLog(), QStringList{QStringLiteral("startAsIndependentProgram VALUES:")});
+}
+
+void tst_NyQuilloServiceController::builderArguments_data()
+{
+    QTest::addColumn<int>("jobs");
+    QTest::addColumn<QString>("styles");
+    QTest::addColumn<QString>("occasions");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("everything") << 3 << QStringLiteral("a b") << QStringLiteral("beach family")
+                                << QStringLiteral("--backgroundjobs 3 --programmode b --proposalTargetPath p --proposalRecommendedStyles a,b "
+                                                  "--proposalOccasions beach,family");
+    QTest::newRow("no jobs") << 0 << QStringLiteral("a") << QStringLiteral("beach")
+                             << QStringLiteral("--programmode b --proposalTargetPath p --proposalRecommendedStyles a --proposalOccasions beach");
+    QTest::newRow("occasions only") << 1 << QString() << QStringLiteral("beach")
+                                    << QStringLiteral("--backgroundjobs 1 --programmode b --proposalTargetPath p --proposalOccasions beach");
+    QTest::newRow("neither list") << 1 << QString() << QString() << QStringLiteral("--backgroundjobs 1 --programmode b --proposalTargetPath p");
+}
+
+void tst_NyQuilloServiceController::builderArguments()
+{
+    QFETCH(int, jobs);
+    QFETCH(QString, styles);
+    QFETCH(QString, occasions);
+    const auto words = [](const QString &text) { return text.split(QLatin1Char(' '), Qt::SkipEmptyParts); };
+    QTEST(NyQuilloServiceController::builderArguments(jobs, QStringLiteral("p"), words(styles), words(occasions)).join(QLatin1Char(' ')), "expected");
 }
 
 void tst_NyQuilloServiceController::builderCommandLine_data()
@@ -254,13 +352,18 @@ void tst_NyQuilloServiceController::startsWhileABuilderRuns()
     addPhotos(3);
     m_controller->launchCreateProductSuggestionProcessWithPicturesHomePhotos();
     QTRY_COMPARE(m_mainProgram->starts().size(), 1);
-    // A recommendation is dropped while a builder runs ...
+    // A recommendation is dropped while a builder runs,
     const LogRecorder log;
     m_controller->considerCreatingProductSuggestion();
     QCOMPARE(log.all(),
              (QStringList{QStringLiteral("info: QUILLO_SERVICE: checking if the system is idle and we have enough fotos to create a product suggestion."),
                           QStringLiteral("info: QUILLO_SERVICE: QuilloDornRunner still running ")}));
-    // ... what the user asks for is not.
+    // and the timer stays stopped: only the next recommendation asks again.
+    const QList<QTimer *> timers = m_controller->findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
+    const auto idleCheck = std::find_if(timers.cbegin(), timers.cend(), [](const QTimer *timer) { return timer->interval() == 60000; });
+    QVERIFY(idleCheck != timers.cend());
+    QVERIFY(!(*idleCheck)->isActive());
+    // What the user asks for is not dropped.
     m_controller->launchCreateProductSuggestionProcessWithPicturesHomePhotos();
     QTRY_COMPARE(m_mainProgram->starts().size(), 2);
 }
@@ -582,17 +685,9 @@ void tst_NyQuilloServiceController::removedMarkerFolderIsWatchedAgain()
 
 void tst_NyQuilloServiceController::terminationFileEndsTheProcessWithinASearch()
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("NY_TEST_END_WITHIN_A_SEARCH"), QStringLiteral("1"));
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationFilePath(), QStringList());
-    const bool ended = process.waitForFinished(10000);
-    process.kill();
-    process.waitForFinished();
-    QVERIFY(ended);
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
+    int exitCode = -1;
+    const QByteArray output = runService("end", {}, &exitCode);
+    QVERIFY2(exitCode == 0, qPrintable(QString::number(exitCode) + QLatin1Char('\n') + QString::fromUtf8(output)));
     QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
 }
 
@@ -640,13 +735,50 @@ int endWithinASearch()
     controller.watchTerminationFileChanged();
     return 1;
 }
+
+class RecordingInitializer : public NyInitializerAbstract
+{
+public:
+    void addCommandLineOptionHandlers(NyCommandLineParserAbstract *) override { qInfo() << "initializer options"; }
+    void setup(NyInitializerOption option) override { qInfo() << "initializer setup" << static_cast<int>(option); }
+    void teardown() override { qInfo() << "initializer teardown"; }
+};
+
+int runToTheEnd()
+{
+    NyInitializer::instance().registerInitializer(new RecordingInitializer);
+    return NyQuilloServiceController::instance().runService(QCoreApplication::arguments().mid(1));
+}
+
+/** Forces a search at once; ends when the builder was started, or when a second question came out as not recommended. */
+int runForced()
+{
+    NyQuilloServiceController &controller = NyQuilloServiceController::instance();
+    QTimer::singleShot(0, &controller, &NyQuilloServiceController::launchCreateProductSuggestionProcessForced);
+    const LogRecorder log;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &controller, [&] {
+        const bool refused = log.containing(QStringLiteral("not recommended due to lack of qualified photos")).size() >= 2;
+        if (refused || !log.containing(QStringLiteral("process ended: ")).isEmpty())
+            controller.quit();
+    });
+    look.start(20);
+    return controller.runService({});
+}
 }
 
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    if (qEnvironmentVariableIsSet("NY_TEST_END_WITHIN_A_SEARCH"))
+    const QByteArray scenario = qgetenv("NY_TEST_SCENARIO");
+    if (!scenario.isEmpty())
+        NyProgramConfig::instance().setProgramID(NyProgramID::QuilloService);
+    if (scenario == "end")
         return endWithinASearch();
+    if (scenario == "run")
+        return runToTheEnd();
+    if (scenario == "forced")
+        return runForced();
     tst_NyQuilloServiceController test;
     return QTest::qExec(&test, argc, argv);
 }
