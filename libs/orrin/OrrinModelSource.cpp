@@ -41,9 +41,9 @@ std::vector<ModelSource> ModelSource::allIn(const fs::path& modelsFolder) noexce
                 folders.push_back(entry->path());
         }
         std::sort(folders.begin(), folders.end());
-        if (holdsModel(modelsFolder))
-            folders.insert(folders.begin(), modelsFolder);
         std::vector<ModelSource> sources;
+        if (holdsModel(modelsFolder))
+            sources.push_back(inFolder(modelsFolder));
         for (const fs::path& folder : folders)
             sources.push_back(inFolder(folder));
         return sources;
