@@ -1,5 +1,8 @@
 #include "NyQuilloServiceConfig.h"
 
+#include <algorithm>
+#include <limits>
+
 #include <NyDesignElementIDSet.h>
 #include <NyPreInstalledDesignElementRegistry.h>
 
@@ -162,6 +165,11 @@ bool NyQuilloServiceConfig::inPreferredDateTimeRange(const QDateTime &moment) co
     if (day == firstDay && moment.time().hour() >= preferredHourStart())
         return true;
     return day > firstDay && day <= preferredDaysEnd();
+}
+
+int NyQuilloServiceConfig::timerInterval(int seconds)
+{
+    return static_cast<int>(std::clamp<qint64>(qint64(seconds) * 1000, 0, std::numeric_limits<int>::max()));
 }
 
 NyEventFinderConfiguration NyQuilloServiceConfig::eventFinderConfiguration() const

@@ -70,6 +70,9 @@ public:
     /** The same for a given local moment: from the start hour of the first preferred day to the end of the last; never past Sunday. */
     bool inPreferredDateTimeRange(const QDateTime &moment) const;
 
+    /** A timer's interval in milliseconds for a duration of this configuration, within what a timer can do. */
+    static int timerInterval(int seconds);
+
     NyEventFinderConfiguration eventFinderConfiguration() const;
     /** Ids of the design styles that every proposal may use. */
     QStringList designStyleIds() const;

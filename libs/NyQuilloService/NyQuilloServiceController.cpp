@@ -95,9 +95,9 @@ NyQuilloServiceController::NyQuilloServiceController()
     connect(&m_idleCheckTimer, &QTimer::timeout, this, &NyQuilloServiceController::considerCreatingProductSuggestion);
     connect(&m_toastRescheduleTimer, &QTimer::timeout, this, &NyQuilloServiceController::checkRescheduledToast);
 
-    m_idleCheckTimer.setInterval(config().waitBetweenIdleChecks() * 1000);
+    m_idleCheckTimer.setInterval(NyQuilloServiceConfig::timerInterval(config().waitBetweenIdleChecks()));
     m_idleCheckTimer.setSingleShot(false);
-    m_toastRescheduleTimer.setInterval(config().checkToastReschedule() * 1000);
+    m_toastRescheduleTimer.setInterval(NyQuilloServiceConfig::timerInterval(config().checkToastReschedule()));
     m_toastRescheduleTimer.setSingleShot(false);
 }
 

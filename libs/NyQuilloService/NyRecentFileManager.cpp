@@ -36,7 +36,7 @@ NyRecentFileManager::NyRecentFileManager(QObject *parent)
     connect(&m_watcher, &QFutureWatcher<NyRecentFileResult>::finished, this, &NyRecentFileManager::recentFileCheckFinished);
     qDebug() << text(m_watcher.isRunning()) << text(m_watcher.isFinished());
     connect(&m_timer, &QTimer::timeout, this, &NyRecentFileManager::checkForRecentFiles);
-    m_timer.setInterval(durationBetweenChecks() * 1000);
+    m_timer.setInterval(NyQuilloServiceConfig::timerInterval(durationBetweenChecks()));
     m_timer.setSingleShot(false);
 }
 
@@ -110,8 +110,8 @@ void NyRecentFileManager::startCheckingForRecentFiles()
 
 void NyRecentFileManager::checkForRecentFiles()
 {
-    const QDateTime end = QDateTime::currentDateTime().addSecs(-inactivityDuration());
-    const QDateTime start = end.addSecs(-recentTimeSpan());
+    const QDateTime end = QDateTime::currentDateTime().addSecs(-qint64(inactivityDuration()));
+    const QDateTime start = end.addSecs(-qint64(recentTimeSpan()));
     const NyDateRange range(start.date(), end.date());
     m_recentFileFinder.setObservedDirectory(settings().searchHomeFolder());
     qDebug() << "QUILLO_SERVICE: DateRange to be considered:" << range.dateDescription(logReferenceDate);

@@ -29,6 +29,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <limits>
 
 using namespace TestSupport;
 
@@ -47,6 +48,8 @@ private Q_SLOTS:
     void forcedSearch();
     void versionDescription();
     void information();
+    void timerIntervals_data();
+    void timerIntervals();
     void quitWithoutTray();
     void launchesTheMainApplication();
 
@@ -224,6 +227,33 @@ void tst_NyQuilloServiceController::information()
     QCOMPARE(shown.actions, QStringList());
     QCOMPARE(shown.timeoutMs, -1);
     QCOMPARE(eventLog(), QStringList{QStringLiteral("showInfo")});
+}
+
+void tst_NyQuilloServiceController::timerIntervals_data()
+{
+    QTest::addColumn<QByteArray>("sections");
+    QTest::addColumn<QList<int>>("expected");
+    QTest::newRow("defaults") << QByteArray() << QList<int>{60 * 1000, 3600 * 1000};
+    QTest::newRow("values of the file") << QByteArray("<suggestion waitForIdleDuration='7'/><toastMessaging checkSchedule='90'/>") << QList<int>{7000, 90000};
+    QTest::newRow("longer than a timer can wait") << QByteArray("<suggestion waitForIdleDuration='2147484'/><toastMessaging checkSchedule='2147483647'/>")
+                                                  << QList<int>{std::numeric_limits<int>::max(), std::numeric_limits<int>::max()};
+    QTest::newRow("negative") << QByteArray("<suggestion waitForIdleDuration='-1'/><toastMessaging checkSchedule='-2147483648'/>") << QList<int>{0, 0};
+}
+
+void tst_NyQuilloServiceController::timerIntervals()
+{
+    QFETCH(QByteArray, sections);
+    configure(sections);
+    // The configuration is read when a controller is made.
+    const NyQuilloServiceController controller;
+    QList<int> intervals;
+    const QList<QTimer *> timers = controller.findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
+    for (const QTimer *timer : timers) {
+        QVERIFY(!timer->isActive());
+        QVERIFY(!timer->isSingleShot());
+        intervals.append(timer->interval());
+    }
+    QTEST(intervals, "expected");
 }
 
 void tst_NyQuilloServiceController::quitWithoutTray()
