@@ -52,14 +52,20 @@ const QList<QRegularExpression>& datePatterns()
         const QString end = u"(?![\\p{L}\\d])"_s;
         const QString upTo = u"\\s*(?:-|–|bis|to)\\s*"_s;
         const QString isoDay = year + u"[-_. ]?(?:0[1-9]|1[0-2])[-_. ]?(?:0[1-9]|[12]\\d|3[01])"_s;
+        const QString clock = u"[-T ]\\d\\d[-.:]\\d\\d(?:[-.:]\\d\\d)?"_s;
+        const QString dayMonth = u"(?:0?[1-9]|[12]\\d|3[01])\\.(?:0?[1-9]|1[0-2])"_s;
         const QString dayMonthYear = u"\\d{1,2}[./]\\s?\\d{1,2}[./]\\s?(?:\\d{4}|\\d{2})"_s;
         const QStringList texts {
             isoDay + upTo + isoDay,
+            isoDay + clock,
             isoDay + upTo + u"(?:(?:0[1-9]|1[0-2])[-.])?(?:0[1-9]|[12]\\d|3[01])"_s,
             isoDay,
             u"\\d{1,2}\\.(?:\\d{1,2}\\.)?"_s + upTo + dayMonthYear,
             dayMonthYear,
             dayMonthYear + upTo + dayMonthYear,
+            dayMonth + u"\\.?"_s + upTo + dayMonth + u"\\.?"_s,
+            dayMonth + u"\\."_s,
+            u"^\\d\\d(?:0[1-9]|1[0-2])(?:0[1-9]|[12]\\d|3[01])"_s,
             u"\\d{1,2}\\.?(?:\\s?"_s + month + u")?"_s + upTo + u"\\d{1,2}\\.?\\s?"_s + month + u"(?:\\s?"_s + year + u")?"_s,
             u"\\d{1,2}\\.?\\s?"_s + month + u"(?:\\s?"_s + year + u")?"_s,
             month + u"\\s?\\d{1,2},?\\s?"_s + year,
@@ -68,6 +74,7 @@ const QList<QRegularExpression>& datePatterns()
             year + u"[-_. ](?:0[1-9]|1[0-2]|"_s + month + u")"_s,
             u"(?:0[1-9]|1[0-2])[-_./]"_s + year,
             year + upTo + u"(?:"_s + year + u"|\\d\\d)"_s,
+            year + u"/\\d\\d"_s,
             u"(?:kw|q)\\s?\\d{1,2}(?:[-_ /]?"_s + year + u")?"_s,
             year,
             u"'\\d\\d"_s,
@@ -91,10 +98,38 @@ bool isTechnicalName(const QString& name)
         "neuer ordner|new folder|nouveau dossier|nuova cartella|nueva carpeta|nieuwe map|import|importe?d?|upload|uploads|"
         "download|downloads|desktop|schreibtisch|dokumente|documents|tmp|temp|home|"
         "takeout|google (?:fotos|photos)|whatsapp(?: images)?|fotos?|photos?|pictures|bilder|images?|pics|"
-        "fotos? von|photos? from|backup|sicherung|handy|smartphone|iphone|ipad|android|sonstiges?|diverse?s?|misc|test|jahr)"
+        "fotos? von|photos? from|(?:iphone|ipad|handy|smartphone|galaxy|pixel) (?:von|of|de) .+|.+['’]s? (?:iphone|ipad|handy|smartphone)|backup|sicherung|handy|smartphone|iphone|ipad|android|sonstiges?|diverse?s?|misc|test|jahr)"
         "(?:\\s*\\(?\\d{1,3}\\)?)?$"_s,
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     return pattern.match(name).hasMatch();
+}
+
+/** A month alone says no more than the dates do; three letters may be a person's name as well. */
+bool isMonthName(const QString& name)
+{
+    static const QRegularExpression pattern(u"^"_s + monthPattern() + u"$"_s,
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    return name.size() > 3 && pattern.match(name).hasMatch();
+}
+
+/** "4. Juli " of "4. Juli in Boston": a day that the words after it belong to. */
+QString partOfSentence(const QString& name)
+{
+    static const QRegularExpression pattern(
+        u"^(?:\\d{1,2}\\.?\\s?)?"_s + monthPattern() + u"\\s+(?=(?:in|im|am|an|auf|bei|beim|mit|at|on|with|à|en)\\s)"_s,
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    return pattern.match(name).captured();
+}
+
+/** Writes abbreviations in capitals, whatever the folder's owner typed. */
+void raiseAbbreviations(QString& name)
+{
+    static const QRegularExpression pattern(
+        u"\\b(?:usa|uk|nyc|ddr|bbq|wm|em)\\b"_s, QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    for (auto matches = pattern.globalMatch(name); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        name.replace(match.capturedStart(), match.capturedLength(), match.captured().toUpper());
+    }
 }
 
 bool hasLetter(const QString& text)
@@ -154,7 +189,12 @@ NyBookTitle::Result NyBookTitle::forBook(const QStringList& folders, const QStri
 QString NyBookTitle::eventName(const QString& folderName)
 {
     QString name = folderName.normalized(QString::NormalizationForm_C);
+    // A school year or a turn of the year; as soon as the underscore is a blank, the second number could be anything.
+    static const QRegularExpression twoYears(u"(?<!\\d)((?:19|20)\\d\\d)_(\\d\\d)(?!\\d|_\\d)"_s);
+    name.replace(twoYears, u"\\1/\\2"_s);
     name.replace(u'_', u' ');
+    const QString opening = partOfSentence(name);
+    name.remove(0, opening.size());
     for (const QRegularExpression& pattern : datePatterns())
         name.replace(pattern, u" "_s);
     // What brackets held was often only the date.
@@ -164,11 +204,16 @@ QString NyBookTitle::eventName(const QString& folderName)
         QRegularExpression::CaseInsensitiveOption);
     name.remove(copyMark);
     name = name.simplified();
+    static const QRegularExpression blankBeforeMark(u"\\s+(?=[!?])"_s);
+    name.remove(blankBeforeMark);
     static const QRegularExpression looseEnds(u"^[\\s\\-–—.,;:+/&#~]+|[\\s\\-–—.,;:+/&#~(\\[{]+$"_s);
     name.remove(looseEnds);
-    static const QRegularExpression leadingNumber(u"^\\d{1,3}[\\s.\\-–)]+(?=\\p{L})"_s, QRegularExpression::UseUnicodePropertiesOption);
-    name.remove(leadingNumber);
-    if (!hasLetter(name) || isTechnicalName(name))
+    // A number that only sorts; "3 Wochen Neuseeland" and "50. Geburtstag" mean theirs.
+    static const QRegularExpression sortingNumber(
+        u"^(?:0\\d{1,2}[\\s.\\-–)]+|\\d{1,3}\\s*(?:\\)\\s*|\\s[\\-–]\\s+))(?=\\p{L})"_s, QRegularExpression::UseUnicodePropertiesOption);
+    name.remove(sortingNumber);
+    name.prepend(opening);
+    if (!hasLetter(name) || isTechnicalName(name) || isMonthName(name))
         return {};
 
     const bool shouted = name.size() > 4 && name == name.toUpper();
@@ -178,9 +223,10 @@ QString NyBookTitle::eventName(const QString& folderName)
             if (i == 0 || !(name.at(i - 1).isLetterOrNumber() || name.at(i - 1) == u'\''))
                 name[i] = name.at(i).toUpper();
         }
-    } else {
+    } else if (name.size() < 2 || !name.at(1).isUpper()) {
         name[0] = name.at(0).toUpper();
     }
+    raiseAbbreviations(name);
     return name;
 }
 
