@@ -1,5 +1,4 @@
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTest>
 
 /** Which symbols of other libraries the linked files need. */

@@ -1,0 +1,265 @@
+#include "NyOrrinCurator.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <optional>
+
+#include <QtCore/QDateTime>
+#include <QtCore/QHash>
+#include <QtCore/QSet>
+
+#include <OrrinImageStatistics.h>
+
+#include "NyOrrinCalendar.h"
+#include "NyOrrinHome.h"
+#include "NyOrrinPlace.h"
+#include "NyOrrinTitleWords.h"
+
+namespace {
+
+// A lens cap, a pocket, the sun, a shot that shook; measured at pictures of about 224 px.
+constexpr float DarkestExposure = 0.03F;
+constexpr float BrightestExposure = 0.97F;
+constexpr float LeastSharpness = 1.5F;
+
+constexpr std::size_t MaximumOccasions = 3;
+// A folder further up tells less of the photos than the one that holds them.
+constexpr std::array<double, 3> WeightOfDepth{1.0, 0.8, 0.6};
+// What is seen: photos that the mean counts beside the album's own, so that a single shot says little.
+constexpr double VisionPriorPhotos = 4.0;
+constexpr double VisionSteepness = 3.0;
+constexpr double VisionLimit = 0.9;
+constexpr double HighestEvidence = 0.97;
+
+enum Source { Title, Place, Vision, SourceCount };
+constexpr std::array<const char*, SourceCount> SourceNames{"title", "place", "vision"};
+
+using Evidence = std::map<QString, std::array<double, SourceCount>>;
+
+bool isUsable(const NyOrrinVisionedMediaItem& item)
+{
+    if (!item.descriptors().isValid())
+        return true;
+    const orrin::Descriptors& seen = item.descriptors().descriptors();
+    return seen.exposure >= DarkestExposure && seen.exposure <= BrightestExposure && seen.sharpness >= LeastSharpness;
+}
+
+bool areNearDuplicates(const NyOrrinVisionedMediaItem& left, const NyOrrinVisionedMediaItem& right)
+{
+    if (!left.item().hasTimestamp() || !right.item().hasTimestamp() || !left.descriptors().isValid() || !right.descriptors().isValid())
+        return false;
+    // Times come sorted, so the difference cannot overflow in any useful way; unsigned keeps odd ones harmless.
+    const auto apart = static_cast<unsigned long long>(right.item().timestamp()) - static_cast<unsigned long long>(left.item().timestamp());
+    return apart <= static_cast<unsigned long long>(NyOrrinCurator::DuplicateDistanceMs)
+        && orrin::ImageStatistics::hashDistance(left.descriptors().descriptors().hash, right.descriptors().descriptors().hash)
+        <= NyOrrinCurator::DuplicateBits;
+}
+
+/** Of two near-duplicates: what the user said counts first, then what is seen. */
+bool isBetter(const NyOrrinVisionedMediaItem& left, const NyOrrinVisionedMediaItem& right)
+{
+    const NyOrrinMediaItem& a = left.item();
+    const NyOrrinMediaItem& b = right.item();
+    if (a.isFavorite() != b.isFavorite())
+        return a.isFavorite();
+    if (a.rating() != b.rating())
+        return a.rating() > b.rating();
+    const double zoomA = std::max(1.0, a.digitalZoomRatio());
+    const double zoomB = std::max(1.0, b.digitalZoomRatio());
+    const auto merit = [](const NyOrrinVisionedMediaItem& item, double zoom) {
+        const orrin::Descriptors& seen = item.descriptors().descriptors();
+        return static_cast<double>(seen.sharpness) * (1.0 - static_cast<double>(seen.darkShare + seen.brightShare) / 2.0) / zoom;
+    };
+    const double meritA = merit(left, zoomA);
+    const double meritB = merit(right, zoomB);
+    if (meritA != meritB)
+        return meritA > meritB;
+    return static_cast<long long>(a.widthPx()) * a.heightPx() > static_cast<long long>(b.widthPx()) * b.heightPx();
+}
+
+std::optional<QDate> dayOf(const NyOrrinMediaItem& item)
+{
+    if (!item.hasTimestamp())
+        return std::nullopt;
+    const QDate day = QDateTime::fromMSecsSinceEpoch(item.timestamp()).date();
+    return day.isValid() ? std::optional<QDate>(day) : std::nullopt;
+}
+
+bool isKeyword(const QString& word)
+{
+    const std::vector<std::string>& all = NyOrrinCurator::keywords();
+    return std::find(all.begin(), all.end(), word.toStdString()) != all.end();
+}
+
+/** How sure one must be: an album that is wrongly called one of these hurts. */
+double thresholdOf(const QString& keyword)
+{
+    static const QSet<QString> careful{QStringLiteral("wedding"), QStringLiteral("baptism"), QStringLiteral("communion"),
+                                       QStringLiteral("baby"), QStringLiteral("graduation")};
+    return careful.contains(keyword) ? 0.6 : static_cast<double>(NyOrrinCurator::Threshold);
+}
+
+/** False when a title is delicate. Each photo has one voice, so a stray subfolder does not name the album. */
+bool addTitles(const std::vector<NyOrrinCuratedMediaItem>& items, Evidence& evidence)
+{
+    const NyOrrinTitleWords& words = NyOrrinTitleWords::instance();
+    QHash<QString, NyOrrinTitleWords::Reading> readings;
+    QHash<QString, double> sums;
+    for (const NyOrrinCuratedMediaItem& item : items) {
+        QHash<QString, double> ofItem;
+        const QStringList names = NyOrrinTitleWords::folderNames(item.item().id());
+        for (qsizetype depth = 0; depth < names.size(); ++depth) {
+            auto reading = readings.constFind(names.at(depth));
+            if (reading == readings.cend())
+                reading = readings.insert(names.at(depth), words.read(names.at(depth)));
+            if (reading->isDelicate)
+                return false;
+            const double weight = WeightOfDepth[static_cast<std::size_t>(depth)];
+            for (auto entry = reading->evidence.cbegin(); entry != reading->evidence.cend(); ++entry)
+                ofItem[entry.key()] = std::max(ofItem.value(entry.key()), weight * entry.value());
+        }
+        for (auto entry = ofItem.cbegin(); entry != ofItem.cend(); ++entry)
+            sums[entry.key()] += entry.value();
+    }
+    for (auto sum = sums.cbegin(); sum != sums.cend(); ++sum)
+        evidence[sum.key()][Title] = sum.value() / static_cast<double>(items.size());
+    return true;
+}
+
+void addVision(const std::vector<NyOrrinCuratedMediaItem>& items, Evidence& evidence)
+{
+    QHash<QString, double> sums;
+    double count = 0.0;
+    for (const NyOrrinCuratedMediaItem& item : items) {
+        const orrin::Descriptors& seen = item.descriptors().descriptors();
+        // Photos that no model looked at do not thin the mean.
+        if (!seen.isValid || (seen.scenes.empty() && seen.occasions.empty()))
+            continue;
+        count += 1.0;
+        for (const orrin::OccasionScore& score : seen.occasions) {
+            const QString keyword = QString::fromStdString(score.keyword);
+            if (std::isfinite(score.probability) && isKeyword(keyword))
+                sums[keyword] += std::clamp(static_cast<double>(score.probability), 0.0, 1.0);
+        }
+    }
+    for (auto sum = sums.cbegin(); sum != sums.cend(); ++sum) {
+        const double mean = sum.value() / (count + VisionPriorPhotos);
+        evidence[sum.key()][Vision] = VisionLimit * (1.0 - std::exp(-VisionSteepness * mean));
+    }
+}
+
+void addPlaces(const std::vector<NyOrrinCuratedMediaItem>& items, const std::shared_ptr<NyOrrinHome>& home, Evidence& evidence)
+{
+    std::vector<NyOrrinPlace::Stop> stops;
+    for (const NyOrrinCuratedMediaItem& item : items) {
+        const std::optional<QDate> day = dayOf(item.item());
+        if (day && item.item().coordinate())
+            stops.push_back({*item.item().coordinate(), *day});
+    }
+    std::stable_sort(stops.begin(), stops.end(), [](const auto& left, const auto& right) { return left.day < right.day; });
+    const QHash<QString, double> found = NyOrrinPlace::evidence(stops, home ? home->place() : std::nullopt);
+    for (auto entry = found.cbegin(); entry != found.cend(); ++entry)
+        evidence[entry.key()][Place] = entry.value();
+}
+
+/** The mean over the photos: an album of a whole year is not a Christmas album because it ends in December. */
+double calendarFactor(const QString& keyword, const std::vector<NyOrrinCuratedMediaItem>& items)
+{
+    double sum = 0.0;
+    int count = 0;
+    for (const NyOrrinCuratedMediaItem& item : items) {
+        const std::optional<QDate> day = dayOf(item.item());
+        if (!day)
+            continue;
+        const bool isSouthern = item.item().coordinate() && item.item().coordinate()->latitude < 0.0;
+        sum += NyOrrinCalendar::factor(keyword, *day, isSouthern);
+        ++count;
+    }
+    return count > 0 ? sum / count : 1.0;
+}
+
+} // namespace
+
+NyOrrinCurator::NyOrrinCurator(std::shared_ptr<NyOrrinHome> home)
+    : m_home(std::move(home))
+{
+}
+
+NyOrrinCurator::~NyOrrinCurator() = default;
+
+const std::vector<std::string>& NyOrrinCurator::keywords()
+{
+    static const std::vector<std::string> all{
+        "wedding", "birthday", "christmas", "newyear", "easter", "carnival", "halloween", "baptism", "communion",
+        "school",  "graduation", "baby",    "anniversary", "beach", "city",  "hiking",    "snow",    "roadtrip",
+        "cruise",  "vacation", "concert",   "sports",  "zoo",    "family",   "fair",      "pets"};
+    return all;
+}
+
+std::vector<NyOrrinCuratedMediaItem> NyOrrinCurator::curate(std::vector<NyOrrinVisionedMediaItem> items) const
+{
+    std::stable_sort(items.begin(), items.end(), [](const NyOrrinVisionedMediaItem& left, const NyOrrinVisionedMediaItem& right) {
+        if (left.item().hasTimestamp() != right.item().hasTimestamp())
+            return left.item().hasTimestamp();
+        return left.item().timestamp() < right.item().timestamp();
+    });
+    std::vector<NyOrrinVisionedMediaItem> kept;
+    for (NyOrrinVisionedMediaItem& item : items) {
+        if (m_home && item.item().coordinate()) {
+            if (const std::optional<QDate> day = dayOf(item.item()))
+                m_home->add(*item.item().coordinate(), day->toJulianDay());
+        }
+        if (!isUsable(item))
+            continue;
+        std::vector<std::size_t> alike;
+        bool isBest = true;
+        for (std::size_t i = kept.size(); i-- > 0;) {
+            const bool isClose = item.item().hasTimestamp() && kept[i].item().hasTimestamp()
+                && item.item().timestamp() - DuplicateDistanceMs <= kept[i].item().timestamp();
+            if (!isClose)
+                break;
+            if (!areNearDuplicates(kept[i], item))
+                continue;
+            alike.push_back(i);
+            isBest = isBest && isBetter(item, kept[i]);
+        }
+        if (!isBest)
+            continue;
+        for (const std::size_t i : alike)
+            kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(i));
+        kept.push_back(std::move(item));
+    }
+    std::vector<NyOrrinCuratedMediaItem> result;
+    result.reserve(kept.size());
+    for (NyOrrinVisionedMediaItem& item : kept)
+        result.emplace_back(std::move(item));
+    return result;
+}
+
+std::vector<NyOrrinOccasion> NyOrrinCurator::getOccasion(std::vector<NyOrrinCuratedMediaItem> items) const
+{
+    std::vector<NyOrrinOccasion> result;
+    Evidence evidence;
+    if (items.empty() || !addTitles(items, evidence))
+        return result;
+    addVision(items, evidence);
+    addPlaces(items, m_home, evidence);
+    for (const auto& [keyword, sources] : evidence) {
+        double doubt = 1.0;
+        for (const double source : sources)
+            doubt *= 1.0 - std::min(source, HighestEvidence);
+        const double odds = (1.0 - doubt) / doubt * calendarFactor(keyword, items);
+        const double probability = odds / (1.0 + odds);
+        if (probability < thresholdOf(keyword))
+            continue;
+        const auto strongest = static_cast<std::size_t>(std::max_element(sources.begin(), sources.end()) - sources.begin());
+        result.emplace_back(keyword.toStdString(), SourceNames[strongest], static_cast<float>(probability));
+    }
+    std::stable_sort(result.begin(), result.end(),
+                     [](const NyOrrinOccasion& left, const NyOrrinOccasion& right) { return left.getProbability() > right.getProbability(); });
+    if (result.size() > MaximumOccasions)
+        result.erase(result.begin() + MaximumOccasions, result.end());
+    return result;
+}

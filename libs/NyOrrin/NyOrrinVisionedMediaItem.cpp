@@ -1,0 +1,7 @@
+#include "NyOrrinVisionedMediaItem.h"
+
+NyOrrinVisionedMediaItem::NyOrrinVisionedMediaItem(const NyOrrinMediaItem& item, const NyOrrinVisionDescriptors& descriptors)
+    : m_item(item)
+    , m_descriptors(descriptors)
+{
+}
