@@ -17,6 +17,15 @@ using namespace Qt::Literals::StringLiterals;
 /** A side shorter than this is an icon, not a photo. */
 constexpr int LEAST_SIDE_PX = 24;
 
+/** A side shorter than this gives a stamp on paper: less than 22 mm at the lowest resolution that is printed. */
+constexpr int TINY_SIDE_PX = 128;
+
+/** Whether only a wrong clock can have said so: the first day that a reset clock counts, or a day that has not come anywhere yet. */
+bool isImpossible(const QDateTime& time)
+{
+    return time.date() == QDate(1970, 1, 1) || time.date() > QDate::currentDate().addDays(1);
+}
+
 bool isScreenSize(const QSize& size)
 {
     const int longer = std::max(size.width(), size.height());
@@ -65,8 +74,9 @@ NyFotoFacts NyFotoAnalyser::analyse(const NyFoto& foto)
     if (facts.sizePx.isEmpty())
         return facts;
     facts.captureTime = NyFotoAccess::captureTime(foto);
-    if (!facts.captureTime.isValid())
-        facts.captureTime = foto.localFileInfo().lastModified();
+    const QDateTime lastModified = foto.localFileInfo().lastModified();
+    if (!facts.captureTime.isValid() || (isImpossible(facts.captureTime) && !isImpossible(lastModified)))
+        facts.captureTime = lastModified;
     if (!facts.captureTime.isValid())
         return facts;
 
@@ -85,6 +95,8 @@ NyFotoFacts NyFotoAnalyser::analyse(const NyFoto& foto)
         facts.flaw = NyFotoFacts::Flaw::Blank;
     else if (rating < 0)
         facts.flaw = NyFotoFacts::Flaw::Rejected;
+    else if (std::min(facts.sizePx.width(), facts.sizePx.height()) < TINY_SIDE_PX)
+        facts.flaw = NyFotoFacts::Flaw::Tiny;
     else if (measures.isBlurred)
         facts.flaw = NyFotoFacts::Flaw::Blurred;
     else

@@ -7,8 +7,9 @@
 /** What the builder found out about one photo. */
 struct NyFotoFacts
 {
-    /** Why a photo cannot stand in a book at all, or (Blurred, and Rejected by the user) only if its day has nothing better. */
-    enum class Flaw { None, Unreadable, Screenshot, Blank, Blurred, Rejected };
+    /** Why a photo cannot stand in a book at all, or (Blurred, Tiny, and Rejected by the user) only if its day has nothing
+        better. */
+    enum class Flaw { None, Unreadable, Screenshot, Blank, Blurred, Tiny, Rejected };
 
     QUrl url;
     /** Wall clock of the camera. */

@@ -97,6 +97,7 @@ NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts>& photos
             ++result.unusable;
             break;
         case NyFotoFacts::Flaw::Blurred:
+        case NyFotoFacts::Flaw::Tiny:
         case NyFotoFacts::Flaw::Rejected:
             poor.append(photo);
             break;

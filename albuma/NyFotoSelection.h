@@ -7,9 +7,9 @@
 /**
  * Chooses the photos of a book. Pure.
  *
- * Unreadable photos, screenshots, blank, blurred and rejected shots are left out, and of near-duplicates (at most 300 s apart, at
- * most 8 of 64 bits of the difference hash different) all but the strongest. A day that has only blurred or rejected shots
- * keeps its strongest, so that no day of the event is missing. If more are left than fit, the best of every moment (two
+ * Unreadable photos, screenshots, blank, blurred, tiny and rejected shots are left out, and of near-duplicates (at most 300 s apart, at
+ * most 8 of 64 bits of the difference hash different) all but the strongest. A day that has only blurred, tiny or
+ * rejected shots keeps its strongest, so that no day of the event is missing. If more are left than fit, the best of every moment (two
  * minutes) comes before a second of any.
  */
 class NyFotoSelection

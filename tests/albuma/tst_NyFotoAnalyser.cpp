@@ -15,6 +15,9 @@ private Q_SLOTS:
     void usualPhoto();
     void turnedPhotoIsUpright();
     void withoutMetaDataTheFileTellsTheTime();
+    void aClockThatCannotBeRightIsNotBelieved_data();
+    void aClockThatCannotBeRightIsNotBelieved();
+    void aStampIsTiny();
     void unreadable_data();
     void unreadable();
     void poorPhotos();
@@ -66,6 +69,43 @@ void tst_NyFotoAnalyser::withoutMetaDataTheFileTellsTheTime()
     const NyFotoFacts facts = NyFotoAnalyser::analyse(NyFoto(QFileInfo(path)));
     QVERIFY(facts.captureTime >= before);
     QVERIFY(facts.captureTime <= QDateTime::currentDateTime().addSecs(2));
+}
+
+void tst_NyFotoAnalyser::aClockThatCannotBeRightIsNotBelieved_data()
+{
+    QTest::addColumn<QDateTime>("clock");
+    QTest::addColumn<bool>("isBelieved");
+    const QDateTime now = QDateTime::currentDateTime();
+    QTest::newRow("reset") << QDateTime(QDate(1970, 1, 1), QTime(0, 3)) << false;
+    QTest::newRow("next week") << now.addDays(7) << false;
+    QTest::newRow("next century") << now.addYears(80) << false;
+    QTest::newRow("tomorrow, elsewhere") << now.addSecs(14 * 3600) << true;
+    QTest::newRow("a scan of an old picture") << QDateTime(QDate(1970, 1, 2), QTime(0, 3)) << true;
+    QTest::newRow("usual") << QDateTime(QDate(2024, 7, 12), QTime(12, 0)) << true;
+}
+
+void tst_NyFotoAnalyser::aClockThatCannotBeRightIsNotBelieved()
+{
+    QFETCH(QDateTime, clock);
+    PaintedPictures::MetaData metaData;
+    metaData.captureTime = clock;
+    const QString path = m_dir.filePath(u"clock.jpg"_s);
+    QVERIFY(PaintedPictures::write(path, PaintedPictures::painted(QSize(320, 240), 3), metaData));
+    const QDate date = NyFotoAnalyser::analyse(NyFoto(QFileInfo(path))).captureTime.date();
+    QFETCH(bool, isBelieved);
+    QCOMPARE(date, isBelieved ? clock.date() : QFileInfo(path).lastModified().date());
+}
+
+void tst_NyFotoAnalyser::aStampIsTiny()
+{
+    const auto flawOf = [&](const QSize& size) {
+        const QString path = m_dir.filePath(u"stamp.jpg"_s);
+        return PaintedPictures::write(path, PaintedPictures::painted(size, 4)) ? NyFotoAnalyser::analyse(NyFoto(QFileInfo(path))).flaw
+                                                                           : NyFotoFacts::Flaw::Unreadable;
+    };
+    QVERIFY(flawOf(QSize(160, 120)) == NyFotoFacts::Flaw::Tiny);
+    QVERIFY(flawOf(QSize(75, 100)) == NyFotoFacts::Flaw::Tiny);
+    QVERIFY(flawOf(QSize(240, 180)) == NyFotoFacts::Flaw::None);
 }
 
 void tst_NyFotoAnalyser::unreadable_data()

@@ -93,7 +93,7 @@ void tst_NyFotoSelection::leavesOutFlawedPhotos()
 void tst_NyFotoSelection::keepsTheBestOfABlurredDay()
 {
     QList<NyFotoFacts> photos { photo(1, at(1, 10)), photo(2, at(2, 10), 0.1), photo(3, at(2, 11), 0.2), photo(4, at(3, 10)) };
-    photos[1].flaw = NyFotoFacts::Flaw::Blurred;
+    photos[1].flaw = NyFotoFacts::Flaw::Tiny;
     photos[2].flaw = NyFotoFacts::Flaw::Blurred;
     const NyFotoSelection::Result result = NyFotoSelection::select(photos, 10);
     QCOMPARE(names(result), QStringList({ u"0001.jpg"_s, u"0003.jpg"_s, u"0004.jpg"_s }));
