@@ -43,6 +43,8 @@ NyFolderWords::NyFolderWords()
         u"schooljaar,oude,oud,nieuwe,nieuw,kopie,zdjęcia,zdjecia,zdjęcie,obrazy,obraz,fotki,moje zdjęcia,nasze zdjęcia,rok,roku,miesiąc,archiwum,stare,nowe,"
         u"kopia,bilder,bild,foton,mina bilder,mina foton,år,månad,arkiv,gamla,nya,billeder,bilete,valokuvat,kuvat,fotografije,fotky,képek,imagens,"
         u"fényképek,фото,фотографии,фотки,картинки,год,года,г,снимки,знимки,φωτογραφίες,fotoğraflar,resimler", Filler);
+    add(u"dias,diapositive,diapositives,diapositivas,diapositieven,dia's,dia s,slides,negative,negatives,negativos,negativi,négatifs,negatieven,farbdias,"
+        u"diasammlung,kleinbilddias", Filler);
     add(u"写真,画像,年,照片,图片,相片,相册,사진,년,月,日,월,일,年度", Filler);
 
     add(u"von,vom,der,die,das,dem,den,des,und,im,in,am,an,aus,zu,zum,zur,bei,mit,für,auf,ab,uhr,ca,ein,eine,beim,ins,from,of,the,and,with,at,on,by,for,"
@@ -75,7 +77,7 @@ NyFolderWords::NyFolderWords()
         u"masters,unsortiert,unsortierte,unsortierte fotos,noch sortieren,zu sortieren,sortieren,noch zu sortieren,einsortieren,unsorted,to sort,sort,"
         u"sort me,à trier,a trier,trier,non triées,en vrac,vrac,da ordinare,da sistemare,por ordenar,sin ordenar,sin clasificar,te sorteren,ongesorteerd,"
         u"do posortowania,nieposortowane,osorterat,osorterade,eingang,eingangskorb,inbox,neueste,latest,recent,recents,zuletzt,zuletzt hinzugefügt,"
-        u"recently added,backup,backups,sicherung,sicherungen,datensicherung,sauvegarde,sauvegardes,salvataggio,copia di sicurezza,copia de seguridad,back up,"
+        u"recently added,backup,backups,sicherung,sicherungen,datensicherung,mobilebackup,mobile backup,sauvegarde,sauvegardes,salvataggio,copia di sicurezza,copia de seguridad,back up,"
         u"reservekopie,kopia zapasowa,säkerhetskopia,temp,tmp,temporär,temporary,diverses,diverse,diverse fotos,sonstiges,sonstige,verschiedenes,misc,"
         u"miscellaneous,various,other,others,divers,diverses photos,autre,autres,varie,vario,altro,altre,varios,varias,otros,otras,diversen,overig,overige,"
         u"varia,różne,rozne,inne,diverse,övrigt,blandat,data,daten,export photos,desktop,schreibtisch,picasa,iphoto,iphoto library,aperture,aperture library,shotwell,"
