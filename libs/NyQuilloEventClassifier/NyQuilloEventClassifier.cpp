@@ -5,7 +5,6 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
-#include <QtCore/QSet>
 
 #include <NyFotoAccess.h>
 #include <NyImageLoader.h>
@@ -54,6 +53,12 @@ bool isLoose(const NyFolderName& name)
     return name.dateForm == DateForm::None && (name.nature == Nature::Camera || name.nature == Nature::Technical || name.nature == Nature::Source);
 }
 
+/** A name with neither date nor number nor title: what lies below counts for the folder above as well. */
+bool saysNothing(const NyFolderName& name)
+{
+    return name.dateForm == DateForm::None && !name.hasTitle() && name.number < 0 && name.nature != Nature::Source && name.nature != Nature::Project;
+}
+
 class Sorter {
 public:
     Sorter(const NyFolderTree& tree, bool startsAtRoot)
@@ -78,6 +83,15 @@ private:
         bool onlyLoose = true; ///< all folders below are loose ones
         bool isCollection = false; ///< an undated title over several years, or over events far apart
         bool hasTitled = false; ///< a titled folder directly in it
+        // What the dates below say, seen through folders whose names say nothing.
+        bool hasUnitsOfYears = false; ///< a folder for a whole year, or a collection
+        int firstYear = 0;
+        int lastYear = 0;
+        QDate firstDay;
+        QDate lastDay;
+
+        void addYears(int first, int last);
+        void addDays(const QDate& first, const QDate& last);
     };
 
     void lookInside();
@@ -94,6 +108,22 @@ private:
     std::vector<Inside> m_inside;
 };
 
+void Sorter::Inside::addYears(int first, int last)
+{
+    if (first <= 0)
+        return;
+    firstYear = firstYear > 0 ? qMin(firstYear, first) : first;
+    lastYear = qMax(lastYear, last);
+}
+
+void Sorter::Inside::addDays(const QDate& first, const QDate& last)
+{
+    if (first.isValid() && (!firstDay.isValid() || first < firstDay))
+        firstDay = first;
+    if (last.isValid() && (!lastDay.isValid() || last > lastDay))
+        lastDay = last;
+}
+
 /** Gathers what the names of subfolders say about the folder above them. */
 void Sorter::lookInside()
 {
@@ -101,10 +131,6 @@ void Sorter::lookInside()
     m_inside.resize(size_t(folders.size()));
     for (qsizetype index = folders.size() - 1; index >= 0; --index) {
         Inside& inside = m_inside[size_t(index)];
-        QSet<int> years;
-        QDate first;
-        QDate last;
-        bool unitsOfYears = false;
         for (const int child : folders.at(index).children) {
             if (!folders.at(child).hasPicturesBelow)
                 continue;
@@ -112,21 +138,23 @@ void Sorter::lookInside()
             const Inside& below = m_inside[size_t(child)];
             inside.onlyLoose = inside.onlyLoose && isLoose(name) && below.onlyLoose;
             inside.hasTitled = inside.hasTitled || (name.hasTitle() && (name.nature == Nature::Plain || name.nature == Nature::Project));
-            unitsOfYears = unitsOfYears || (name.dateForm == DateForm::Year && !name.hasTitle()) || below.isCollection;
+            inside.hasUnitsOfYears = inside.hasUnitsOfYears || (name.dateForm == DateForm::Year && !name.hasTitle()) || below.isCollection;
             if (name.from.year > 0 && name.dateForm != DateForm::Years) {
-                years.insert(name.from.year);
-                if (name.from.month > 0) {
-                    if (!first.isValid() || name.firstDay() < first)
-                        first = name.firstDay();
-                    if (!last.isValid() || name.lastDay() > last)
-                        last = name.lastDay();
-                }
+                inside.addYears(name.from.year, name.from.year);
+                if (name.from.month > 0)
+                    inside.addDays(name.firstDay(), name.lastDay());
+            }
+            if (saysNothing(name)) {
+                inside.hasUnitsOfYears = inside.hasUnitsOfYears || below.hasUnitsOfYears;
+                inside.addYears(below.firstYear, below.lastYear);
+                inside.addDays(below.firstDay, below.lastDay);
             }
         }
-        const bool farApart = years.size() > 1 || (first.isValid() && last.isValid() && first.daysTo(last) > LongestEventDays);
+        const bool farApart = inside.firstYear != inside.lastYear
+            || (inside.firstDay.isValid() && inside.lastDay.isValid() && inside.firstDay.daysTo(inside.lastDay) > LongestEventDays);
         const NyFolderName& own = m_names.at(index);
         inside.isCollection = own.hasTitle() && own.dateForm == DateForm::None && own.nature == Nature::Plain
-            && (unitsOfYears || farApart || (own.isCategory && !inside.onlyLoose));
+            && (inside.hasUnitsOfYears || farApart || (own.isCategory && !inside.onlyLoose));
     }
 }
 

@@ -313,6 +313,20 @@ private Q_SLOTS:
         tree.addDistantPictures(u"Urlaub/2023-09-02 Wien"_s);
         QCOMPARE(verdicts(tree), (QStringList{u"unknown Urlaub"_s, u"event Urlaub/2023-07-01 Rom"_s, u"event Urlaub/2023-08-31 Paris"_s, u"event Urlaub/2023-09-02 Wien"_s}));
     }
+    void datesAreSeenThroughFoldersThatSayNothing()
+    {
+        PictureTree tree;
+        tree.addDistantPictures(u"MobileBackup/Handy/DCIM/2023"_s);
+        tree.addDistantPictures(u"Rom/Bilder/2024-05-01"_s);
+        tree.addDistantPictures(u"Rom/Bilder/2024-05-03"_s);
+        tree.addDistantPictures(u"Toms Laptop/Bilder/2022-05"_s);
+        tree.addDistantPictures(u"Toms Laptop/Bilder/2022-11/Paris"_s);
+        QCOMPARE(verdicts(tree),
+            (QStringList{u"unknown MobileBackup"_s, u"unknown MobileBackup/Handy"_s, u"unknown MobileBackup/Handy/DCIM"_s,
+                u"year MobileBackup/Handy/DCIM/2023"_s, u"event Rom"_s, u"unknown Rom/Bilder"_s, u"day Rom/Bilder/2024-05-01"_s,
+                u"day Rom/Bilder/2024-05-03"_s, u"unknown Toms Laptop"_s, u"unknown Toms Laptop/Bilder"_s,
+                u"month Toms Laptop/Bilder/2022-05"_s, u"month Toms Laptop/Bilder/2022-11"_s, u"event Toms Laptop/Bilder/2022-11/Paris"_s}));
+    }
     void aThemeOverTitlesIsACollection()
     {
         PictureTree tree;
