@@ -128,7 +128,8 @@ void NyBookWindow::createActions()
     connect(open, &QAction::triggered, this, &NyBookWindow::openRequested);
     file->addSeparator();
     QAction* close = file->addAction(tr("&Schließen"));
-    close->setShortcut(QKeySequence::Close);
+    // The book's window is the only one, so that closing it ends the program; the platform's key for that may be none at all.
+    close->setShortcuts(QKeySequence::keyBindings(QKeySequence::Close) << QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(close, &QAction::triggered, this, &QWidget::close);
 
     QMenu* pages = menuBar()->addMenu(tr("&Blättern"));

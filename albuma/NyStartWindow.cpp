@@ -57,7 +57,7 @@ NyStartWindow::NyStartWindow()
     openAction->setShortcut(QKeySequence::Open);
     connect(openAction, &QAction::triggered, this, &NyStartWindow::openRequested);
     QAction* quit = file->addAction(tr("&Beenden"));
-    quit->setShortcut(QKeySequence::Quit);
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 

@@ -20,6 +20,8 @@ class tst_NyBookWindow : public QObject
 private Q_SLOTS:
     void initTestCase();
     void pagesWithTheKeyboard();
+    void closesWithTheKeyboard_data();
+    void closesWithTheKeyboard();
     void pagesWithTheButtons();
     void pagesWithWheelAndMouse();
     void photosAppear();
@@ -98,6 +100,23 @@ void tst_NyBookWindow::pagesWithTheKeyboard()
     QCOMPARE(view->spread(), 2);
     QTest::keyClick(view, Qt::Key_PageUp);
     QCOMPARE(view->spread(), 1);
+}
+
+void tst_NyBookWindow::closesWithTheKeyboard_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("close") << Qt::Key_W;
+    QTest::newRow("quit") << Qt::Key_Q;
+}
+
+void tst_NyBookWindow::closesWithTheKeyboard()
+{
+    NyBookWindow window(project(2, m_photo), NyDesignStyle(), NyLoadWarnings::Suppress);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QFETCH(Qt::Key, key);
+    QTest::keyClick(&window, key, Qt::ControlModifier);
+    QTRY_VERIFY(!window.isVisible());
 }
 
 void tst_NyBookWindow::pagesWithTheButtons()
