@@ -26,6 +26,7 @@ private Q_SLOTS:
     void modelInMemory();
     void brokenModels_data();
     void brokenModels();
+    void everyCut();
     void nextModelIsTaken();
     void modelThatFailsAtWork();
     void oneModelAProcess();
@@ -223,6 +224,28 @@ void tst_OrrinEngine::brokenModels()
     const QByteArray line = QByteArray::fromStdString(log.warnings[0]);
     QVERIFY2(line.contains(message), line.constData());
     QVERIFY2(line.startsWith(QByteArray::fromStdString(folder.string())), line.constData());
+}
+
+void tst_OrrinEngine::everyCut()
+{
+    // Wherever a download ended, and whichever byte a disk lost.
+    const std::string json = QJsonDocument(OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))).toJson().toStdString();
+    const std::string whole = m_models.onnx(QStringLiteral("means.onnx")).toStdString();
+    QVERIFY(whole.size() > 100);
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        for (const bool isCut : {true, false}) {
+            std::string onnx = isCut ? whole.substr(0, length) : whole;
+            if (!isCut)
+                onnx[length] = static_cast<char>(~onnx[length]);
+            OrrinTestLog log;
+            Engine engine({ModelSource::inMemory("damaged", {{"model.json", json}, {"means.onnx", onnx}})}, {}, log.callback());
+            const orrin::Descriptors result = engine.describe(OrrinTestPicture(9, 9, {255, 0, 0}).view());
+            QVERIFY(result.isValid);
+            // Damage to a name that nobody reads does no harm.
+            QCOMPARE(result.scenes.empty(), !engine.hasModel());
+            QCOMPARE(log.warnings.empty(), engine.hasModel());
+        }
+    }
 }
 
 void tst_OrrinEngine::nextModelIsTaken()
