@@ -1,0 +1,5 @@
+#include "NyPreferencesItem.h"
+
+NyPreferencesItem::NyPreferencesItem() = default;
+
+NyPreferencesItem::~NyPreferencesItem() = default;
