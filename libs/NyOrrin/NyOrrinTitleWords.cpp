@@ -142,9 +142,11 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"baby", Sure, u"nacimiento, bebé, recién nacido");
     add(u"baby", Likely, u"Baby");
     add(u"anniversary", Sure, u"Hochzeitstag, Silberhochzeit, Silberne Hochzeit, Goldene Hochzeit, Goldhochzeit, Diamantene Hochzeit, Jubiläum");
-    add(u"anniversary", Sure, u"anniversary, wedding anniversary, golden wedding, silver wedding");
-    add(u"anniversary", Sure, u"anniversaire de mariage, noces d'or, noces d'argent");
-    add(u"anniversary", Sure, u"aniversario, bodas de oro, bodas de plata");
+    add(u"anniversary", Sure, u"Eiserne Hochzeit, Gnadenhochzeit, Kupferhochzeit, Rosenhochzeit, Holzhochzeit, Petersilienhochzeit, Perlenhochzeit, "
+                              u"Rubinhochzeit, Diamanthochzeit");
+    add(u"anniversary", Sure, u"anniversary, wedding anniversary, golden wedding, silver wedding, years married, years of marriage");
+    add(u"anniversary", Sure, u"anniversaire de mariage, ans de mariage, noces d'or, noces d'argent, noces de diamant");
+    add(u"anniversary", Sure, u"aniversario, aniversario de boda, aniversario de bodas, bodas de oro, bodas de plata, bodas de diamante");
     add(u"beach", Sure, u"Strand, Strandtag, Strandurlaub, Badeurlaub, Strandausflug, am Meer");
     add(u"beach", Sure, u"beach, seaside, beach day, beach holiday");
     add(u"beach", Sure, u"plage, à la mer, bord de mer");
@@ -156,7 +158,7 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"city", Sure, u"escapada urbana, visita a la ciudad");
     add(u"city", Likely,
         u"Paris, London, Londres, Rom, Rome, Roma, New York, Barcelona, Barcelone, Wien, Vienna, Vienne, Viena, Prag, Prague, Praga, Venedig, "
-        u"Venice, Venise, Venecia, Amsterdam, Lissabon, Lisbon, Lisbonne, Lisboa, Istanbul, Budapest, Kopenhagen, Copenhagen, Florenz, Florence");
+        u"Venice, Venise, Venecia, Amsterdam, Lissabon, Lisbon, Lisbonne, Lisboa, Istanbul, Budapest, Kopenhagen, Copenhagen, Florenz");
     add(u"hiking", Sure, u"Wanderung, Wandern, Wanderurlaub, Bergtour, Wanderwoche, Wandertag, Hüttentour, Alpenüberquerung, -wanderung, -wanderurlaub, -bergtour");
     add(u"hiking", Sure, u"hike, hiking, trekking, backpacking, walking holiday");
     add(u"hiking", Sure, u"randonnée, randonnées, rando");

@@ -98,6 +98,14 @@ void tst_NyOrrinAlbums::titles_data()
     row("Vacaciones", "vacation");
     row("Día de la madre", "family");
     row("Feria de abril", "fair");
+    // Years after a wedding, in words that hold a wedding's
+    row("Rubinhochzeit", "anniversary");
+    row("Diamanthochzeit Schmidt", "anniversary");
+    row("Eiserne Hochzeit", "anniversary");
+    row("40 ans de mariage", "anniversary");
+    row("Aniversario de bodas", "anniversary");
+    row("20 years of marriage", "anniversary");
+    row("Mariage de Florence", "wedding");
     // None
     row("Berlin Wedding", "");
     row("Hochzeitsturm Darmstadt", "");
