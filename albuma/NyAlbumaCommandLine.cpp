@@ -1,6 +1,7 @@
 #include "NyAlbumaCommandLine.h"
 
-namespace {
+namespace
+{
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -13,10 +14,10 @@ const QString OCCASIONS = u"proposalOccasions"_s;
 const QString SUPPRESS_LOAD_WARNINGS = u"suppressLoadWarnings"_s;
 constexpr int MAXIMUM_JOBS = 64;
 
-QStringList listOf(const QString& text)
+QStringList listOf(const QString &text)
 {
     QStringList entries;
-    for (const QString& entry : text.split(u',')) {
+    for (const QString &entry : text.split(u',')) {
         if (!entry.trimmed().isEmpty())
             entries.append(entry.trimmed());
     }
@@ -29,20 +30,19 @@ NyAlbumaCommandLine::NyAlbumaCommandLine()
 {
     setApplicationDescription(tr("Shows photo books; in the builder mode, makes a proposal for one."));
     addPositionalArgument(u"file"_s, tr("The book to open."), u"[file]"_s);
-    addOption(CommandLineOptionType::Flag, { SUPPRESS_LOAD_WARNINGS }, tr("Opens a book without warnings about missing photos."),
-        QString(), QString());
-    addOption(CommandLineOptionType::OptionWithValue, { PROGRAM_MODE }, tr("\"b\": build a proposal without a window."),
-        u"mode"_s, QString());
-    addOption(CommandLineOptionType::OptionWithValue, { TARGET_PATH }, tr("Builder: the project file to make."), u"path"_s, QString());
-    addOption(CommandLineOptionType::OptionWithValue, { BACKGROUND_JOBS }, tr("Builder: number of worker threads."), u"number"_s,
-        u"1"_s);
-    addOption(CommandLineOptionType::OptionWithValue, { STYLES }, tr("Builder: design ids, separated by commas, the best first."),
-        u"ids"_s, QString());
-    addOption(CommandLineOptionType::OptionWithValue, { OCCASIONS }, tr("Builder: occasions, separated by commas, the likeliest first."),
+    addOption(CommandLineOptionType::Flag, {SUPPRESS_LOAD_WARNINGS}, tr("Opens a book without warnings about missing photos."), QString(),
+        QString());
+    addOption(
+        CommandLineOptionType::OptionWithValue, {PROGRAM_MODE}, tr("\"b\": build a proposal without a window."), u"mode"_s, QString());
+    addOption(CommandLineOptionType::OptionWithValue, {TARGET_PATH}, tr("Builder: the project file to make."), u"path"_s, QString());
+    addOption(CommandLineOptionType::OptionWithValue, {BACKGROUND_JOBS}, tr("Builder: number of worker threads."), u"number"_s, u"1"_s);
+    addOption(CommandLineOptionType::OptionWithValue, {STYLES}, tr("Builder: design ids, separated by commas, the best first."), u"ids"_s,
+        QString());
+    addOption(CommandLineOptionType::OptionWithValue, {OCCASIONS}, tr("Builder: occasions, separated by commas, the likeliest first."),
         u"occasions"_s, QString());
 }
 
-QString NyAlbumaCommandLine::readBuilder(NyBuilderRequest& request) const
+QString NyAlbumaCommandLine::readBuilder(NyBuilderRequest &request) const
 {
     request.targetPath = value(TARGET_PATH);
     request.recommendedStyles = listOf(value(STYLES));
@@ -52,8 +52,7 @@ QString NyAlbumaCommandLine::readBuilder(NyBuilderRequest& request) const
     bool isNumber = false;
     request.backgroundJobs = value(BACKGROUND_JOBS).toInt(&isNumber);
     if (!isNumber || request.backgroundJobs < 1 || request.backgroundJobs > MAXIMUM_JOBS) {
-        return tr("Der Wert der Option \"--%1\" muss eine Zahl von 1 bis %2 sein.")
-            .arg(BACKGROUND_JOBS, QString::number(MAXIMUM_JOBS));
+        return tr("Der Wert der Option \"--%1\" muss eine Zahl von 1 bis %2 sein.").arg(BACKGROUND_JOBS, QString::number(MAXIMUM_JOBS));
     }
     return {};
 }

@@ -33,5 +33,5 @@ public:
     NyAlbumaStart read();
 
 private:
-    QString readBuilder(NyBuilderRequest& request) const;
+    QString readBuilder(NyBuilderRequest &request) const;
 };

@@ -22,14 +22,14 @@
 #include "NyAlbumaWindows.h"
 #include "NyBackgroundPriority.h"
 
-namespace {
+namespace
+{
 
 using namespace Qt::Literals::StringLiterals;
 
-void tell(const QString& text)
+void tell(const QString &text)
 {
-    const QByteArray line
-        = (NyProgramConfig::instance().programName(NyProgramID::MainProgram) + u": "_s + text + u'\n').toLocal8Bit();
+    const QByteArray line = (NyProgramConfig::instance().programName(NyProgramID::MainProgram) + u": "_s + text + u'\n').toLocal8Bit();
     std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
     std::fflush(stderr);
 }
@@ -49,7 +49,7 @@ void startLogging()
 QtMessageHandler formerHandler = nullptr;
 
 /** Without a usable display Qt ends the process with a crash report; this ends it with a message. */
-void handleMessageDuringStart(QtMsgType type, const QMessageLogContext& context, const QString& text)
+void handleMessageDuringStart(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type == QtFatalMsg) {
         tell(QCoreApplication::translate("NyAlbumaProgram", "Es kann kein Fenster geöffnet werden, weil keine Anzeige verfügbar ist."));
@@ -59,10 +59,10 @@ void handleMessageDuringStart(QtMsgType type, const QMessageLogContext& context,
         formerHandler(type, context, text);
 }
 
-NyAlbumaStart readCommandLine(int argc, char** argv)
+NyAlbumaStart readCommandLine(int argc, char **argv)
 {
     // An application object without a display, so that help, version and errors need none; it must not eat the arguments.
-    std::vector<char*> copy(argv, argv + argc);
+    std::vector<char *> copy(argv, argv + argc);
     copy.push_back(nullptr);
     QCoreApplication application(argc, copy.data());
     return NyAlbumaCommandLine().read();
@@ -70,7 +70,7 @@ NyAlbumaStart readCommandLine(int argc, char** argv)
 
 }
 
-int NyAlbumaProgram::run(int& argc, char** argv)
+int NyAlbumaProgram::run(int &argc, char **argv)
 {
     NyProgramConfig::instance().setProgramID(NyProgramID::MainProgram);
     nameApplication();
@@ -82,7 +82,7 @@ int NyAlbumaProgram::run(int& argc, char** argv)
     return start.mode == NyAlbumaStart::Mode::Builder ? runBuilder(start, argc, argv) : runWindows(start, argc, argv);
 }
 
-int NyAlbumaProgram::runBuilder(const NyAlbumaStart& start, int& argc, char** argv)
+int NyAlbumaProgram::runBuilder(const NyAlbumaStart &start, int &argc, char **argv)
 {
     NyBackgroundPriority::lower();
     // Whatever display there is, the builder must not touch it.
@@ -94,12 +94,11 @@ int NyAlbumaProgram::runBuilder(const NyAlbumaStart& start, int& argc, char** ar
     NyFotoSettings::instance().loadSettings();
     request.picturesHome = NyFotoSettings::instance().picturesHomePath();
     NyBookBuilder builder(request);
-    const NyUnixSignalNotifier signalNotifier({ SIGTERM, SIGINT, SIGHUP });
+    const NyUnixSignalNotifier signalNotifier({SIGTERM, SIGINT, SIGHUP});
     QObject::connect(&signalNotifier, &NyUnixSignalNotifier::received, &application, [&builder] { builder.cancel(); });
     QFutureWatcher<QString> watcher;
     QObject::connect(&watcher, &QFutureWatcher<QString>::finished, &application, &QCoreApplication::quit);
-    watcher.setFuture(
-        QtConcurrent::run([&builder] { return builder.build(NyFotoListRegistry::instance().getFotosForBookProposal()); }));
+    watcher.setFuture(QtConcurrent::run([&builder] { return builder.build(NyFotoListRegistry::instance().getFotosForBookProposal()); }));
     QCoreApplication::exec();
     // The loop may have been left by something else than the end of the work.
     builder.cancel();
@@ -111,13 +110,13 @@ int NyAlbumaProgram::runBuilder(const NyAlbumaStart& start, int& argc, char** ar
     return EXIT_FAILURE;
 }
 
-int NyAlbumaProgram::runWindows(const NyAlbumaStart& start, int& argc, char** argv)
+int NyAlbumaProgram::runWindows(const NyAlbumaStart &start, int &argc, char **argv)
 {
     formerHandler = qInstallMessageHandler(handleMessageDuringStart);
     QApplication application(argc, argv);
     qInstallMessageHandler(formerHandler);
     startLogging();
-    const NyUnixSignalNotifier signalNotifier({ SIGTERM, SIGINT, SIGHUP });
+    const NyUnixSignalNotifier signalNotifier({SIGTERM, SIGINT, SIGHUP});
     QObject::connect(&signalNotifier, &NyUnixSignalNotifier::received, &application, &QCoreApplication::quit);
 
     NyAlbumaWindows windows(start.suppressLoadWarnings ? NyLoadWarnings::Suppress : NyLoadWarnings::Show);

@@ -10,9 +10,9 @@ class NyAlbumaProgram
     Q_DECLARE_TR_FUNCTIONS(NyAlbumaProgram)
 public:
     /** Reads the command line, runs, and returns the process's exit code. */
-    static int run(int& argc, char** argv);
+    static int run(int &argc, char **argv);
 
 private:
-    static int runBuilder(const NyAlbumaStart& start, int& argc, char** argv);
-    static int runWindows(const NyAlbumaStart& start, int& argc, char** argv);
+    static int runBuilder(const NyAlbumaStart &start, int &argc, char **argv);
+    static int runWindows(const NyAlbumaStart &start, int &argc, char **argv);
 };

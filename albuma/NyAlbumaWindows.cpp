@@ -28,13 +28,13 @@ void NyAlbumaWindows::showStart()
     m_start->show();
 }
 
-void NyAlbumaWindows::openProject(const QString& path)
+void NyAlbumaWindows::openProject(const QString &path)
 {
     const NyBookProjectFile::Result result = NyBookProjectFile::load(QFileInfo(path));
     if (!result.project) {
         qWarning().noquote() << result.error;
         if (m_book) {
-            auto* message = new QMessageBox(QMessageBox::Warning, m_book->windowTitle(), result.error, QMessageBox::Ok, m_book.get());
+            auto *message = new QMessageBox(QMessageBox::Warning, m_book->windowTitle(), result.error, QMessageBox::Ok, m_book.get());
             message->setTextFormat(Qt::PlainText);
             message->setAttribute(Qt::WA_DeleteOnClose);
             message->open();
@@ -44,8 +44,8 @@ void NyAlbumaWindows::openProject(const QString& path)
         m_start->setError(result.error);
         return;
     }
-    const auto& registry = NyPreInstalledDesignElementRegistry::instance();
-    auto window = std::make_unique<NyBookWindow>(*result.project, registry.firstKnownStyle({ result.project->style }), m_warnings);
+    const auto &registry = NyPreInstalledDesignElementRegistry::instance();
+    auto window = std::make_unique<NyBookWindow>(*result.project, registry.firstKnownStyle({result.project->style}), m_warnings);
     connect(window.get(), &NyBookWindow::openRequested, this, &NyAlbumaWindows::askForProject);
     // Sender of the request to open another book may be the window that goes.
     if (m_book)
@@ -62,9 +62,9 @@ void NyAlbumaWindows::openProject(const QString& path)
 
 void NyAlbumaWindows::askForProject()
 {
-    QWidget* parent = m_book ? static_cast<QWidget*>(m_book.get()) : m_start.get();
-    auto* dialog = new QFileDialog(parent, tr("Buch öffnen"), NyDirectoryConfig::instance().bookProposalFolder().filePath(),
-        tr("Fotobücher (*.nqp *.nqpx)"));
+    QWidget *parent = m_book ? static_cast<QWidget *>(m_book.get()) : m_start.get();
+    auto *dialog = new QFileDialog(
+        parent, tr("Buch öffnen"), NyDirectoryConfig::instance().bookProposalFolder().filePath(), tr("Fotobücher (*.nqp *.nqpx)"));
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QFileDialog::fileSelected, this, &NyAlbumaWindows::openProject);

@@ -18,10 +18,10 @@ public:
 
     void showStart();
     /** Shows the book in place of what is shown; if it cannot be read, that stays, or the start window comes, with the reason. */
-    void openProject(const QString& path);
+    void openProject(const QString &path);
 
-    NyBookWindow* bookWindow() const { return m_book.get(); }
-    NyStartWindow* startWindow() const { return m_start.get(); }
+    NyBookWindow *bookWindow() const { return m_book.get(); }
+    NyStartWindow *startWindow() const { return m_start.get(); }
 
 private:
     void askForProject();

@@ -25,34 +25,35 @@
 #include "NyFotoSelection.h"
 #include "NyPageLayout.h"
 
-namespace {
+namespace
+{
 
 using namespace Qt::Literals::StringLiterals;
 
-QFileInfo besides(const QFileInfo& target, const QString& ending)
+QFileInfo besides(const QFileInfo &target, const QString &ending)
 {
     return QFileInfo(target.absoluteFilePath() + ending);
 }
 
-NyDesignStyle chosenStyle(const QStringList& ids)
+NyDesignStyle chosenStyle(const QStringList &ids)
 {
     QList<NyDesignElementID> wanted;
-    for (const QString& id : ids)
+    for (const QString &id : ids)
         wanted.append(NyDesignElementID(id));
     return NyPreInstalledDesignElementRegistry::instance().firstKnownStyle(wanted);
 }
 
-QStringList foldersOf(const QList<NyFotoFacts>& photos)
+QStringList foldersOf(const QList<NyFotoFacts> &photos)
 {
     QSet<QString> folders;
-    for (const NyFotoFacts& facts : photos)
+    for (const NyFotoFacts &facts : photos)
         folders.insert(QFileInfo(facts.url.toLocalFile()).absolutePath());
     return QStringList(folders.cbegin(), folders.cend());
 }
 
 }
 
-NyBookBuilder::NyBookBuilder(const NyBuilderRequest& request)
+NyBookBuilder::NyBookBuilder(const NyBuilderRequest &request)
     : m_request(request)
     , m_target(QFileInfo(request.targetPath).absoluteFilePath())
 {
@@ -65,18 +66,18 @@ QString NyBookBuilder::checkTarget() const
     const QString path = QDir::toNativeSeparators(m_target.absoluteFilePath());
     if (!QFileInfo(m_target.absolutePath()).isDir())
         return tr("Der Ordner für den Vorschlag \"%1\" ist nicht vorhanden.").arg(path);
-    for (const QFileInfo& file : { m_target, besides(m_target, u".png"_s), besides(m_target, u".json"_s) }) {
+    for (const QFileInfo &file : {m_target, besides(m_target, u".png"_s), besides(m_target, u".json"_s)}) {
         if (file.exists() || file.isSymLink())
             return tr("Die Datei \"%1\" ist schon vorhanden.").arg(QDir::toNativeSeparators(file.absoluteFilePath()));
     }
     return {};
 }
 
-QList<NyFotoFacts> NyBookBuilder::analyse(const NyFotoList& photos)
+QList<NyFotoFacts> NyBookBuilder::analyse(const NyFotoList &photos)
 {
     QList<NyFoto> distinct;
     QSet<QString> seen;
-    for (const NyFoto& foto : photos) {
+    for (const NyFoto &foto : photos) {
         if (seen.contains(foto.location()))
             continue;
         seen.insert(foto.location());
@@ -85,44 +86,43 @@ QList<NyFotoFacts> NyBookBuilder::analyse(const NyFotoList& photos)
     qInfo() << "builder: analysing" << distinct.size() << "photos";
     QThreadPool pool;
     pool.setMaxThreadCount(std::max(1, m_request.backgroundJobs));
-    return QtConcurrent::blockingMapped<QList<NyFotoFacts>>(&pool, distinct, [this](const NyFoto& foto) {
-        return m_isCancelled ? NyFotoFacts() : NyFotoAnalyser::analyse(foto);
-    });
+    return QtConcurrent::blockingMapped<QList<NyFotoFacts>>(
+        &pool, distinct, [this](const NyFoto &foto) { return m_isCancelled ? NyFotoFacts() : NyFotoAnalyser::analyse(foto); });
 }
 
-QByteArray NyBookBuilder::description(const NyBookProject& project, const QList<NyFotoFacts>& photos) const
+QByteArray NyBookBuilder::description(const NyBookProject &project, const QList<NyFotoFacts> &photos) const
 {
-    const QJsonObject object {
+    const QJsonObject object{
         // Readers take the moment as a 32-bit number and count what is beyond as 0.
-        { u"creationDateEpoch"_s, std::min<qint64>(project.creationDateEpoch, std::numeric_limits<qint32>::max()) },
-        { u"headline"_s, project.title },
-        { u"subline"_s, project.subtitle },
-        { u"menu"_s, NyJsonParser::createMenuJson(m_target.fileName()) },
-        { u"photoCount"_s, project.photoCount() },
-        { u"pageCount"_s, int(project.pages.size()) },
-        { u"occasions"_s, QJsonArray::fromStringList(project.occasions) },
-        { u"dateFrom"_s, photos.constFirst().captureTime.date().toString(Qt::ISODate) },
-        { u"dateTo"_s, photos.constLast().captureTime.date().toString(Qt::ISODate) },
-        { u"style"_s, project.style.toString() },
-        { u"lowResolutionCount"_s, NyBookComposer::lowResolutionCount(project) },
+        {u"creationDateEpoch"_s, std::min<qint64>(project.creationDateEpoch, std::numeric_limits<qint32>::max())},
+        {u"headline"_s, project.title},
+        {u"subline"_s, project.subtitle},
+        {u"menu"_s, NyJsonParser::createMenuJson(m_target.fileName())},
+        {u"photoCount"_s, project.photoCount()},
+        {u"pageCount"_s, int(project.pages.size())},
+        {u"occasions"_s, QJsonArray::fromStringList(project.occasions)},
+        {u"dateFrom"_s, photos.constFirst().captureTime.date().toString(Qt::ISODate)},
+        {u"dateTo"_s, photos.constLast().captureTime.date().toString(Qt::ISODate)},
+        {u"style"_s, project.style.toString()},
+        {u"lowResolutionCount"_s, NyBookComposer::lowResolutionCount(project)},
     };
     return QJsonDocument(object).toJson(QJsonDocument::Indented);
 }
 
-QString NyBookBuilder::write(const NyBookProject& project, const QByteArray& preview, const QByteArray& description)
+QString NyBookBuilder::write(const NyBookProject &project, const QByteArray &preview, const QByteArray &description)
 {
     const struct
     {
         QFileInfo file;
         QByteArray content;
     } parts[] = {
-        { besides(m_target, u".png"_s), preview },
-        { besides(m_target, u".json"_s), description },
-        { m_target, NyBookProjectFile::toJson(project) },
+        {besides(m_target, u".png"_s), preview},
+        {besides(m_target, u".json"_s), description},
+        {m_target, NyBookProjectFile::toJson(project)},
     };
     QString error = checkTarget();
     QFileInfoList written;
-    for (const auto& part : parts) {
+    for (const auto &part : parts) {
         if (m_isCancelled)
             error = tr("Der Vorschlag wurde abgebrochen.");
         if (!error.isEmpty())
@@ -130,15 +130,14 @@ QString NyBookBuilder::write(const NyBookProject& project, const QByteArray& pre
         if (NyFileHandler::writeBinaryFile(part.file, part.content))
             written.append(part.file);
         else
-            error = tr("Die Datei \"%1\" kann nicht geschrieben werden.")
-                        .arg(QDir::toNativeSeparators(part.file.absoluteFilePath()));
+            error = tr("Die Datei \"%1\" kann nicht geschrieben werden.").arg(QDir::toNativeSeparators(part.file.absoluteFilePath()));
     }
     if (!error.isEmpty() && !NyFileHandler::deleteFiles(written))
         qWarning() << "builder: remains of the proposal stay in" << m_target.absolutePath();
     return error;
 }
 
-QString NyBookBuilder::build(const NyFotoList& photos)
+QString NyBookBuilder::build(const NyFotoList &photos)
 {
     QString error = checkTarget();
     if (!error.isEmpty())
@@ -150,8 +149,8 @@ QString NyBookBuilder::build(const NyFotoList& photos)
         return tr("Der Vorschlag wurde abgebrochen.");
     const NyFotoSelection::Result selection = NyFotoSelection::select(facts, MaximumPhotos);
     qInfo() << "builder: photos" << photos.count() << "chosen" << selection.photos.size() << "unreadable" << selection.unreadable
-            << "screenshots" << selection.screenshots << "unusable" << selection.unusable << "near-duplicates"
-            << selection.nearDuplicates << "surplus" << selection.surplus;
+            << "screenshots" << selection.screenshots << "unusable" << selection.unusable << "near-duplicates" << selection.nearDuplicates
+            << "surplus" << selection.surplus;
     if (selection.photos.isEmpty())
         return tr("Keines der %1 Fotos eignet sich für ein Buch.").arg(photos.count());
 
@@ -168,8 +167,7 @@ QString NyBookBuilder::build(const NyFotoList& photos)
 
     QByteArray preview;
     QBuffer buffer(&preview);
-    if (!buffer.open(QIODevice::WriteOnly)
-        || !NyBookRenderer::coverImage(project, request.style, PreviewWidthPx).save(&buffer, "PNG"))
+    if (!buffer.open(QIODevice::WriteOnly) || !NyBookRenderer::coverImage(project, request.style, PreviewWidthPx).save(&buffer, "PNG"))
         return tr("Die Vorschau des Buchs kann nicht gezeichnet werden.");
     error = write(project, preview, description(project, selection.photos));
     if (error.isEmpty())

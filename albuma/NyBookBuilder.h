@@ -39,22 +39,22 @@ public:
     static constexpr int MaximumPhotos = 160;
     static constexpr int PreviewWidthPx = 960;
 
-    explicit NyBookBuilder(const NyBuilderRequest& request);
+    explicit NyBookBuilder(const NyBuilderRequest &request);
 
     /**
      * Returns an empty text when the book is there, else the reason for people to read. Then none of the three files was left behind;
      * files that were there before are never touched.
      */
-    QString build(const NyFotoList& photos);
+    QString build(const NyFotoList &photos);
 
     /** Makes build() end soon and without a book. */
     void cancel() { m_isCancelled = true; }
 
 private:
     QString checkTarget() const;
-    QList<NyFotoFacts> analyse(const NyFotoList& photos);
-    QByteArray description(const NyBookProject& project, const QList<NyFotoFacts>& photos) const;
-    QString write(const NyBookProject& project, const QByteArray& preview, const QByteArray& description);
+    QList<NyFotoFacts> analyse(const NyFotoList &photos);
+    QByteArray description(const NyBookProject &project, const QList<NyFotoFacts> &photos) const;
+    QString write(const NyBookProject &project, const QByteArray &preview, const QByteArray &description);
 
     NyBuilderRequest m_request;
     QFileInfo m_target;

@@ -4,7 +4,8 @@
 
 #include "NyBookPaginator.h"
 
-namespace {
+namespace
+{
 
 constexpr double GAP_MM = 4;
 constexpr double HEADING_MM = 11;
@@ -14,21 +15,21 @@ constexpr double COVER_SHARPNESS = 0.45;
 constexpr int PHOTOS_PER_HERO = 7;
 constexpr int HERO_DISTANCE = 4;
 
-double landscapeBonus(const QSize& size)
+double landscapeBonus(const QSize &size)
 {
     const double ratio = double(size.width()) / size.height();
     return ratio >= 1.15 && ratio <= 1.95 ? 0.15 : 0.0;
 }
 
 /** The strongest photos with enough pixels to stand alone, well apart from each other. */
-QList<bool> heroes(const QList<NyFotoFacts>& photos, const QRectF& areaMm)
+QList<bool> heroes(const QList<NyFotoFacts> &photos, const QRectF &areaMm)
 {
     QList<bool> hero(photos.size(), false);
     QList<qsizetype> order(photos.size());
     for (qsizetype i = 0; i < order.size(); ++i)
         order[i] = i;
-    std::stable_sort(order.begin(), order.end(),
-        [&](qsizetype a, qsizetype b) { return photos.at(a).strength() > photos.at(b).strength(); });
+    std::stable_sort(
+        order.begin(), order.end(), [&](qsizetype a, qsizetype b) { return photos.at(a).strength() > photos.at(b).strength(); });
     qsizetype left = (photos.size() + PHOTOS_PER_HERO - 1) / PHOTOS_PER_HERO;
     for (const qsizetype i : std::as_const(order)) {
         if (left == 0)
@@ -47,7 +48,7 @@ QList<bool> heroes(const QList<NyFotoFacts>& photos, const QRectF& areaMm)
     return hero;
 }
 
-NyPlacedFoto placed(const NyFotoFacts& facts, const QRectF& rectMm)
+NyPlacedFoto placed(const NyFotoFacts &facts, const QRectF &rectMm)
 {
     NyPlacedFoto foto;
     foto.url = facts.url;
@@ -56,7 +57,7 @@ NyPlacedFoto placed(const NyFotoFacts& facts, const QRectF& rectMm)
     return foto;
 }
 
-NyBookText text(NyBookText::Role role, const QString& words, const QRectF& rectMm, double fontSizePt, Qt::AlignmentFlag alignment)
+NyBookText text(NyBookText::Role role, const QString &words, const QRectF &rectMm, double fontSizePt, Qt::AlignmentFlag alignment)
 {
     NyBookText result;
     result.role = role;
@@ -67,14 +68,14 @@ NyBookText text(NyBookText::Role role, const QString& words, const QRectF& rectM
     return result;
 }
 
-NyBookPage cover(const NyBookComposer::Request& request, const QSizeF& pageMm)
+NyBookPage cover(const NyBookComposer::Request &request, const QSizeF &pageMm)
 {
     NyBookPage page;
-    const NyFotoFacts& facts = request.photos.at(NyBookComposer::coverPhoto(request.photos));
+    const NyFotoFacts &facts = request.photos.at(NyBookComposer::coverPhoto(request.photos));
     const double side = 18;
     const QRectF area(side, 17, pageMm.width() - 2 * side, 134);
-    const NyPageLayout::Result layout = NyPageLayout::arrange({ { facts.sizePx, true } }, area, 0);
-    page.photos = { placed(facts, layout.rectsMm.constFirst()) };
+    const NyPageLayout::Result layout = NyPageLayout::arrange({{facts.sizePx, true}}, area, 0);
+    page.photos = {placed(facts, layout.rectsMm.constFirst())};
     const QRectF titleRect(side, area.bottom() + 8, area.width(), 24);
     page.texts.append(text(NyBookText::Role::Title, request.words.title, titleRect, 34, Qt::AlignHCenter));
     if (!request.words.subtitle.isEmpty()) {
@@ -86,27 +87,27 @@ NyBookPage cover(const NyBookComposer::Request& request, const QSizeF& pageMm)
 
 }
 
-qsizetype NyBookComposer::coverPhoto(const QList<NyFotoFacts>& photos)
+qsizetype NyBookComposer::coverPhoto(const QList<NyFotoFacts> &photos)
 {
-    const auto rank = [](const NyFotoFacts& facts) {
+    const auto rank = [](const NyFotoFacts &facts) {
         return (facts.sharpness >= COVER_SHARPNESS ? 10 : 0) + facts.strength() + landscapeBonus(facts.sizePx);
     };
-    const auto best = std::max_element(photos.cbegin(), photos.cend(),
-        [&](const NyFotoFacts& a, const NyFotoFacts& b) { return rank(a) < rank(b); });
+    const auto best
+        = std::max_element(photos.cbegin(), photos.cend(), [&](const NyFotoFacts &a, const NyFotoFacts &b) { return rank(a) < rank(b); });
     return best - photos.cbegin();
 }
 
-int NyBookComposer::lowResolutionCount(const NyBookProject& project)
+int NyBookComposer::lowResolutionCount(const NyBookProject &project)
 {
     int count = 0;
-    for (const NyBookPage& page : project.pages) {
+    for (const NyBookPage &page : project.pages) {
         count += int(std::count_if(page.photos.cbegin(), page.photos.cend(),
-            [](const NyPlacedFoto& foto) { return foto.printedDpi() < NyPageLayout::RecommendedDpi; }));
+            [](const NyPlacedFoto &foto) { return foto.printedDpi() < NyPageLayout::RecommendedDpi; }));
     }
     return count;
 }
 
-NyBookProject NyBookComposer::compose(const Request& request)
+NyBookProject NyBookComposer::compose(const Request &request)
 {
     NyBookProject project;
     project.title = request.words.title;
@@ -131,11 +132,11 @@ NyBookProject NyBookComposer::compose(const Request& request)
     QList<NyPaginatorFoto> sequence;
     sequence.reserve(request.photos.size());
     for (qsizetype i = 0; i < request.photos.size(); ++i) {
-        const NyFotoFacts& facts = request.photos.at(i);
-        sequence.append({ { facts.sizePx, hero.at(i) }, facts.captureTime.date() });
+        const NyFotoFacts &facts = request.photos.at(i);
+        sequence.append({{facts.sizePx, hero.at(i)}, facts.captureTime.date()});
     }
     const QList<NyPaginatedPage> pages = NyBookPaginator::paginate(sequence, geometry);
-    for (const NyPaginatedPage& paginated : pages) {
+    for (const NyPaginatedPage &paginated : pages) {
         NyBookPage page;
         for (qsizetype i = 0; i < paginated.layout.rectsMm.size(); ++i)
             page.photos.append(placed(request.photos.at(paginated.firstPhoto + i), paginated.layout.rectsMm.at(i)));

@@ -23,11 +23,11 @@ public:
         qint64 creationDateEpoch = 0;
     };
 
-    static NyBookProject compose(const Request& request);
+    static NyBookProject compose(const Request &request);
 
     /** Index of the photo for the cover: the strongest of those that are sharp enough, else the strongest of all. */
-    static qsizetype coverPhoto(const QList<NyFotoFacts>& photos);
+    static qsizetype coverPhoto(const QList<NyFotoFacts> &photos);
 
     /** Photos that are printed with fewer pixels per inch than NyPageLayout::RecommendedDpi. */
-    static int lowResolutionCount(const NyBookProject& project);
+    static int lowResolutionCount(const NyBookProject &project);
 };

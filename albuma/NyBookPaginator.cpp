@@ -4,13 +4,14 @@
 #include <limits>
 #include <vector>
 
-namespace {
+namespace
+{
 
 constexpr int MAXIMUM = NyPageLayout::MaximumPhotos;
 constexpr double INFINITE = std::numeric_limits<double>::infinity();
 
 /** Cost for each photo of a page by the number of photos on it; two is the number to aim at. */
-constexpr std::array<double, MAXIMUM + 1> COST_BY_COUNT { 0, 0.5, 0.0, 0.12, 0.36, 0.7, 0.95 };
+constexpr std::array<double, MAXIMUM + 1> COST_BY_COUNT{0, 0.5, 0.0, 0.12, 0.36, 0.7, 0.95};
 constexpr double HERO_ALONE_GAIN = 0.9;
 /** A hero that shares its page cannot be as large as it deserves. */
 constexpr double HERO_SHARING_COST = 0.25;
@@ -27,12 +28,12 @@ struct Candidate
     double cost = INFINITE;
 };
 
-bool beginsDay(const QList<NyPaginatorFoto>& photos, int index)
+bool beginsDay(const QList<NyPaginatorFoto> &photos, int index)
 {
     return index == 0 || photos.at(index - 1).day != photos.at(index).day;
 }
 
-Candidate measure(const QList<NyPaginatorFoto>& photos, int begin, int count, const NyPageGeometry& geometry)
+Candidate measure(const QList<NyPaginatorFoto> &photos, int begin, int count, const NyPageGeometry &geometry)
 {
     QList<NyLayoutFoto> onPage;
     int heroes = 0;
@@ -65,33 +66,33 @@ struct State
 
 }
 
-QList<NyPaginatedPage> NyBookPaginator::paginate(const QList<NyPaginatorFoto>& photos, const NyPageGeometry& geometry)
+QList<NyPaginatedPage> NyBookPaginator::paginate(const QList<NyPaginatorFoto> &photos, const NyPageGeometry &geometry)
 {
     const int total = int(photos.size());
     if (total == 0)
         return {};
     using States = std::array<std::array<State, 2>, MAXIMUM + 1>;
     std::vector<States> states(size_t(total) + 1);
-    std::vector<std::array<Candidate, MAXIMUM + 1>> candidates { size_t(total) };
+    std::vector<std::array<Candidate, MAXIMUM + 1>> candidates{size_t(total)};
     states[0][0][0].cost = 0;
 
     for (int begin = 0; begin < total; ++begin) {
         for (int count = 1; count <= MAXIMUM && begin + count <= total; ++count) {
             if (count > 1 && beginsDay(photos, begin + count - 1))
                 break;
-            Candidate& candidate = candidates[size_t(begin)][size_t(count)];
+            Candidate &candidate = candidates[size_t(begin)][size_t(count)];
             candidate = measure(photos, begin, count, geometry);
             if (candidate.cost == INFINITE)
                 continue;
             for (int previous = 0; previous <= MAXIMUM; ++previous) {
                 for (int parity = 0; parity < 2; ++parity) {
-                    const State& from = states[size_t(begin)][size_t(previous)][size_t(parity)];
+                    const State &from = states[size_t(begin)][size_t(previous)][size_t(parity)];
                     if (from.cost == INFINITE)
                         continue;
                     const double cost = from.cost + candidate.cost + (count == previous ? SAME_COUNT_COST : 0);
-                    State& to = states[size_t(begin + count)][size_t(count)][size_t(1 - parity)];
+                    State &to = states[size_t(begin + count)][size_t(count)][size_t(1 - parity)];
                     if (cost < to.cost)
-                        to = { cost, previous };
+                        to = {cost, previous};
                 }
             }
         }
@@ -114,7 +115,7 @@ QList<NyPaginatedPage> NyBookPaginator::paginate(const QList<NyPaginatorFoto>& p
     QList<NyPaginatedPage> pages;
     for (int end = total; end > 0;) {
         const int begin = end - count;
-        pages.prepend({ begin, beginsDay(photos, begin), candidates[size_t(begin)][size_t(count)].layout });
+        pages.prepend({begin, beginsDay(photos, begin), candidates[size_t(begin)][size_t(count)].layout});
         count = states[size_t(end)][size_t(count)][size_t(parity)].previousCount;
         parity = 1 - parity;
         end = begin;

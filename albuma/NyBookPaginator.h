@@ -38,5 +38,5 @@ struct NyPageGeometry
 class NyBookPaginator
 {
 public:
-    static QList<NyPaginatedPage> paginate(const QList<NyPaginatorFoto>& photos, const NyPageGeometry& geometry);
+    static QList<NyPaginatedPage> paginate(const QList<NyPaginatorFoto> &photos, const NyPageGeometry &geometry);
 };

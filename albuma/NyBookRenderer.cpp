@@ -8,7 +8,8 @@
 
 #include <NyImageLoader.h>
 
-namespace {
+namespace
+{
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,10 +19,10 @@ constexpr double SMALLEST_FONT_SHARE = 0.45;
 constexpr double COVER_FRAME_MM = 2.2;
 constexpr double ACCENT_LINE_MM = 26;
 
-QFont fontOf(const QString& families)
+QFont fontOf(const QString &families)
 {
     QStringList list = families.split(u',', Qt::SkipEmptyParts);
-    for (QString& family : list)
+    for (QString &family : list)
         family = family.trimmed();
     QFont font;
     font.setFamilies(list);
@@ -30,24 +31,22 @@ QFont fontOf(const QString& families)
 
 }
 
-NyBookRenderer::NyBookRenderer(const NyDesignStyle& style, PictureSource source)
+NyBookRenderer::NyBookRenderer(const NyDesignStyle &style, PictureSource source)
     : m_style(style)
     , m_source(std::move(source))
 {
 }
 
-void NyBookRenderer::paint(QPainter& painter, const NyBookPage& page, PageKind kind, const QSizeF& pageMm, const QRectF& target,
-    double devicePixelRatio) const
+void NyBookRenderer::paint(
+    QPainter &painter, const NyBookPage &page, PageKind kind, const QSizeF &pageMm, const QRectF &target, double devicePixelRatio) const
 {
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
     painter.setClipRect(target, Qt::IntersectClip);
     painter.fillRect(target, kind == PageKind::Cover ? m_style.coverBackground : m_style.pageBackground);
     const double unitsPerMm = target.width() / pageMm.width();
-    const auto toTarget = [&](const QRectF& mm) {
-        return QRectF(target.topLeft() + mm.topLeft() * unitsPerMm, mm.size() * unitsPerMm);
-    };
-    for (const NyPlacedFoto& foto : page.photos) {
+    const auto toTarget = [&](const QRectF &mm) { return QRectF(target.topLeft() + mm.topLeft() * unitsPerMm, mm.size() * unitsPerMm); };
+    for (const NyPlacedFoto &foto : page.photos) {
         const QRectF rect = toTarget(foto.rectMm);
         if (kind == PageKind::Cover) {
             const double frame = COVER_FRAME_MM * unitsPerMm;
@@ -60,7 +59,7 @@ void NyBookRenderer::paint(QPainter& painter, const NyBookPage& page, PageKind k
         }
         paintPhoto(painter, foto, kind, rect, devicePixelRatio);
     }
-    for (const NyBookText& text : page.texts) {
+    for (const NyBookText &text : page.texts) {
         paintText(painter, text, kind, toTarget(text.rectMm), unitsPerMm);
         if (kind == PageKind::Cover && text.role == NyBookText::Role::Subtitle) {
             const QRectF line((text.rectMm.center().x() - ACCENT_LINE_MM / 2), text.rectMm.top() - 1.6, ACCENT_LINE_MM, 0.6);
@@ -71,7 +70,7 @@ void NyBookRenderer::paint(QPainter& painter, const NyBookPage& page, PageKind k
 }
 
 void NyBookRenderer::paintPhoto(
-    QPainter& painter, const NyPlacedFoto& foto, PageKind kind, const QRectF& rect, double devicePixelRatio) const
+    QPainter &painter, const NyPlacedFoto &foto, PageKind kind, const QRectF &rect, double devicePixelRatio) const
 {
     const Picture picture = m_source(foto.url, boxPx(foto, rect.size(), devicePixelRatio));
     switch (picture.state) {
@@ -99,7 +98,7 @@ void NyBookRenderer::paintPhoto(
     painter.drawImage(rect, image, source);
 }
 
-QSize NyBookRenderer::boxPx(const NyPlacedFoto& foto, const QSizeF& units, double devicePixelRatio)
+QSize NyBookRenderer::boxPx(const NyPlacedFoto &foto, const QSizeF &units, double devicePixelRatio)
 {
     QSizeF whole(units.width() / foto.crop.width(), units.height() / foto.crop.height());
     if (foto.rotationDegrees % 180 != 0)
@@ -107,10 +106,10 @@ QSize NyBookRenderer::boxPx(const NyPlacedFoto& foto, const QSizeF& units, doubl
     // A tiny crop of a huge picture must not ask for more than any screen or memory has.
     constexpr double largestPx = 20000;
     whole *= devicePixelRatio;
-    return { int(std::ceil(std::clamp(whole.width(), 1.0, largestPx))), int(std::ceil(std::clamp(whole.height(), 1.0, largestPx))) };
+    return {int(std::ceil(std::clamp(whole.width(), 1.0, largestPx))), int(std::ceil(std::clamp(whole.height(), 1.0, largestPx)))};
 }
 
-void NyBookRenderer::paintMissing(QPainter& painter, const QString& name, const QRectF& rect) const
+void NyBookRenderer::paintMissing(QPainter &painter, const QString &name, const QRectF &rect) const
 {
     painter.save();
     painter.fillRect(rect, QColor(0xdc, 0xdc, 0xdc));
@@ -128,8 +127,7 @@ void NyBookRenderer::paintMissing(QPainter& painter, const QString& name, const 
     painter.restore();
 }
 
-void NyBookRenderer::paintText(
-    QPainter& painter, const NyBookText& text, PageKind kind, const QRectF& rect, double unitsPerMm) const
+void NyBookRenderer::paintText(QPainter &painter, const NyBookText &text, PageKind kind, const QRectF &rect, double unitsPerMm) const
 {
     const bool isTitle = text.role == NyBookText::Role::Title || text.role == NyBookText::Role::DayHeading;
     QFont font = fontOf(isTitle ? m_style.titleFonts : m_style.bodyFonts);
@@ -149,14 +147,14 @@ void NyBookRenderer::paintText(
     painter.drawText(rect, flags, text.text);
 }
 
-QImage NyBookRenderer::coverImage(const NyBookProject& project, const NyDesignStyle& style, int widthPx)
+QImage NyBookRenderer::coverImage(const NyBookProject &project, const NyDesignStyle &style, int widthPx)
 {
     const int heightPx = int(std::lround(widthPx * project.pageSizeMm.height() / project.pageSizeMm.width()));
     QImage image(widthPx, std::max(1, heightPx), QImage::Format_RGB32);
     image.fill(style.coverBackground);
-    const NyBookRenderer renderer(style, [](const QUrl& url, const QSize& boxPx) -> Picture {
+    const NyBookRenderer renderer(style, [](const QUrl &url, const QSize &boxPx) -> Picture {
         const QImage loaded = NyImageLoader::instance().loadScaled(url.toLocalFile(), boxPx);
-        return { loaded.isNull() ? Picture::State::Missing : Picture::State::Ready, loaded };
+        return {loaded.isNull() ? Picture::State::Missing : Picture::State::Ready, loaded};
     });
     QPainter painter(&image);
     renderer.paint(painter, project.cover, PageKind::Cover, project.pageSizeMm, QRectF(image.rect()), 1.0);

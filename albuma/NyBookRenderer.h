@@ -25,24 +25,24 @@ public:
         QImage image;
     };
     /** Gives the upright picture of a URL, best in a size that just fills the box of px. */
-    using PictureSource = std::function<Picture(const QUrl& url, const QSize& boxPx)>;
+    using PictureSource = std::function<Picture(const QUrl &url, const QSize &boxPx)>;
 
-    NyBookRenderer(const NyDesignStyle& style, PictureSource source);
+    NyBookRenderer(const NyDesignStyle &style, PictureSource source);
 
     /** Paints @p page into @p target, whose proportions should be the page's. Units of the painter; @p devicePixelRatio px a unit. */
-    void paint(QPainter& painter, const NyBookPage& page, PageKind kind, const QSizeF& pageMm, const QRectF& target,
+    void paint(QPainter &painter, const NyBookPage &page, PageKind kind, const QSizeF &pageMm, const QRectF &target,
         double devicePixelRatio) const;
 
     /** The size in px of the whole upright picture when @p foto is painted into a rectangle of @p units. */
-    static QSize boxPx(const NyPlacedFoto& foto, const QSizeF& units, double devicePixelRatio);
+    static QSize boxPx(const NyPlacedFoto &foto, const QSizeF &units, double devicePixelRatio);
 
     /** The front cover as a picture of @p widthPx, drawn with the files that the photos name. */
-    static QImage coverImage(const NyBookProject& project, const NyDesignStyle& style, int widthPx);
+    static QImage coverImage(const NyBookProject &project, const NyDesignStyle &style, int widthPx);
 
 private:
-    void paintPhoto(QPainter& painter, const NyPlacedFoto& foto, PageKind kind, const QRectF& rect, double devicePixelRatio) const;
-    void paintMissing(QPainter& painter, const QString& name, const QRectF& rect) const;
-    void paintText(QPainter& painter, const NyBookText& text, PageKind kind, const QRectF& rect, double unitsPerMm) const;
+    void paintPhoto(QPainter &painter, const NyPlacedFoto &foto, PageKind kind, const QRectF &rect, double devicePixelRatio) const;
+    void paintMissing(QPainter &painter, const QString &name, const QRectF &rect) const;
+    void paintText(QPainter &painter, const NyBookText &text, PageKind kind, const QRectF &rect, double unitsPerMm) const;
 
     NyDesignStyle m_style;
     PictureSource m_source;

@@ -6,7 +6,8 @@
 #include <QRegularExpression>
 #include <QSet>
 
-namespace {
+namespace
+{
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,12 +21,12 @@ QString monthPattern()
 {
     static const QString pattern = [] {
         QStringList names;
-        for (const QLocale::Language language : { QLocale::German, QLocale::English, QLocale::French, QLocale::Italian,
-                 QLocale::Spanish, QLocale::Dutch }) {
+        for (const QLocale::Language language :
+            {QLocale::German, QLocale::English, QLocale::French, QLocale::Italian, QLocale::Spanish, QLocale::Dutch}) {
             const QLocale locale(language);
             for (int month = 1; month <= 12; ++month) {
-                for (const QLocale::FormatType format : { QLocale::LongFormat, QLocale::ShortFormat }) {
-                    for (const QString& name : { locale.monthName(month, format), locale.standaloneMonthName(month, format) }) {
+                for (const QLocale::FormatType format : {QLocale::LongFormat, QLocale::ShortFormat}) {
+                    for (const QString &name : {locale.monthName(month, format), locale.standaloneMonthName(month, format)}) {
                         QString bare = name;
                         bare.remove(u'.');
                         if (bare.size() >= 3)
@@ -34,16 +35,16 @@ QString monthPattern()
                 }
             }
         }
-        names.append({ u"maerz"_s, u"mrz"_s, u"sept"_s, u"okt"_s, u"dez"_s });
+        names.append({u"maerz"_s, u"mrz"_s, u"sept"_s, u"okt"_s, u"dez"_s});
         names.removeDuplicates();
-        std::sort(names.begin(), names.end(), [](const QString& a, const QString& b) { return a.size() > b.size(); });
+        std::sort(names.begin(), names.end(), [](const QString &a, const QString &b) { return a.size() > b.size(); });
         return u"(?:"_s + names.join(u'|') + u")\\.?"_s;
     }();
     return pattern;
 }
 
 /** Everything in a name that says when, longest forms first. */
-const QList<QRegularExpression>& datePatterns()
+const QList<QRegularExpression> &datePatterns()
 {
     static const QList<QRegularExpression> patterns = [] {
         const QString month = monthPattern();
@@ -55,7 +56,7 @@ const QList<QRegularExpression>& datePatterns()
         const QString clock = u"[-T ]\\d\\d[-.:]\\d\\d(?:[-.:]\\d\\d)?"_s;
         const QString dayMonth = u"(?:0?[1-9]|[12]\\d|3[01])\\.(?:0?[1-9]|1[0-2])"_s;
         const QString dayMonthYear = u"\\d{1,2}[./]\\s?\\d{1,2}[./]\\s?(?:\\d{4}|\\d{2})"_s;
-        const QStringList texts {
+        const QStringList texts{
             isoDay + upTo + isoDay,
             isoDay + clock,
             isoDay + upTo + u"(?:(?:0[1-9]|1[0-2])[-.])?(?:0[1-9]|[12]\\d|3[01])"_s,
@@ -80,7 +81,7 @@ const QList<QRegularExpression>& datePatterns()
             u"'\\d\\d"_s,
         };
         QList<QRegularExpression> compiled;
-        for (const QString& text : texts) {
+        for (const QString &text : texts) {
             compiled.append(QRegularExpression(begin + u"(?:"_s + text + u")"_s + end,
                 QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption));
         }
@@ -90,7 +91,7 @@ const QList<QRegularExpression>& datePatterns()
 }
 
 /** Folders that cameras, phones and programs make. */
-bool isTechnicalName(const QString& name)
+bool isTechnicalName(const QString &name)
 {
     static const QRegularExpression pattern(
         u"^(?:\\d{3}[A-Z0-9_]{5}|\\d{3}[_-]?(?:canon|nikon|olymp|apple|media|msdcf|fuji|panas|_pana)\\w*|dcim|camera(?: roll)?|kamera|"
@@ -98,22 +99,23 @@ bool isTechnicalName(const QString& name)
         "neuer ordner|new folder|nouveau dossier|nuova cartella|nueva carpeta|nieuwe map|import|importe?d?|upload|uploads|"
         "download|downloads|desktop|schreibtisch|dokumente|documents|tmp|temp|home|"
         "takeout|google (?:fotos|photos)|whatsapp(?: images)?|fotos?|photos?|pictures|bilder|images?|pics|"
-        "fotos? von|photos? from|(?:iphone|ipad|handy|smartphone|galaxy|pixel) (?:von|of|de) .+|.+['’]s? (?:iphone|ipad|handy|smartphone)|backup|sicherung|handy|smartphone|iphone|ipad|android|sonstiges?|diverse?s?|misc|test|jahr)"
+        "fotos? von|photos? from|(?:iphone|ipad|handy|smartphone|galaxy|pixel) (?:von|of|de) .+|.+['’]s? "
+        "(?:iphone|ipad|handy|smartphone)|backup|sicherung|handy|smartphone|iphone|ipad|android|sonstiges?|diverse?s?|misc|test|jahr)"
         "(?:\\s*\\(?\\d{1,3}\\)?)?$"_s,
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     return pattern.match(name).hasMatch();
 }
 
 /** A month alone says no more than the dates do; three letters may be a person's name as well. */
-bool isMonthName(const QString& name)
+bool isMonthName(const QString &name)
 {
-    static const QRegularExpression pattern(u"^"_s + monthPattern() + u"$"_s,
-        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    static const QRegularExpression pattern(
+        u"^"_s + monthPattern() + u"$"_s, QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     return name.size() > 3 && pattern.match(name).hasMatch();
 }
 
 /** "4. Juli " of "4. Juli in Boston": a day that the words after it belong to. */
-QString partOfSentence(const QString& name)
+QString partOfSentence(const QString &name)
 {
     static const QRegularExpression pattern(
         u"^(?:\\d{1,2}\\.?\\s?)?"_s + monthPattern() + u"\\s+(?=(?:in|im|am|an|auf|bei|beim|mit|at|on|with|à|en)\\s)"_s,
@@ -122,27 +124,27 @@ QString partOfSentence(const QString& name)
 }
 
 /** Writes abbreviations in capitals, whatever the folder's owner typed. */
-void raiseAbbreviations(QString& name)
+void raiseAbbreviations(QString &name)
 {
-    static const QRegularExpression pattern(
-        u"\\b(?:usa|uk|nyc|ddr|bbq|wm|em)\\b"_s, QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    static const QRegularExpression pattern(u"\\b(?:usa|uk|nyc|ddr|bbq|wm|em)\\b"_s,
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     for (auto matches = pattern.globalMatch(name); matches.hasNext();) {
         const QRegularExpressionMatch match = matches.next();
         name.replace(match.capturedStart(), match.capturedLength(), match.captured().toUpper());
     }
 }
 
-bool hasLetter(const QString& text)
+bool hasLetter(const QString &text)
 {
     return std::any_of(text.cbegin(), text.cend(), [](QChar c) { return c.isLetter() || c.isSurrogate(); });
 }
 
 /** The deepest folder that holds all of @p folders; empty if there is none. */
-QString commonFolder(const QStringList& folders)
+QString commonFolder(const QStringList &folders)
 {
     QStringList common;
     bool first = true;
-    for (const QString& folder : folders) {
+    for (const QString &folder : folders) {
         const QStringList parts = QDir::cleanPath(folder).split(u'/');
         if (first) {
             common = parts;
@@ -159,8 +161,8 @@ QString commonFolder(const QStringList& folders)
 
 }
 
-NyBookTitle::Result NyBookTitle::forBook(const QStringList& folders, const QString& picturesHome, const QStringList& occasions,
-    const QDate& from, const QDate& to)
+NyBookTitle::Result NyBookTitle::forBook(
+    const QStringList &folders, const QString &picturesHome, const QStringList &occasions, const QDate &from, const QDate &to)
 {
     Result result;
     QString folder = commonFolder(folders);
@@ -172,7 +174,7 @@ NyBookTitle::Result NyBookTitle::forBook(const QStringList& folders, const QStri
         folder = folder.section(u'/', 0, -2);
     }
     const QString dates = dateRange(from, to);
-    for (const QString& occasion : occasions) {
+    for (const QString &occasion : occasions) {
         if (!result.title.isEmpty())
             break;
         result.title = occasionName(occasion);
@@ -186,7 +188,7 @@ NyBookTitle::Result NyBookTitle::forBook(const QStringList& folders, const QStri
     return result;
 }
 
-QString NyBookTitle::eventName(const QString& folderName)
+QString NyBookTitle::eventName(const QString &folderName)
 {
     QString name = folderName.normalized(QString::NormalizationForm_C);
     // A school year or a turn of the year; as soon as the underscore is a blank, the second number could be anything.
@@ -195,13 +197,13 @@ QString NyBookTitle::eventName(const QString& folderName)
     name.replace(u'_', u' ');
     const QString opening = partOfSentence(name);
     name.remove(0, opening.size());
-    for (const QRegularExpression& pattern : datePatterns())
+    for (const QRegularExpression &pattern : datePatterns())
         name.replace(pattern, u" "_s);
     // What brackets held was often only the date.
     static const QRegularExpression emptyBrackets(u"[(\\[{]\\s*[)\\]}]"_s);
     name.remove(emptyBrackets);
-    static const QRegularExpression copyMark(u"(?:\\s*\\(\\d{1,3}\\)|\\s*-\\s*(?:Kopie|Copy)(?:\\s*\\(\\d+\\))?)\\s*$"_s,
-        QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression copyMark(
+        u"(?:\\s*\\(\\d{1,3}\\)|\\s*-\\s*(?:Kopie|Copy)(?:\\s*\\(\\d+\\))?)\\s*$"_s, QRegularExpression::CaseInsensitiveOption);
     name.remove(copyMark);
     name = name.simplified();
     static const QRegularExpression blankBeforeMark(u"\\s+(?=[!?])"_s);
@@ -230,7 +232,7 @@ QString NyBookTitle::eventName(const QString& folderName)
     return name;
 }
 
-QString NyBookTitle::dateRange(const QDate& from, const QDate& to)
+QString NyBookTitle::dateRange(const QDate &from, const QDate &to)
 {
     if (!from.isValid() || !to.isValid())
         return {};
@@ -253,23 +255,40 @@ QString NyBookTitle::dateRange(const QDate& from, const QDate& to)
     return u"%1 – %2"_s.arg(locale.toString(from, firstFormat), last);
 }
 
-QString NyBookTitle::day(const QDate& date)
+QString NyBookTitle::day(const QDate &date)
 {
     return german().toString(date, u"dddd, d. MMMM yyyy"_s);
 }
 
-QString NyBookTitle::occasionName(const QString& keyword)
+QString NyBookTitle::occasionName(const QString &keyword)
 {
-    static const QHash<QString, QString> names {
-        { u"wedding"_s, tr("Hochzeit") }, { u"birthday"_s, tr("Geburtstag") }, { u"christmas"_s, tr("Weihnachten") },
-        { u"newyear"_s, tr("Silvester") }, { u"easter"_s, tr("Ostern") }, { u"carnival"_s, tr("Karneval") },
-        { u"halloween"_s, tr("Halloween") }, { u"baptism"_s, tr("Taufe") }, { u"communion"_s, tr("Kommunion") },
-        { u"school"_s, tr("Schulzeit") }, { u"graduation"_s, tr("Abschlussfeier") }, { u"baby"_s, tr("Unser Baby") },
-        { u"anniversary"_s, tr("Jubiläum") }, { u"beach"_s, tr("Am Strand") }, { u"city"_s, tr("Städtereise") },
-        { u"hiking"_s, tr("Wandern") }, { u"snow"_s, tr("Winterfreuden") }, { u"roadtrip"_s, tr("Rundreise") },
-        { u"cruise"_s, tr("Kreuzfahrt") }, { u"vacation"_s, tr("Urlaub") }, { u"concert"_s, tr("Konzert") },
-        { u"sports"_s, tr("Sport") }, { u"zoo"_s, tr("Im Zoo") }, { u"family"_s, tr("Familie") },
-        { u"fair"_s, tr("Auf dem Volksfest") }, { u"pets"_s, tr("Unsere Haustiere") },
+    static const QHash<QString, QString> names{
+        {u"wedding"_s, tr("Hochzeit")},
+        {u"birthday"_s, tr("Geburtstag")},
+        {u"christmas"_s, tr("Weihnachten")},
+        {u"newyear"_s, tr("Silvester")},
+        {u"easter"_s, tr("Ostern")},
+        {u"carnival"_s, tr("Karneval")},
+        {u"halloween"_s, tr("Halloween")},
+        {u"baptism"_s, tr("Taufe")},
+        {u"communion"_s, tr("Kommunion")},
+        {u"school"_s, tr("Schulzeit")},
+        {u"graduation"_s, tr("Abschlussfeier")},
+        {u"baby"_s, tr("Unser Baby")},
+        {u"anniversary"_s, tr("Jubiläum")},
+        {u"beach"_s, tr("Am Strand")},
+        {u"city"_s, tr("Städtereise")},
+        {u"hiking"_s, tr("Wandern")},
+        {u"snow"_s, tr("Winterfreuden")},
+        {u"roadtrip"_s, tr("Rundreise")},
+        {u"cruise"_s, tr("Kreuzfahrt")},
+        {u"vacation"_s, tr("Urlaub")},
+        {u"concert"_s, tr("Konzert")},
+        {u"sports"_s, tr("Sport")},
+        {u"zoo"_s, tr("Im Zoo")},
+        {u"family"_s, tr("Familie")},
+        {u"fair"_s, tr("Auf dem Volksfest")},
+        {u"pets"_s, tr("Unsere Haustiere")},
     };
     return names.value(keyword);
 }

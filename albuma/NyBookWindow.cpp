@@ -15,25 +15,26 @@
 
 #include "NySpreadView.h"
 
-namespace {
+namespace
+{
 
 using namespace Qt::Literals::StringLiterals;
 
 constexpr int SHOWN_MISSING_NAMES = 3;
 
-QStringList missingPhotos(const QList<QUrl>& urls)
+QStringList missingPhotos(const QList<QUrl> &urls)
 {
     QStringList names;
-    for (const QUrl& url : urls) {
+    for (const QUrl &url : urls) {
         if (!url.isLocalFile() || !QFileInfo(url.toLocalFile()).isFile())
             names.append(url.fileName());
     }
     return names;
 }
 
-QPushButton* createPageButton(const QString& name, const QString& text, QWidget* parent)
+QPushButton *createPageButton(const QString &name, const QString &text, QWidget *parent)
 {
-    auto* button = new QPushButton(text, parent);
+    auto *button = new QPushButton(text, parent);
     button->setObjectName(name);
     button->setMinimumSize(130, 36);
     // The arrow keys belong to the book, not to the way between the buttons.
@@ -43,12 +44,11 @@ QPushButton* createPageButton(const QString& name, const QString& text, QWidget*
 
 }
 
-NyBookWindow::NyBookWindow(const NyBookProject& project, const NyDesignStyle& style, NyLoadWarnings warnings)
+NyBookWindow::NyBookWindow(const NyBookProject &project, const NyDesignStyle &style, NyLoadWarnings warnings)
 {
-    setWindowTitle(u"%1 – %2"_s.arg(project.title.simplified(),
-        NyProgramConfig::instance().programName(NyProgramID::MainProgram)));
-    auto* central = new QWidget(this);
-    auto* layout = new QVBoxLayout(central);
+    setWindowTitle(u"%1 – %2"_s.arg(project.title.simplified(), NyProgramConfig::instance().programName(NyProgramID::MainProgram)));
+    auto *central = new QWidget(this);
+    auto *layout = new QVBoxLayout(central);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(createTop(project));
@@ -66,13 +66,13 @@ NyBookWindow::NyBookWindow(const NyBookProject& project, const NyDesignStyle& st
 
 NyBookWindow::~NyBookWindow() = default;
 
-QWidget* NyBookWindow::createTop(const NyBookProject& project)
+QWidget *NyBookWindow::createTop(const NyBookProject &project)
 {
-    auto* top = new QWidget(this);
-    auto* layout = new QVBoxLayout(top);
+    auto *top = new QWidget(this);
+    auto *layout = new QVBoxLayout(top);
     layout->setContentsMargins(24, 14, 24, 10);
     layout->setSpacing(2);
-    auto* title = new QLabel(project.title.simplified(), top);
+    auto *title = new QLabel(project.title.simplified(), top);
     title->setObjectName(u"title"_s);
     title->setTextFormat(Qt::PlainText);
     title->setAlignment(Qt::AlignHCenter);
@@ -82,7 +82,7 @@ QWidget* NyBookWindow::createTop(const NyBookProject& project)
     titleFont.setBold(true);
     title->setFont(titleFont);
     layout->addWidget(title);
-    auto* subtitle = new QLabel(project.subtitle.simplified(), top);
+    auto *subtitle = new QLabel(project.subtitle.simplified(), top);
     subtitle->setTextFormat(Qt::PlainText);
     subtitle->setAlignment(Qt::AlignHCenter);
     subtitle->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -99,10 +99,10 @@ QWidget* NyBookWindow::createTop(const NyBookProject& project)
     return top;
 }
 
-QWidget* NyBookWindow::createBottom()
+QWidget *NyBookWindow::createBottom()
 {
-    auto* bottom = new QWidget(this);
-    auto* layout = new QHBoxLayout(bottom);
+    auto *bottom = new QWidget(this);
+    auto *layout = new QHBoxLayout(bottom);
     layout->setContentsMargins(24, 8, 24, 12);
     m_previous = createPageButton(u"previous"_s, tr("‹  Zurück"), bottom);
     m_next = createPageButton(u"next"_s, tr("Weiter  ›"), bottom);
@@ -122,26 +122,26 @@ QWidget* NyBookWindow::createBottom()
 
 void NyBookWindow::createActions()
 {
-    QMenu* file = menuBar()->addMenu(tr("&Datei"));
-    QAction* open = file->addAction(tr("Buch ö&ffnen …"));
+    QMenu *file = menuBar()->addMenu(tr("&Datei"));
+    QAction *open = file->addAction(tr("Buch ö&ffnen …"));
     open->setShortcut(QKeySequence::Open);
     connect(open, &QAction::triggered, this, &NyBookWindow::openRequested);
     file->addSeparator();
-    QAction* close = file->addAction(tr("&Schließen"));
+    QAction *close = file->addAction(tr("&Schließen"));
     // The book's window is the only one, so that closing it ends the program; the platform's key for that may be none at all.
     close->setShortcuts(QKeySequence::keyBindings(QKeySequence::Close) << QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(close, &QAction::triggered, this, &QWidget::close);
 
-    QMenu* pages = menuBar()->addMenu(tr("&Blättern"));
-    const auto add = [&](const QString& text, const QList<QKeySequence>& keys, void (NySpreadView::*slot)()) {
-        QAction* action = pages->addAction(text);
+    QMenu *pages = menuBar()->addMenu(tr("&Blättern"));
+    const auto add = [&](const QString &text, const QList<QKeySequence> &keys, void (NySpreadView::*slot)()) {
+        QAction *action = pages->addAction(text);
         action->setShortcuts(keys);
         connect(action, &QAction::triggered, m_view, slot);
     };
-    add(tr("&Weiter"), { Qt::Key_Right, Qt::Key_PageDown, Qt::Key_Space }, &NySpreadView::showNext);
-    add(tr("&Zurück"), { Qt::Key_Left, Qt::Key_PageUp, Qt::Key_Backspace }, &NySpreadView::showPrevious);
-    add(tr("Zum &Anfang"), { Qt::Key_Home }, &NySpreadView::showFirst);
-    add(tr("Zum &Ende"), { Qt::Key_End }, &NySpreadView::showLast);
+    add(tr("&Weiter"), {Qt::Key_Right, Qt::Key_PageDown, Qt::Key_Space}, &NySpreadView::showNext);
+    add(tr("&Zurück"), {Qt::Key_Left, Qt::Key_PageUp, Qt::Key_Backspace}, &NySpreadView::showPrevious);
+    add(tr("Zum &Anfang"), {Qt::Key_Home}, &NySpreadView::showFirst);
+    add(tr("Zum &Ende"), {Qt::Key_End}, &NySpreadView::showLast);
 }
 
 void NyBookWindow::updateControls()
@@ -151,10 +151,10 @@ void NyBookWindow::updateControls()
     m_position->setText(m_view->spreadDescription());
 }
 
-void NyBookWindow::lookForMissingPhotos(const NyBookProject& project)
+void NyBookWindow::lookForMissingPhotos(const NyBookProject &project)
 {
     // On another thread: a photo folder on a sleeping network drive answers late.
-    auto* watcher = new QFutureWatcher<QStringList>(this);
+    auto *watcher = new QFutureWatcher<QStringList>(this);
     connect(watcher, &QFutureWatcher<QStringList>::finished, this, [this, watcher] {
         const QStringList names = watcher->result();
         watcher->deleteLater();

@@ -18,25 +18,25 @@ class NyBookWindow : public QMainWindow
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(NyBookWindow)
 public:
-    NyBookWindow(const NyBookProject& project, const NyDesignStyle& style, NyLoadWarnings warnings);
+    NyBookWindow(const NyBookProject &project, const NyDesignStyle &style, NyLoadWarnings warnings);
     ~NyBookWindow() override;
 
-    NySpreadView* view() const { return m_view; }
+    NySpreadView *view() const { return m_view; }
 
 Q_SIGNALS:
     /** The user wants to open another book. */
     void openRequested();
 
 private:
-    QWidget* createTop(const NyBookProject& project);
-    QWidget* createBottom();
+    QWidget *createTop(const NyBookProject &project);
+    QWidget *createBottom();
     void createActions();
     void updateControls();
-    void lookForMissingPhotos(const NyBookProject& project);
+    void lookForMissingPhotos(const NyBookProject &project);
 
-    NySpreadView* m_view = nullptr;
-    QLabel* m_warning = nullptr;
-    QLabel* m_position = nullptr;
-    QPushButton* m_previous = nullptr;
-    QPushButton* m_next = nullptr;
+    NySpreadView *m_view = nullptr;
+    QLabel *m_warning = nullptr;
+    QLabel *m_position = nullptr;
+    QPushButton *m_previous = nullptr;
+    QPushButton *m_next = nullptr;
 };

@@ -19,14 +19,14 @@ class NyFotoImageCache : public QObject
 public:
     enum class Urgency { Prefetch, Visible };
 
-    explicit NyFotoImageCache(QObject* parent = nullptr);
+    explicit NyFotoImageCache(QObject *parent = nullptr);
     ~NyFotoImageCache() override;
 
     /**
      * The picture, upright, in about the size of the box. One that is not here yet is loaded, and changed() follows; until then a
      * smaller version is given if there is one.
      */
-    NyBookRenderer::Picture picture(const QUrl& url, const QSize& boxPx, Urgency urgency);
+    NyBookRenderer::Picture picture(const QUrl &url, const QSize &boxPx, Urgency urgency);
 
     /** Pictures that are still to be loaded. */
     qsizetype pendingCount() const { return m_pending.size(); }
@@ -42,8 +42,8 @@ private:
         NyBookRenderer::Picture picture;
     };
 
-    void load(const QUrl& url, const QSize& boxPx, Urgency urgency);
-    void store(const QUrl& url, const QSize& boxPx, const QImage& image);
+    void load(const QUrl &url, const QSize &boxPx, Urgency urgency);
+    void store(const QUrl &url, const QSize &boxPx, const QImage &image);
 
     QCache<QUrl, Entry> m_entries;
     QSet<QUrl> m_pending;

@@ -6,9 +6,10 @@
 #include <algorithm>
 #include <bit>
 
-namespace {
+namespace
+{
 
-bool isEarlier(const NyFotoFacts& a, const NyFotoFacts& b)
+bool isEarlier(const NyFotoFacts &a, const NyFotoFacts &b)
 {
     const qint64 secondsA = a.wallClockSeconds();
     const qint64 secondsB = b.wallClockSeconds();
@@ -18,7 +19,7 @@ bool isEarlier(const NyFotoFacts& a, const NyFotoFacts& b)
 }
 
 /** Strongest first; the order of capture decides between equals, so that the outcome never depends on the input's order. */
-bool isStronger(const NyFotoFacts& a, const NyFotoFacts& b)
+bool isStronger(const NyFotoFacts &a, const NyFotoFacts &b)
 {
     const double strengthA = a.strength();
     const double strengthB = b.strength();
@@ -27,7 +28,7 @@ bool isStronger(const NyFotoFacts& a, const NyFotoFacts& b)
     return isEarlier(a, b);
 }
 
-bool isNearDuplicate(const NyFotoFacts& a, const NyFotoFacts& b)
+bool isNearDuplicate(const NyFotoFacts &a, const NyFotoFacts &b)
 {
     return std::abs(a.wallClockSeconds() - b.wallClockSeconds()) <= NyFotoSelection::NearDuplicateSeconds
         && std::popcount(a.differenceHash ^ b.differenceHash) <= NyFotoSelection::NearDuplicateBits;
@@ -37,8 +38,8 @@ QList<NyFotoFacts> withoutNearDuplicates(QList<NyFotoFacts> photos)
 {
     std::sort(photos.begin(), photos.end(), isStronger);
     QList<NyFotoFacts> kept;
-    for (const NyFotoFacts& photo : std::as_const(photos)) {
-        if (std::none_of(kept.cbegin(), kept.cend(), [&](const NyFotoFacts& other) { return isNearDuplicate(photo, other); }))
+    for (const NyFotoFacts &photo : std::as_const(photos)) {
+        if (std::none_of(kept.cbegin(), kept.cend(), [&](const NyFotoFacts &other) { return isNearDuplicate(photo, other); }))
             kept.append(photo);
     }
     return kept;
@@ -65,12 +66,12 @@ QList<Ranked> ranked(QList<NyFotoFacts> photos)
         QList<NyFotoFacts> moment = photos.mid(momentBegin, i - momentBegin);
         std::sort(moment.begin(), moment.end(), isStronger);
         for (qsizetype rank = 0; rank < moment.size(); ++rank)
-            result.append({ moment.at(rank), int(rank), false });
+            result.append({moment.at(rank), int(rank), false});
         momentBegin = i;
     }
-    std::sort(result.begin(), result.end(), [](const Ranked& a, const Ranked& b) { return isStronger(a.photo, b.photo); });
+    std::sort(result.begin(), result.end(), [](const Ranked &a, const Ranked &b) { return isStronger(a.photo, b.photo); });
     QSet<QDate> days;
-    for (Ranked& entry : result) {
+    for (Ranked &entry : result) {
         const QDate day = entry.photo.captureTime.date();
         entry.isBestOfDay = !days.contains(day);
         days.insert(day);
@@ -80,12 +81,12 @@ QList<Ranked> ranked(QList<NyFotoFacts> photos)
 
 }
 
-NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts>& photos, int limit)
+NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts> &photos, int limit)
 {
     Result result;
     QList<NyFotoFacts> usable;
     QList<NyFotoFacts> poor;
-    for (const NyFotoFacts& photo : photos) {
+    for (const NyFotoFacts &photo : photos) {
         switch (photo.flaw) {
         case NyFotoFacts::Flaw::Unreadable:
             ++result.unreadable;
@@ -108,10 +109,10 @@ NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts>& photos
     }
 
     QSet<QDate> days;
-    for (const NyFotoFacts& photo : std::as_const(usable))
+    for (const NyFotoFacts &photo : std::as_const(usable))
         days.insert(photo.captureTime.date());
     std::sort(poor.begin(), poor.end(), isStronger);
-    for (const NyFotoFacts& photo : std::as_const(poor)) {
+    for (const NyFotoFacts &photo : std::as_const(poor)) {
         if (days.contains(photo.captureTime.date())) {
             ++result.unusable;
             continue;
@@ -126,10 +127,10 @@ NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts>& photos
     // A near-duplicate on the other side of midnight may have been the only shot of its day.
     QList<NyFotoFacts> candidates = distinct;
     QSet<QDate> daysKept;
-    for (const NyFotoFacts& photo : distinct)
+    for (const NyFotoFacts &photo : distinct)
         daysKept.insert(photo.captureTime.date());
     std::sort(usable.begin(), usable.end(), isStronger);
-    for (const NyFotoFacts& photo : std::as_const(usable)) {
+    for (const NyFotoFacts &photo : std::as_const(usable)) {
         if (daysKept.contains(photo.captureTime.date()))
             continue;
         daysKept.insert(photo.captureTime.date());
@@ -138,14 +139,14 @@ NyFotoSelection::Result NyFotoSelection::select(const QList<NyFotoFacts>& photos
     }
 
     QList<Ranked> order = ranked(candidates);
-    std::stable_sort(order.begin(), order.end(), [](const Ranked& a, const Ranked& b) {
+    std::stable_sort(order.begin(), order.end(), [](const Ranked &a, const Ranked &b) {
         if (a.isBestOfDay != b.isBestOfDay)
             return a.isBestOfDay;
         return a.rankInMoment < b.rankInMoment;
     });
-    const qsizetype room = std::max<qsizetype>({ limit, daysKept.size(), 0 });
+    const qsizetype room = std::max<qsizetype>({limit, daysKept.size(), 0});
     result.surplus = int(std::max<qsizetype>(0, order.size() - room));
-    for (const Ranked& entry : order.first(std::min(room, order.size())))
+    for (const Ranked &entry : order.first(std::min(room, order.size())))
         result.photos.append(entry.photo);
     std::sort(result.photos.begin(), result.photos.end(), isEarlier);
     return result;

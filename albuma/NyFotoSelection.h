@@ -32,5 +32,5 @@ public:
     };
 
     /** @p limit is the greatest number of photos; exceeded only if there are more days than that. */
-    static Result select(const QList<NyFotoFacts>& photos, int limit);
+    static Result select(const QList<NyFotoFacts> &photos, int limit);
 };

@@ -5,7 +5,8 @@
 #include <cmath>
 #include <vector>
 
-namespace {
+namespace
+{
 
 /** Brightness 0 to 255 of every pixel, row by row. */
 struct Gray
@@ -17,27 +18,27 @@ struct Gray
     float at(int x, int y) const { return values[size_t(y) * size_t(width) + size_t(x)]; }
 };
 
-Gray grayOf(const QImage& image)
+Gray grayOf(const QImage &image)
 {
-    Gray gray { image.width(), image.height(), {} };
+    Gray gray{image.width(), image.height(), {}};
     gray.values.reserve(size_t(gray.width) * size_t(gray.height));
     for (int y = 0; y < gray.height; ++y) {
-        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 0; x < gray.width; ++x)
             gray.values.push_back(0.299f * float(qRed(line[x])) + 0.587f * float(qGreen(line[x])) + 0.114f * float(qBlue(line[x])));
     }
     return gray;
 }
 
-quint64 differenceHash(const QImage& image)
+quint64 differenceHash(const QImage &image)
 {
     constexpr int columns = 9;
     constexpr int rows = 8;
-    const QImage small = image.scaled(columns, rows, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                             .convertToFormat(QImage::Format_Grayscale8);
+    const QImage small
+        = image.scaled(columns, rows, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).convertToFormat(QImage::Format_Grayscale8);
     quint64 hash = 0;
     for (int y = 0; y < rows; ++y) {
-        const uchar* line = small.constScanLine(y);
+        const uchar *line = small.constScanLine(y);
         for (int x = 0; x + 1 < columns; ++x)
             hash = (hash << 1) | (line[x] < line[x + 1] ? 1U : 0U);
     }
@@ -50,7 +51,7 @@ quint64 differenceHash(const QImage& image)
  * After Crete et al., "The blur effect: perception and estimation with a new no-reference perceptual blur metric", 2007, but by
  * blocks: a portrait before a soft background is sharp where it matters.
  */
-double crispness(const Gray& gray)
+double crispness(const Gray &gray)
 {
     constexpr int blockPx = 32;
     constexpr int radius = 2;
@@ -62,8 +63,8 @@ double crispness(const Gray& gray)
     const int firstPx = radius + 1;
     for (int top = firstPx; top + blockPx + radius <= gray.height; top += blockPx) {
         for (int left = firstPx; left + blockPx + radius <= gray.width; left += blockPx) {
-            float variation[2] = { 0, 0 };
-            float lost[2] = { 0, 0 };
+            float variation[2] = {0, 0};
+            float lost[2] = {0, 0};
             for (int y = top; y < top + blockPx; ++y) {
                 for (int x = left; x < left + blockPx; ++x) {
                     const auto add = [&](int dx, int dy, int direction) {
@@ -106,12 +107,12 @@ double crispness(const Gray& gray)
     return sum / double(count);
 }
 
-double colorfulness(const QImage& image)
+double colorfulness(const QImage &image)
 {
-    double sum[2] = { 0, 0 };
-    double squares[2] = { 0, 0 };
+    double sum[2] = {0, 0};
+    double squares[2] = {0, 0};
     for (int y = 0; y < image.height(); ++y) {
-        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 0; x < image.width(); ++x) {
             const double redGreen = qRed(line[x]) - qGreen(line[x]);
             const double yellowBlue = 0.5 * (qRed(line[x]) + qGreen(line[x])) - qBlue(line[x]);
@@ -133,11 +134,11 @@ double colorfulness(const QImage& image)
     return std::min(1.0, (std::sqrt(deviation) + 0.3 * std::sqrt(mean)) / 109.0);
 }
 
-double flatness(const QImage& image)
+double flatness(const QImage &image)
 {
     qint64 equal = 0;
     for (int y = 0; y < image.height(); ++y) {
-        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 1; x < image.width(); ++x)
             equal += line[x] == line[x - 1] ? 1 : 0;
     }
@@ -145,7 +146,7 @@ double flatness(const QImage& image)
 }
 
 /** Brightness below which a share of the pixels lies. */
-int percentile(const std::array<int, 256>& histogram, size_t total, double share)
+int percentile(const std::array<int, 256> &histogram, size_t total, double share)
 {
     size_t seen = 0;
     for (int value = 0; value < 256; ++value) {
@@ -158,7 +159,7 @@ int percentile(const std::array<int, 256>& histogram, size_t total, double share
 
 }
 
-NyImageMeasures::Result NyImageMeasures::measure(const QImage& original)
+NyImageMeasures::Result NyImageMeasures::measure(const QImage &original)
 {
     Result result;
     if (original.isNull()) {
@@ -171,7 +172,7 @@ NyImageMeasures::Result NyImageMeasures::measure(const QImage& original)
     image.convertTo(QImage::Format_RGB32);
 
     const Gray gray = grayOf(image);
-    std::array<int, 256> histogram {};
+    std::array<int, 256> histogram{};
     for (const float value : gray.values)
         ++histogram[size_t(std::clamp(int(std::lround(value)), 0, 255))];
     const int dark = percentile(histogram, gray.values.size(), 0.02);

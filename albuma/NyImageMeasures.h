@@ -28,5 +28,5 @@ public:
     };
 
     /** A null image gives a blank result. */
-    static Result measure(const QImage& image);
+    static Result measure(const QImage &image);
 };

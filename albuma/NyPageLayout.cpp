@@ -6,7 +6,8 @@
 #include <limits>
 #include <vector>
 
-namespace {
+namespace
+{
 
 constexpr double MM_PER_INCH = 25.4;
 /** A hero counts as much as this many other photos. */
@@ -28,15 +29,15 @@ struct Block
     int photo = -1;
     bool sideBySide = false;
     int directionChanges = 0;
-    const Block* first = nullptr;
-    const Block* second = nullptr;
+    const Block *first = nullptr;
+    const Block *second = nullptr;
 };
 
 /** All blocks of each run of consecutive photos; they live as long as this object. */
 class BlockTable
 {
 public:
-    BlockTable(const QList<NyLayoutFoto>& photos, double gapMm)
+    BlockTable(const QList<NyLayoutFoto> &photos, double gapMm)
     {
         const int count = int(photos.size());
         for (int length = 1; length <= count; ++length) {
@@ -45,19 +46,19 @@ public:
         }
     }
 
-    const std::vector<Block>& all(int begin, int length) const { return m_blocks[size_t(begin)][size_t(length - 1)]; }
+    const std::vector<Block> &all(int begin, int length) const { return m_blocks[size_t(begin)][size_t(length - 1)]; }
 
 private:
-    static int changes(const Block& parent, const Block& child)
+    static int changes(const Block &parent, const Block &child)
     {
         if (child.photo >= 0)
             return 0;
         return child.directionChanges + (child.sideBySide != parent.sideBySide ? 1 : 0);
     }
 
-    void fill(const QList<NyLayoutFoto>& photos, double gapMm, int begin, int length)
+    void fill(const QList<NyLayoutFoto> &photos, double gapMm, int begin, int length)
     {
-        std::vector<Block>& blocks = m_blocks[size_t(begin)][size_t(length - 1)];
+        std::vector<Block> &blocks = m_blocks[size_t(begin)][size_t(length - 1)];
         if (length == 1) {
             const QSize size = photos.at(begin).sizePx;
             Block leaf;
@@ -67,16 +68,16 @@ private:
             return;
         }
         for (int cut = 1; cut < length; ++cut) {
-            for (const Block& a : all(begin, cut)) {
-                for (const Block& b : all(begin + cut, length - cut)) {
-                    for (const bool sideBySide : { true, false })
+            for (const Block &a : all(begin, cut)) {
+                for (const Block &b : all(begin + cut, length - cut)) {
+                    for (const bool sideBySide : {true, false})
                         append(blocks, a, b, sideBySide, gapMm);
                 }
             }
         }
     }
 
-    static void append(std::vector<Block>& blocks, const Block& a, const Block& b, bool sideBySide, double gapMm)
+    static void append(std::vector<Block> &blocks, const Block &a, const Block &b, bool sideBySide, double gapMm)
     {
         // Three in a row would come as (a b) c and as a (b c); keeping only the first form avoids measuring twice.
         if (b.photo < 0 && b.sideBySide == sideBySide)
@@ -103,13 +104,13 @@ private:
 /** Next to a panorama a photo can be left with hardly any room; such a page is no choice. */
 constexpr double LEAST_SIDE_MM = 0.5;
 
-bool isTooSmall(const QRectF& rect)
+bool isTooSmall(const QRectF &rect)
 {
     return rect.width() < LEAST_SIDE_MM || rect.height() < LEAST_SIDE_MM;
 }
 
 /** Gives each photo of @p block its rectangle; false if some part would have hardly any extent. */
-bool place(const Block& block, const QRectF& rect, double gapMm, QList<QRectF>& rects)
+bool place(const Block &block, const QRectF &rect, double gapMm, QList<QRectF> &rects)
 {
     if (block.photo >= 0) {
         rects[block.photo] = rect;
@@ -130,11 +131,10 @@ bool place(const Block& block, const QRectF& rect, double gapMm, QList<QRectF>& 
 }
 
 /** Shrinks @p rect around its middle to the photo's exact aspect ratio and to what its pixels allow. */
-QRectF fitted(const QRectF& rect, const QSize& sizePx)
+QRectF fitted(const QRectF &rect, const QSize &sizePx)
 {
     const QSizeF limit = NyPageLayout::largestPrintMm(sizePx);
-    const double scale = std::min({ rect.width() / sizePx.width(), rect.height() / sizePx.height(),
-        limit.width() / sizePx.width() });
+    const double scale = std::min({rect.width() / sizePx.width(), rect.height() / sizePx.height(), limit.width() / sizePx.width()});
     QRectF result(0, 0, sizePx.width() * scale, sizePx.height() * scale);
     result.moveCenter(rect.center());
     return result;
@@ -146,13 +146,13 @@ struct Scored
     double score = -std::numeric_limits<double>::infinity();
 };
 
-Scored arrangedInOrder(const QList<NyLayoutFoto>& photos, const QRectF& areaMm, double gapMm)
+Scored arrangedInOrder(const QList<NyLayoutFoto> &photos, const QRectF &areaMm, double gapMm)
 {
     const int count = int(photos.size());
     const BlockTable table(photos, gapMm);
     Scored best;
     QList<QRectF> rects(count);
-    for (const Block& block : table.all(0, count)) {
+    for (const Block &block : table.all(0, count)) {
         const double width = std::min(areaMm.width(), (areaMm.height() - block.offset) / block.slope);
         if (width <= 0)
             continue;
@@ -168,35 +168,35 @@ Scored arrangedInOrder(const QList<NyLayoutFoto>& photos, const QRectF& areaMm, 
             rects[i] = rect;
             const double area = rect.width() * rect.height();
             covered += area;
-            shortest = std::min({ shortest, rect.width(), rect.height() });
+            shortest = std::min({shortest, rect.width(), rect.height()});
             score += (photos.at(i).isHero ? HERO_WEIGHT : 1.0) * std::log(area);
         }
         if (score > best.score)
-            best = { { rects, covered / (areaMm.width() * areaMm.height()), shortest }, score };
+            best = {{rects, covered / (areaMm.width() * areaMm.height()), shortest}, score};
     }
     return best;
 }
 
 }
 
-QSizeF NyPageLayout::largestPrintMm(const QSize& sizePx)
+QSizeF NyPageLayout::largestPrintMm(const QSize &sizePx)
 {
     return QSizeF(sizePx) * MM_PER_INCH / MinimumDpi;
 }
 
-NyPageLayout::Result NyPageLayout::arrange(const QList<NyLayoutFoto>& photos, const QRectF& areaMm, double gapMm)
+NyPageLayout::Result NyPageLayout::arrange(const QList<NyLayoutFoto> &photos, const QRectF &areaMm, double gapMm)
 {
     const qsizetype count = photos.size();
     if (count < 1 || count > MaximumPhotos || areaMm.isEmpty()
-        || std::any_of(photos.cbegin(), photos.cend(), [](const NyLayoutFoto& foto) { return foto.sizePx.isEmpty(); }))
+        || std::any_of(photos.cbegin(), photos.cend(), [](const NyLayoutFoto &foto) { return foto.sizePx.isEmpty(); }))
         return {};
 
     Scored best = arrangedInOrder(photos, areaMm, gapMm);
-    const auto isHero = [](const NyLayoutFoto& foto) { return foto.isHero; };
+    const auto isHero = [](const NyLayoutFoto &foto) { return foto.isHero; };
     if (std::count_if(photos.cbegin(), photos.cend(), isHero) == 1) {
         // Between its neighbours a hero has no room to grow; at either end of the order it can fill one side of the page.
         const qsizetype hero = std::find_if(photos.cbegin(), photos.cend(), isHero) - photos.cbegin();
-        for (const qsizetype end : { qsizetype(0), count - 1 }) {
+        for (const qsizetype end : {qsizetype(0), count - 1}) {
             if (end == hero)
                 continue;
             QList<NyLayoutFoto> moved = photos;

@@ -42,8 +42,8 @@ public:
      * A single photo always finds its place. The result is empty if several are too different in shape to share the area,
      * for any other number of photos, and for an empty area.
      */
-    static Result arrange(const QList<NyLayoutFoto>& photos, const QRectF& areaMm, double gapMm);
+    static Result arrange(const QList<NyLayoutFoto> &photos, const QRectF &areaMm, double gapMm);
 
     /** The largest size in mm at which a picture of @p sizePx still has MinimumDpi. */
-    static QSizeF largestPrintMm(const QSize& sizePx);
+    static QSizeF largestPrintMm(const QSize &sizePx);
 };

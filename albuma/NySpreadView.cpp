@@ -7,19 +7,20 @@
 #include <QPainter>
 #include <QWheelEvent>
 
-namespace {
+namespace
+{
 
 constexpr double BORDER = 28;
 constexpr int SHADOW_RINGS = 8;
 
-void paintShadow(QPainter& painter, const QRectF& rect)
+void paintShadow(QPainter &painter, const QRectF &rect)
 {
     for (int ring = SHADOW_RINGS; ring > 0; --ring)
         painter.fillRect(rect.adjusted(-ring, -ring * 0.4, ring, ring * 1.5), QColor(0, 0, 0, 8));
 }
 
 /** The fold between two pages: each darkens a little towards it. */
-void paintFold(QPainter& painter, const QRectF& left, const QRectF& right)
+void paintFold(QPainter &painter, const QRectF &left, const QRectF &right)
 {
     const double width = left.width() * 0.045;
     QLinearGradient gradient(left.right() - width, 0, right.left() + width, 0);
@@ -31,7 +32,7 @@ void paintFold(QPainter& painter, const QRectF& left, const QRectF& right)
 
 }
 
-NySpreadView::NySpreadView(const NyBookProject& project, const NyDesignStyle& style, QWidget* parent)
+NySpreadView::NySpreadView(const NyBookProject &project, const NyDesignStyle &style, QWidget *parent)
     : QWidget(parent)
     , m_project(project)
     , m_style(style)
@@ -43,12 +44,12 @@ NySpreadView::NySpreadView(const NyBookProject& project, const NyDesignStyle& st
 
 QSize NySpreadView::sizeHint() const
 {
-    return { 1120, 500 };
+    return {1120, 500};
 }
 
 QSize NySpreadView::minimumSizeHint() const
 {
-    return { 320, 160 };
+    return {320, 160};
 }
 
 QString NySpreadView::spreadDescription() const
@@ -84,31 +85,30 @@ QList<NySpreadView::PlacedPage> NySpreadView::pagesOf(int spread) const
     const QSizeF one(whole.width() / columns, whole.height());
     const QPointF origin((width() - whole.width()) / 2, (height() - whole.height()) / 2);
     if (spread == 0)
-        return { { &m_project.cover, NyBookRenderer::PageKind::Cover, QRectF(origin, one) } };
+        return {{&m_project.cover, NyBookRenderer::PageKind::Cover, QRectF(origin, one)}};
     QList<PlacedPage> pages;
     for (int column = 0; column < 2; ++column) {
         const qsizetype index = 2 * (spread - 1) + column;
-        pages.append({ index < m_project.pages.size() ? &m_project.pages.at(index) : nullptr, NyBookRenderer::PageKind::Inner,
-            QRectF(origin + QPointF(column * one.width(), 0), one) });
+        pages.append({index < m_project.pages.size() ? &m_project.pages.at(index) : nullptr, NyBookRenderer::PageKind::Inner,
+            QRectF(origin + QPointF(column * one.width(), 0), one)});
     }
     return pages;
 }
 
-void NySpreadView::paintEvent(QPaintEvent*)
+void NySpreadView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), QColor(0xe4, 0xe4, 0xe2));
     const double ratio = devicePixelRatioF();
-    const NyBookRenderer renderer(m_style, [this](const QUrl& url, const QSize& boxPx) {
-        return m_images.picture(url, boxPx, NyFotoImageCache::Urgency::Visible);
-    });
+    const NyBookRenderer renderer(
+        m_style, [this](const QUrl &url, const QSize &boxPx) { return m_images.picture(url, boxPx, NyFotoImageCache::Urgency::Visible); });
     const QList<PlacedPage> pages = pagesOf(m_spread);
     QRectF whole;
-    for (const PlacedPage& placed : pages)
+    for (const PlacedPage &placed : pages)
         whole |= placed.rect;
     paintShadow(painter, whole);
     const NyBookPage empty;
-    for (const PlacedPage& placed : pages)
+    for (const PlacedPage &placed : pages)
         renderer.paint(painter, placed.page ? *placed.page : empty, placed.kind, m_project.pageSizeMm, placed.rect, ratio);
     if (pages.size() == 2)
         paintFold(painter, pages.at(0).rect, pages.at(1).rect);
@@ -119,18 +119,18 @@ void NySpreadView::paintEvent(QPaintEvent*)
 void NySpreadView::prefetch(int spread)
 {
     const QList<PlacedPage> pages = pagesOf(spread);
-    for (const PlacedPage& placed : pages) {
+    for (const PlacedPage &placed : pages) {
         if (!placed.page)
             continue;
         const double unitsPerMm = placed.rect.width() / m_project.pageSizeMm.width();
-        for (const NyPlacedFoto& foto : placed.page->photos) {
+        for (const NyPlacedFoto &foto : placed.page->photos) {
             const QSize boxPx = NyBookRenderer::boxPx(foto, foto.rectMm.size() * unitsPerMm, devicePixelRatioF());
             m_images.picture(foto.url, boxPx, NyFotoImageCache::Urgency::Prefetch);
         }
     }
 }
 
-void NySpreadView::wheelEvent(QWheelEvent* event)
+void NySpreadView::wheelEvent(QWheelEvent *event)
 {
     // Fine-grained wheels send many small steps; one spread a notch.
     constexpr int notch = 120;
@@ -142,7 +142,7 @@ void NySpreadView::wheelEvent(QWheelEvent* event)
     event->accept();
 }
 
-void NySpreadView::mousePressEvent(QMouseEvent* event)
+void NySpreadView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton) {
         QWidget::mousePressEvent(event);

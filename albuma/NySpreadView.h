@@ -13,7 +13,7 @@ class NySpreadView : public QWidget
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(NySpreadView)
 public:
-    NySpreadView(const NyBookProject& project, const NyDesignStyle& style, QWidget* parent = nullptr);
+    NySpreadView(const NyBookProject &project, const NyDesignStyle &style, QWidget *parent = nullptr);
 
     int spread() const { return m_spread; }
     int spreadCount() const { return m_project.spreadCount(); }
@@ -37,15 +37,15 @@ Q_SIGNALS:
     void spreadChanged(int spread);
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
-    void wheelEvent(QWheelEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
 
 private:
     struct PlacedPage
     {
         /** Null for the empty paper behind the last page. */
-        const NyBookPage* page = nullptr;
+        const NyBookPage *page = nullptr;
         NyBookRenderer::PageKind kind = NyBookRenderer::PageKind::Inner;
         QRectF rect;
     };

@@ -8,7 +8,8 @@
 
 #include <NyProgramConfig.h>
 
-namespace {
+namespace
+{
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,19 +19,19 @@ NyStartWindow::NyStartWindow()
 {
     const QString programName = NyProgramConfig::instance().programName(NyProgramID::MainProgram);
     setWindowTitle(programName);
-    auto* central = new QWidget(this);
-    auto* layout = new QVBoxLayout(central);
+    auto *central = new QWidget(this);
+    auto *layout = new QVBoxLayout(central);
     layout->setContentsMargins(48, 40, 48, 40);
     layout->setSpacing(18);
     layout->addStretch();
-    auto* title = new QLabel(programName, central);
+    auto *title = new QLabel(programName, central);
     QFont font = title->font();
     font.setPointSizeF(font.pointSizeF() * 2);
     font.setBold(true);
     title->setFont(font);
     title->setAlignment(Qt::AlignCenter);
     layout->addWidget(title);
-    auto* hint = new QLabel(tr("Öffnen Sie ein Fotobuch, um darin zu blättern."), central);
+    auto *hint = new QLabel(tr("Öffnen Sie ein Fotobuch, um darin zu blättern."), central);
     hint->setAlignment(Qt::AlignCenter);
     hint->setWordWrap(true);
     layout->addWidget(hint);
@@ -43,7 +44,7 @@ NyStartWindow::NyStartWindow()
     m_error->setStyleSheet(u"background: #f8d7da; color: #6b1f28; border-radius: 4px; padding: 8px;"_s);
     m_error->hide();
     layout->addWidget(m_error);
-    auto* open = new QPushButton(tr("Buch öffnen …"), central);
+    auto *open = new QPushButton(tr("Buch öffnen …"), central);
     open->setDefault(true);
     open->setMinimumSize(180, 40);
     layout->addWidget(open, 0, Qt::AlignHCenter);
@@ -52,18 +53,18 @@ NyStartWindow::NyStartWindow()
     resize(640, 420);
     connect(open, &QPushButton::clicked, this, &NyStartWindow::openRequested);
 
-    QMenu* file = menuBar()->addMenu(tr("&Datei"));
-    QAction* openAction = file->addAction(tr("Buch ö&ffnen …"));
+    QMenu *file = menuBar()->addMenu(tr("&Datei"));
+    QAction *openAction = file->addAction(tr("Buch ö&ffnen …"));
     openAction->setShortcut(QKeySequence::Open);
     connect(openAction, &QAction::triggered, this, &NyStartWindow::openRequested);
-    QAction* quit = file->addAction(tr("&Beenden"));
+    QAction *quit = file->addAction(tr("&Beenden"));
     quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 
 NyStartWindow::~NyStartWindow() = default;
 
-void NyStartWindow::setError(const QString& error)
+void NyStartWindow::setError(const QString &error)
 {
     m_error->setText(error);
     m_error->setVisible(!error.isEmpty());

@@ -14,11 +14,11 @@ public:
     ~NyStartWindow() override;
 
     /** Says why a book could not be opened; an empty text takes the message away. */
-    void setError(const QString& error);
+    void setError(const QString &error);
 
 Q_SIGNALS:
     void openRequested();
 
 private:
-    QLabel* m_error = nullptr;
+    QLabel *m_error = nullptr;
 };

@@ -1,6 +1,6 @@
 #include "NyAlbumaProgram.h"
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     return NyAlbumaProgram::run(argc, argv);
 }

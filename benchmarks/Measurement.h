@@ -50,7 +50,7 @@ public:
     }
 
     /** Wall clock time, in ms. */
-    template<class Work>
+    template <class Work>
     static double milliseconds(Work &&work)
     {
         const auto start = std::chrono::steady_clock::now();
@@ -59,7 +59,7 @@ public:
     }
 
     /** Time that this thread had the processor, in ms: what to look at while the machine is busy with other things. */
-    template<class Work>
+    template <class Work>
     static double processorMilliseconds(Work &&work)
     {
         const auto now = [] {
@@ -73,7 +73,8 @@ public:
     }
 
 private:
-    struct Entry {
+    struct Entry
+    {
         std::string name;
         Form form;
         std::vector<double> times;

@@ -43,12 +43,17 @@ int walk(const std::string &path)
 /** Years with events, dates and parts, as a tidy person keeps them. */
 QStringList makeTree(const QString &root, int folders, int files)
 {
-    static const QStringList titles{QStringLiteral("Hochzeit Anna & Tom"), QStringLiteral("Rom"), QStringLiteral("Geburtstag Oma"), QStringLiteral("Wanderung im Schnee"),
-        QStringLiteral("Vacances d'été"), QStringLiteral("Boda de Ana"), QStringLiteral("Konzert")};
+    static const QStringList titles{QStringLiteral("Hochzeit Anna & Tom"), QStringLiteral("Rom"), QStringLiteral("Geburtstag Oma"),
+        QStringLiteral("Wanderung im Schnee"), QStringLiteral("Vacances d'été"), QStringLiteral("Boda de Ana"), QStringLiteral("Konzert")};
     QStringList names;
     for (int number = 0; names.size() < folders; ++number) {
         const int year = 2000 + number % 25;
-        const QString event = QStringLiteral("%1/%1-%2-%3 %4 %5").arg(year).arg(1 + number % 12, 2, 10, QLatin1Char('0')).arg(1 + number % 28, 2, 10, QLatin1Char('0')).arg(titles.at(number % titles.size())).arg(number);
+        const QString event = QStringLiteral("%1/%1-%2-%3 %4 %5")
+                                  .arg(year)
+                                  .arg(1 + number % 12, 2, 10, QLatin1Char('0'))
+                                  .arg(1 + number % 28, 2, 10, QLatin1Char('0'))
+                                  .arg(titles.at(number % titles.size()))
+                                  .arg(number);
         names << event;
         if (number % 4 == 0)
             names << event + QStringLiteral("/RAW");
@@ -87,7 +92,8 @@ int main(int argc, char **argv)
     int walked = 0;
     Measurement measurement;
     measurement.add("bare walk", [&]() { return Measurement::milliseconds([&]() { walked = walk(nativeRoot); }); });
-    measurement.add("walk of the classifier", [&]() { return Measurement::milliseconds([&]() { const NyFolderTree tree(root, filters); }); });
+    measurement.add(
+        "walk of the classifier", [&]() { return Measurement::milliseconds([&]() { const NyFolderTree tree(root, filters); }); });
     measurement.add("names alone", [&]() {
         return Measurement::milliseconds([&]() {
             for (const QString &name : names)
@@ -95,7 +101,8 @@ int main(int argc, char **argv)
         });
     });
     measurement.add("classification", [&]() {
-        return Measurement::milliseconds([&]() { entries = NyQuilloEventClassifier((QFileInfo(root))).eventFolderTypes(QFileInfo(root), {}).size(); });
+        return Measurement::milliseconds(
+            [&]() { entries = NyQuilloEventClassifier((QFileInfo(root))).eventFolderTypes(QFileInfo(root), {}).size(); });
     });
     measurement.run(number("--rounds", 9));
     std::printf("%d folders with %d files each, %lld entries\n", walked, files, static_cast<long long>(entries));

@@ -78,8 +78,8 @@ bool compare(int fileCount, int usedCount, int rounds)
     fastTimes.print("exclusion");
     // Without a warm-up and but once: it takes half a minute, and the files are known to the system by now.
     const double plainTime = measure(removePlainly, plain);
-    std::printf("%-52s %10.2f ms\ntimes faster: %.0f, same remainder: %s\n\n", "first equal one removed", plainTime, plainTime / fastTimes.median("exclusion"),
-                fast == plain ? "yes" : "NO");
+    std::printf("%-52s %10.2f ms\ntimes faster: %.0f, same remainder: %s\n\n", "first equal one removed", plainTime,
+        plainTime / fastTimes.median("exclusion"), fast == plain ? "yes" : "NO");
     return true;
 }
 }

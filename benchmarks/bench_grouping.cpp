@@ -69,7 +69,8 @@ void compare(int fileCount, int folderCount, int rounds)
     Grouping fast;
     Grouping plain;
     Measurement fastTimes;
-    fastTimes.add("grouping", [&] { return Measurement::milliseconds([&] { fast = NyEventFileGrouping::filesOfEvents(files, folders); }); });
+    fastTimes.add(
+        "grouping", [&] { return Measurement::milliseconds([&] { fast = NyEventFileGrouping::filesOfEvents(files, folders); }); });
     fastTimes.run(rounds);
     fastTimes.print("grouping");
     // The plain forms take seconds, so each runs once to warm up and once for the figure.
@@ -77,12 +78,13 @@ void compare(int fileCount, int folderCount, int rounds)
     plainTimes.add("plain loops", [&] { return Measurement::milliseconds([&] { plain = groupPlainly(files, folders); }); });
     Grouping plainAtHand;
     plainTimes.add("plain loops, paths at hand",
-                   [&] { return Measurement::milliseconds([&] { plainAtHand = groupPlainlyWithPathsAtHand(files, folders); }); });
+        [&] { return Measurement::milliseconds([&] { plainAtHand = groupPlainlyWithPathsAtHand(files, folders); }); });
     plainTimes.run(1);
     plainTimes.print("plain loops");
-    std::printf("times faster: %.0f, than with paths at hand: %.0f, same hash and order: %s\n\n", plainTimes.median("plain loops") / fastTimes.median("grouping"),
-                plainTimes.median("plain loops, paths at hand") / fastTimes.median("grouping"),
-                sameOrder(fast, plain) && sameOrder(fast, plainAtHand) ? "yes" : "NO");
+    std::printf("times faster: %.0f, than with paths at hand: %.0f, same hash and order: %s\n\n",
+        plainTimes.median("plain loops") / fastTimes.median("grouping"),
+        plainTimes.median("plain loops, paths at hand") / fastTimes.median("grouping"),
+        sameOrder(fast, plain) && sameOrder(fast, plainAtHand) ? "yes" : "NO");
 }
 }
 

@@ -84,7 +84,6 @@ bool waitsForEvents(qint64 processId)
     return call.startsWith("7 ") || call.startsWith("271 ");
 }
 
-
 /** Milliseconds from the start to the first wait of the event loop that lasts. */
 double startMs(const QString &program, const QStringList &arguments)
 {
@@ -147,7 +146,8 @@ int main(int argc, char **argv)
     if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Scans begin after five seconds and come every thirty, as in ordinary operation.
-    write(home.path() + QStringLiteral("/.config/VELMORA/quilloservice.xml"), "<quilloservice><debug enabled='true' inactivityDuration='0'/></quilloservice>");
+    write(home.path() + QStringLiteral("/.config/VELMORA/quilloservice.xml"),
+        "<quilloservice><debug enabled='true' inactivityDuration='0'/></quilloservice>");
     write(home.path() + QStringLiteral("/.config/VELMORA/settings.ini"), "[common]\nautoStartService=true\n");
     const QString pictures = home.path() + QStringLiteral("/Pictures");
     QDir().mkpath(pictures);
@@ -183,10 +183,14 @@ int main(int argc, char **argv)
 
     const double limitKiB = 1.25 * static_cast<double>(bareKiB) + photos;
     printf("%-42s %12s %12s %8s\n", "", "bare tray", "service", "ratio");
-    printf("%-42s %12.1f %12.1f %8.2f\n", "start to event loop, ms (median)", median(bareStarts), median(serviceStarts), median(serviceStarts) / median(bareStarts));
-    printf("%-42s %12lld %12lld %8.2f\n", "resident after the first scan, KiB", bareKiB, afterFirst, static_cast<double>(afterFirst) / static_cast<double>(bareKiB));
-    printf("%-42s %12lld %12lld %8.2f\n", "resident after the second scan, KiB", bareKiB, afterSecond, static_cast<double>(afterSecond) / static_cast<double>(bareKiB));
-    printf("%-42s %12.0f %12lld %8.2f\n", "allowed: 1.25 x bare + 1 KiB a photo", limitKiB, afterSecond, static_cast<double>(afterSecond) / limitKiB);
+    printf("%-42s %12.1f %12.1f %8.2f\n", "start to event loop, ms (median)", median(bareStarts), median(serviceStarts),
+        median(serviceStarts) / median(bareStarts));
+    printf("%-42s %12lld %12lld %8.2f\n", "resident after the first scan, KiB", bareKiB, afterFirst,
+        static_cast<double>(afterFirst) / static_cast<double>(bareKiB));
+    printf("%-42s %12lld %12lld %8.2f\n", "resident after the second scan, KiB", bareKiB, afterSecond,
+        static_cast<double>(afterSecond) / static_cast<double>(bareKiB));
+    printf("%-42s %12.0f %12lld %8.2f\n", "allowed: 1.25 x bare + 1 KiB a photo", limitKiB, afterSecond,
+        static_cast<double>(afterSecond) / limitKiB);
     printf("%-42s %12s %12lld\n", "wake-ups in 23 s between two scans", "", wakesBetween);
 
     for (QProcess *process : {&bare, &running}) {

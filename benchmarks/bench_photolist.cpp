@@ -1,5 +1,5 @@
-// Measures NyFotoListRegistry with a list of 100,000 photos: what an unchanged list and a change of ten cost, in time and in bytes handed to
-// the file system, against writing the whole list. Prints the ratios behind Google Benchmark's table.
+// Measures NyFotoListRegistry with a list of 100,000 photos: what an unchanged list and a change of ten cost, in time and in bytes handed
+// to the file system, against writing the whole list. Prints the ratios behind Google Benchmark's table.
 
 #include <algorithm>
 #include <chrono>
@@ -21,7 +21,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 constexpr int PhotoCount = 100'000;
 constexpr int FolderCount = 1'000;
@@ -33,7 +34,7 @@ qint64 writtenBytes()
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     const QList<QByteArray> lines = file.readAll().split('\n');
-    for (const QByteArray& line : lines) {
+    for (const QByteArray &line : lines) {
         if (line.startsWith("wchar: "))
             return line.mid(7).toLongLong();
     }
@@ -42,7 +43,8 @@ qint64 writtenBytes()
 
 NyFoto photo(int number)
 {
-    return NyFoto(QFileInfo(u"/home/anna/Bilder/2024/%1 Ausflug/IMG_%2.jpg"_s.arg(number % FolderCount).arg(number, 6, 10, QLatin1Char('0'))));
+    return NyFoto(
+        QFileInfo(u"/home/anna/Bilder/2024/%1 Ausflug/IMG_%2.jpg"_s.arg(number % FolderCount).arg(number, 6, 10, QLatin1Char('0'))));
 }
 
 NyFotoList photos(int from = 0)
@@ -55,7 +57,7 @@ NyFotoList photos(int from = 0)
 }
 
 /** Ten photos of the list are others, spread over all of it. */
-NyFotoList withChange(const NyFotoList& list, int round)
+NyFotoList withChange(const NyFotoList &list, int round)
 {
     NyFotoList changed;
     changed.reserve(list.size());
@@ -68,7 +70,8 @@ NyFotoList withChange(const NyFotoList& list, int round)
     return changed;
 }
 
-struct Result {
+struct Result
+{
     std::vector<double> seconds;
     std::vector<double> bytes;
 };
@@ -84,10 +87,10 @@ double median(std::vector<double> values)
 }
 
 /** A round of a benchmark: only @p work is timed. */
-template<class Work>
-void measure(benchmark::State& state, const char* name, Work work)
+template <class Work>
+void measure(benchmark::State &state, const char *name, Work work)
 {
-    Result& result = results[name];
+    Result &result = results[name];
     const qint64 bytesBefore = writtenBytes();
     const auto start = std::chrono::steady_clock::now();
     work();
@@ -97,7 +100,7 @@ void measure(benchmark::State& state, const char* name, Work work)
     state.SetIterationTime(elapsed.count());
 }
 
-void writeAll(benchmark::State& state)
+void writeAll(benchmark::State &state)
 {
     const QTemporaryDir folder;
     NyFotoListRegistry registry(folder.filePath(u"photolists.sqlite"_s));
@@ -108,7 +111,7 @@ void writeAll(benchmark::State& state)
         measure(state, "all", [&] { registry.add(u"list"_s, lists[round++ % 2]); });
 }
 
-void unchanged(benchmark::State& state)
+void unchanged(benchmark::State &state)
 {
     const QTemporaryDir folder;
     NyFotoListRegistry registry(folder.filePath(u"photolists.sqlite"_s));
@@ -123,7 +126,7 @@ void unchanged(benchmark::State& state)
 }
 
 /** The first time that a process stores the list, it has to read what is there. */
-void unchangedInNewProcess(benchmark::State& state)
+void unchangedInNewProcess(benchmark::State &state)
 {
     const QTemporaryDir folder;
     const NyFotoList list = photos();
@@ -139,7 +142,7 @@ void unchangedInNewProcess(benchmark::State& state)
     }
 }
 
-void changeOfTen(benchmark::State& state)
+void changeOfTen(benchmark::State &state)
 {
     const QTemporaryDir folder;
     NyFotoListRegistry registry(folder.filePath(u"photolists.sqlite"_s));
@@ -155,7 +158,7 @@ void changeOfTen(benchmark::State& state)
     }
 }
 
-void read(benchmark::State& state)
+void read(benchmark::State &state)
 {
     const QTemporaryDir folder;
     NyFotoListRegistry registry(folder.filePath(u"photolists.sqlite"_s));
@@ -176,22 +179,22 @@ BENCHMARK(read)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(9);
 
 void printRatios()
 {
-    const Result& all = results["all"];
+    const Result &all = results["all"];
     const double allSeconds = median(all.seconds);
     const double allBytes = median(all.bytes);
     std::printf("\n%-24s %10s %12s %10s %10s\n", "100,000 photos, medians", "ms", "bytes", "time", "bytes");
-    for (const auto& [name, result] : results) {
+    for (const auto &[name, result] : results) {
         const double seconds = median(result.seconds);
         const double bytes = median(result.bytes);
-        std::printf("%-24s %10.2f %12.0f %10.4f %10.4f\n", name.c_str(), seconds * 1000.0, bytes, allSeconds > 0 ? seconds / allSeconds : 0.0,
-            allBytes > 0 ? bytes / allBytes : 0.0);
+        std::printf("%-24s %10.2f %12.0f %10.4f %10.4f\n", name.c_str(), seconds * 1000.0, bytes,
+            allSeconds > 0 ? seconds / allSeconds : 0.0, allBytes > 0 ? bytes / allBytes : 0.0);
     }
     std::printf("Limits: unchanged 0 bytes; ten at most 0.1 in both.\n");
 }
 
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);

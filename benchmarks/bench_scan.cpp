@@ -37,7 +37,7 @@ namespace
 {
 bool useProcessorTime = false;
 
-template<class Work>
+template <class Work>
 double measure(Work &&work)
 {
     return useProcessorTime ? Measurement::processorMilliseconds(work) : Measurement::milliseconds(work);
@@ -48,7 +48,8 @@ int makeTree(const QString &root, int folders, int files)
     const int perFolder = std::max(1, files / folders);
     int made = 0;
     for (int folder = 0; folder < folders; ++folder) {
-        const QString path = QStringLiteral("%1/20%2/Ausflug an den See %3").arg(root).arg(folder % 10, 2, 10, QLatin1Char('0')).arg(folder);
+        const QString path
+            = QStringLiteral("%1/20%2/Ausflug an den See %3").arg(root).arg(folder % 10, 2, 10, QLatin1Char('0')).arg(folder);
         if (!QDir().mkpath(path))
             return -1;
         for (int file = 0; file < perFolder; ++file, ++made) {
@@ -110,7 +111,9 @@ double runProgram(const std::vector<std::string> &arguments)
         pid_t child = 0;
         if (::posix_spawnp(&child, argv[0], &actions, nullptr, argv.data(), environ) == 0) {
             int status = 0;
-            struct rusage usage {};
+            struct rusage usage
+            {
+            };
             ::wait4(child, &status, 0, &usage);
             if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
                 std::fprintf(stderr, "%s failed\n", argv[0]);

@@ -7,7 +7,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
-void NyChildProcess::prepare(QProcess& process, Lifetime lifetime)
+void NyChildProcess::prepare(QProcess &process, Lifetime lifetime)
 {
     const pid_t parent = ::getpid();
     // Between fork and exec only plain system calls are safe.

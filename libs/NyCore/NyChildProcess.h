@@ -3,7 +3,8 @@
 class QProcess;
 
 /** What every child process of the family needs between its birth and its program. */
-class NyChildProcess {
+class NyChildProcess
+{
 public:
     enum class Lifetime {
         EndsWithThisProcess, ///< gets SIGTERM when the thread that starts it ends
@@ -11,5 +12,5 @@ public:
     };
 
     /** Call before the start, on the thread that starts it. */
-    static void prepare(QProcess& process, Lifetime lifetime);
+    static void prepare(QProcess &process, Lifetime lifetime);
 };

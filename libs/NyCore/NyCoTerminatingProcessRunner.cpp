@@ -7,7 +7,8 @@
 
 #include "NyChildProcess.h"
 
-namespace {
+namespace
+{
 
 constexpr int PatienceMs = 3000;
 constexpr qsizetype LongestLine = 16 * 1024;
@@ -15,20 +16,20 @@ constexpr qsizetype LargestErrorOutput = 64 * 1024;
 
 } // namespace
 
-NyCoTerminatingProcessRunner::NyCoTerminatingProcessRunner(QObject* parent)
+NyCoTerminatingProcessRunner::NyCoTerminatingProcessRunner(QObject *parent)
     : QObject(parent)
 {
 }
 
 NyCoTerminatingProcessRunner::~NyCoTerminatingProcessRunner()
 {
-    const QList<QProcess*> processes = findChildren<QProcess*>(Qt::FindDirectChildrenOnly);
-    for (QProcess* process : processes) {
+    const QList<QProcess *> processes = findChildren<QProcess *>(Qt::FindDirectChildrenOnly);
+    for (QProcess *process : processes) {
         process->disconnect();
         process->terminate();
     }
     const QDeadlineTimer deadline(PatienceMs);
-    for (QProcess* process : processes) {
+    for (QProcess *process : processes) {
         if (!process->waitForFinished(static_cast<int>(deadline.remainingTime())) && process->state() != QProcess::NotRunning) {
             process->kill();
             process->waitForFinished(PatienceMs);
@@ -51,7 +52,7 @@ QStringList NyCoTerminatingProcessRunner::arguments()
     return m_arguments;
 }
 
-void NyCoTerminatingProcessRunner::setArguments(const QStringList& arguments)
+void NyCoTerminatingProcessRunner::setArguments(const QStringList &arguments)
 {
     m_arguments = arguments;
 }
@@ -61,7 +62,7 @@ void NyCoTerminatingProcessRunner::logEntryStart() const
     log(QStringLiteral("starting process: ") + processFilePath());
 }
 
-void NyCoTerminatingProcessRunner::log(const QString& text) const
+void NyCoTerminatingProcessRunner::log(const QString &text) const
 {
     qDebug().noquote() << text;
 }
@@ -83,20 +84,20 @@ void NyCoTerminatingProcessRunner::setCancelFlag(bool cancel)
         onCancelled();
 }
 
-void NyCoTerminatingProcessRunner::onProcessStarting() {}
+void NyCoTerminatingProcessRunner::onProcessStarting() { }
 
 void NyCoTerminatingProcessRunner::onProcessRunning()
 {
     logStartSucceeded();
 }
 
-void NyCoTerminatingProcessRunner::onProcessNotRunning() {}
+void NyCoTerminatingProcessRunner::onProcessNotRunning() { }
 
 void NyCoTerminatingProcessRunner::onCancelled()
 {
     if (!isRunning())
         return;
-    QProcess* process = m_process;
+    QProcess *process = m_process;
     const qint64 id = process->processId();
     log(QStringLiteral("ending process: ") + process->program());
     process->terminate();
@@ -209,7 +210,7 @@ void NyCoTerminatingProcessRunner::start()
 /** Lets the present child run on by itself: its output is dropped and its object goes when it ends. */
 void NyCoTerminatingProcessRunner::releaseProcess()
 {
-    QProcess* released = m_process;
+    QProcess *released = m_process;
     m_process = nullptr;
     released->disconnect(this);
     released->closeReadChannel(QProcess::StandardOutput);

@@ -14,11 +14,12 @@
  * Lives on one thread with an event loop; start it on the main thread, because the child also ends with the thread that
  * started it. A derived class calls initProcess() in its constructor.
  */
-class NYCORE_EXPORT NyCoTerminatingProcessRunner : public QObject {
+class NYCORE_EXPORT NyCoTerminatingProcessRunner : public QObject
+{
     Q_OBJECT
 
 public:
-    explicit NyCoTerminatingProcessRunner(QObject* parent = nullptr);
+    explicit NyCoTerminatingProcessRunner(QObject *parent = nullptr);
     /** Ends the child: asks it to, and kills it after 3 s. */
     ~NyCoTerminatingProcessRunner() override;
 
@@ -28,14 +29,14 @@ public:
     virtual bool waitForFinished(int timeoutMs) const;
     virtual QStringList arguments();
     /** The arguments of the next start. */
-    virtual void setArguments(const QStringList& arguments);
+    virtual void setArguments(const QStringList &arguments);
     virtual QString processFilePath() const = 0;
     virtual void logEntryStart() const;
-    virtual void log(const QString& text) const;
+    virtual void log(const QString &text) const;
     virtual void logStartSucceeded() const;
     virtual void logStartFailed() const;
     /** One line of the child's standard output, without its end. A line is cut after 16 KiB. */
-    virtual void parseProcessMessage(const QString& message) = 0;
+    virtual void parseProcessMessage(const QString &message) = 0;
     /** true asks the running child to end, and kills it when it has not after 3 s. */
     virtual void setCancelFlag(bool cancel);
     virtual void onProcessStarting();
@@ -66,7 +67,7 @@ private:
     enum class LineEnd { Seen, Missing };
     void handOverLine(LineEnd lineEnd);
 
-    QProcess* m_process = nullptr;
+    QProcess *m_process = nullptr;
     QStringList m_arguments;
     QByteArray m_outputLine;
     qsizetype m_errorOutputLogged = 0;

@@ -2,7 +2,7 @@
 
 NyCommandLineOptionHandlerAbstract::~NyCommandLineOptionHandlerAbstract() = default;
 
-void NyCommandLineOptionHandlerAbstract::optionUsed(const QString&, QStringList values)
+void NyCommandLineOptionHandlerAbstract::optionUsed(const QString &, QStringList values)
 {
     optionUsed(values.isEmpty() ? QString() : values.constLast());
 }

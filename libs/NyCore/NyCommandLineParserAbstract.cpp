@@ -11,12 +11,13 @@
 #include "NyCommandLineOptionHandlerAbstract.h"
 #include "NyVersionConfig.h"
 
-namespace {
+namespace
+{
 
 const QStringList helpNames{QStringLiteral("help"), QStringLiteral("h")};
 const QStringList versionNames{QStringLiteral("version"), QStringLiteral("v")};
 
-[[noreturn]] void endProcess(std::FILE* stream, const QString& text, int exitCode)
+[[noreturn]] void endProcess(std::FILE *stream, const QString &text, int exitCode)
 {
     const QByteArray bytes = text.toLocal8Bit();
     std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
@@ -54,20 +55,20 @@ QStringList NyCommandLineParserAbstract::processCommandLine()
     if (!understood)
         endProcess(stderr, programFileName() + QStringLiteral(": ") + m_parser.errorText() + QLatin1Char('\n'), EXIT_FAILURE);
     if (m_parser.isSet(versionNames.constFirst())) {
-        endProcess(stdout, programFileName() + QLatin1Char(' ') + NyVersionConfig::instance().versionString() + QLatin1Char('\n'),
-                   EXIT_SUCCESS);
+        endProcess(
+            stdout, programFileName() + QLatin1Char(' ') + NyVersionConfig::instance().versionString() + QLatin1Char('\n'), EXIT_SUCCESS);
     }
 
-    QList<Option*> used;
+    QList<Option *> used;
     const QStringList usedNames = m_parser.optionNames();
-    for (const QString& name : usedNames) {
-        Option* option = optionOf(name);
+    for (const QString &name : usedNames) {
+        Option *option = optionOf(name);
         if (!option)
             continue;
         used.removeOne(option);
         used.append(option);
     }
-    for (const Option* option : std::as_const(used)) {
+    for (const Option *option : std::as_const(used)) {
         if (option->handler)
             option->handler->optionUsed(option->names.constFirst(), valuesOf(*option));
     }
@@ -79,9 +80,8 @@ QStringList NyCommandLineParserAbstract::evaluateCommandLine()
     return m_parser.positionalArguments();
 }
 
-void NyCommandLineParserAbstract::addOption(CommandLineOptionType type, NyCommandLineOptionHandlerAbstract* handler,
-                                            const QStringList& names, const QString& description, const QString& valueName,
-                                            const QString& defaultValue)
+void NyCommandLineParserAbstract::addOption(CommandLineOptionType type, NyCommandLineOptionHandlerAbstract *handler,
+    const QStringList &names, const QString &description, const QString &valueName, const QString &defaultValue)
 {
     std::unique_ptr<NyCommandLineOptionHandlerAbstract> owned(handler);
     if (names.isEmpty()) {
@@ -101,30 +101,30 @@ void NyCommandLineParserAbstract::addOption(CommandLineOptionType type, NyComman
     m_options.push_back({type, std::move(owned), names, defaultValue});
 }
 
-void NyCommandLineParserAbstract::addOption(CommandLineOptionType type, const QStringList& names, const QString& description,
-                                            const QString& valueName, const QString& defaultValue)
+void NyCommandLineParserAbstract::addOption(
+    CommandLineOptionType type, const QStringList &names, const QString &description, const QString &valueName, const QString &defaultValue)
 {
     addOption(type, nullptr, names, description, valueName, defaultValue);
 }
 
-void NyCommandLineParserAbstract::setApplicationDescription(const QString& description)
+void NyCommandLineParserAbstract::setApplicationDescription(const QString &description)
 {
     m_parser.setApplicationDescription(description);
 }
 
-void NyCommandLineParserAbstract::addPositionalArgument(const QString& name, const QString& description, const QString& syntax)
+void NyCommandLineParserAbstract::addPositionalArgument(const QString &name, const QString &description, const QString &syntax)
 {
     m_parser.addPositionalArgument(name, description, syntax);
 }
 
-bool NyCommandLineParserAbstract::isSet(const QString& name) const
+bool NyCommandLineParserAbstract::isSet(const QString &name) const
 {
     return m_parser.isSet(name);
 }
 
-QString NyCommandLineParserAbstract::value(const QString& name) const
+QString NyCommandLineParserAbstract::value(const QString &name) const
 {
-    for (const Option& option : m_options) {
+    for (const Option &option : m_options) {
         if (!option.names.contains(name))
             continue;
         const QStringList values = m_parser.isSet(name) ? valuesOf(option) : QStringList();
@@ -138,21 +138,21 @@ QStringList NyCommandLineParserAbstract::positionalArguments() const
     return m_parser.positionalArguments();
 }
 
-NyCommandLineParserAbstract::Option* NyCommandLineParserAbstract::optionOf(const QString& name)
+NyCommandLineParserAbstract::Option *NyCommandLineParserAbstract::optionOf(const QString &name)
 {
-    for (Option& option : m_options) {
+    for (Option &option : m_options) {
         if (option.names.contains(name))
             return &option;
     }
     return nullptr;
 }
 
-QStringList NyCommandLineParserAbstract::valuesOf(const Option& option) const
+QStringList NyCommandLineParserAbstract::valuesOf(const Option &option) const
 {
     if (option.type == CommandLineOptionType::Flag)
         return {};
     QStringList values = m_parser.values(option.names.constFirst());
-    for (QString& value : values) {
+    for (QString &value : values) {
         if (value.isEmpty())
             value = option.defaultValue;
     }
@@ -165,11 +165,11 @@ QStringList NyCommandLineParserAbstract::completedArguments(QStringList argument
     const QString last = arguments.size() > 1 ? arguments.constLast() : QString();
     if (!last.startsWith(QLatin1Char('-')) || arguments.contains(QStringLiteral("--")))
         return arguments;
-    const Option* option = optionOf(last.sliced(last.startsWith(QStringLiteral("--")) ? 2 : 1));
+    const Option *option = optionOf(last.sliced(last.startsWith(QStringLiteral("--")) ? 2 : 1));
     if (!option || option->type != CommandLineOptionType::OptionWithValue || option->defaultValue.isEmpty())
         return arguments;
     // The last word may itself be the value of the option before it.
-    QCommandLineParser& parser = m_parser;
+    QCommandLineParser &parser = m_parser;
     if (!parser.parse(arguments))
         arguments.append(option->defaultValue);
     return arguments;

@@ -20,7 +20,8 @@ enum class CommandLineOptionType : int { OptionWithValue = 27, Flag = 28 };
  * Options are written "--name value", "--name=value", "-name value" or "-name=value". "--help" and "--version" are always
  * there. Needs a QCoreApplication, no display. Main thread.
  */
-class NYCORE_EXPORT NyCommandLineParserAbstract {
+class NYCORE_EXPORT NyCommandLineParserAbstract
+{
 public:
     NyCommandLineParserAbstract();
     virtual ~NyCommandLineParserAbstract();
@@ -36,31 +37,32 @@ public:
     virtual QStringList evaluateCommandLine();
 
     /** Declares an option and takes over its handler. A value that is empty on the command line counts as the default value. */
-    void addOption(CommandLineOptionType type, NyCommandLineOptionHandlerAbstract* handler, const QStringList& names,
-                   const QString& description, const QString& valueName, const QString& defaultValue);
-    void addOption(CommandLineOptionType type, const QStringList& names, const QString& description, const QString& valueName,
-                   const QString& defaultValue);
+    void addOption(CommandLineOptionType type, NyCommandLineOptionHandlerAbstract *handler, const QStringList &names,
+        const QString &description, const QString &valueName, const QString &defaultValue);
+    void addOption(CommandLineOptionType type, const QStringList &names, const QString &description, const QString &valueName,
+        const QString &defaultValue);
 
-    void setApplicationDescription(const QString& description);
-    void addPositionalArgument(const QString& name, const QString& description, const QString& syntax = QString());
+    void setApplicationDescription(const QString &description);
+    void addPositionalArgument(const QString &name, const QString &description, const QString &syntax = QString());
 
-    bool isSet(const QString& name) const;
+    bool isSet(const QString &name) const;
     /** The option's last value, else its default value. */
-    QString value(const QString& name) const;
+    QString value(const QString &name) const;
     QStringList positionalArguments() const;
 
 private:
     Q_DISABLE_COPY_MOVE(NyCommandLineParserAbstract)
 
-    struct Option {
+    struct Option
+    {
         CommandLineOptionType type;
         std::unique_ptr<NyCommandLineOptionHandlerAbstract> handler;
         QStringList names;
         QString defaultValue;
     };
 
-    Option* optionOf(const QString& name);
-    QStringList valuesOf(const Option& option) const;
+    Option *optionOf(const QString &name);
+    QStringList valuesOf(const Option &option) const;
     QStringList completedArguments(QStringList arguments);
 
     QCommandLineParser m_parser;

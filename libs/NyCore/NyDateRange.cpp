@@ -2,9 +2,10 @@
 
 #include <QtCore/QLocale>
 
-namespace {
+namespace
+{
 
-QString text(const QDate& date, bool withYear)
+QString text(const QDate &date, bool withYear)
 {
     if (!date.isValid())
         return QStringLiteral("unknown");
@@ -15,14 +16,14 @@ QString text(const QDate& date, bool withYear)
 
 NyDateRange::NyDateRange() = default;
 
-NyDateRange::NyDateRange(const QDate& from, const QDate& to)
+NyDateRange::NyDateRange(const QDate &from, const QDate &to)
     : NyRange<QDate>(from, to)
 {
 }
 
 NyDateRange::~NyDateRange() = default;
 
-bool NyDateRange::contains(const QDate& date) const
+bool NyDateRange::contains(const QDate &date) const
 {
     return date.isValid() && NyRange<QDate>::contains(date);
 }
@@ -32,7 +33,7 @@ bool NyDateRange::isValid() const
     return from().isValid() && to().isValid() && from() <= to();
 }
 
-QString NyDateRange::dateDescription(const QDate& reference) const
+QString NyDateRange::dateDescription(const QDate &reference) const
 {
     if (!from().isValid() && !to().isValid())
         return QStringLiteral("no dates");

@@ -9,7 +9,8 @@
 #include "nycore_export.h"
 
 /** Where the family keeps its files, and which folders no scan of pictures enters. Thread-safe: nothing changes after construction. */
-class NYCORE_EXPORT NyDirectoryConfig : public NySingleton<NyDirectoryConfig> {
+class NYCORE_EXPORT NyDirectoryConfig : public NySingleton<NyDirectoryConfig>
+{
 public:
     NyDirectoryConfig();
     ~NyDirectoryConfig() override;
@@ -26,7 +27,7 @@ public:
      * ".nomedia" or ".nomemories", the family's own data. Only the folder's own last name counts, not those above it.
      * @p includeSystemFolders also leaves out folders of the operating system, such as /proc, and all below them.
      */
-    bool isIgnorableFolder(const QString& absolutePath, bool includeSystemFolders) const;
+    bool isIgnorableFolder(const QString &absolutePath, bool includeSystemFolders) const;
 
     /**
      * The parts of isIgnorableFolder() for a walker that has the folder's name and its entries at hand already. A folder is
@@ -36,16 +37,16 @@ public:
     static bool isIgnorableFolderName(QStringView name);
     static bool isIgnoreMarkerName(QStringView fileName);
     /** Looks for the markers on the disk. */
-    static bool hasIgnoreMarker(const QString& absolutePath);
+    static bool hasIgnoreMarker(const QString &absolutePath);
     /** Absolute paths without a separator at the end. */
     QStringList ownDataFolders() const { return m_ownDataFolders; }
-    bool isOwnDataFolder(const QString& absolutePath) const;
+    bool isOwnDataFolder(const QString &absolutePath) const;
 
     /**
      * The first file of that name in the user's configuration, the system's, the installation's shared data, and the program
      * itself. Empty when there is none. @p fileName may name a subfolder, but never leads out of those places.
      */
-    static QString resourceFile(const QString& fileName);
+    static QString resourceFile(const QString &fileName);
 
 private:
     QString m_dataFolder;

@@ -11,14 +11,15 @@
  * Filled once by a NyEnumWrapper, then only read, from any thread. E must hold any combination of its values: give it a
  * fixed underlying type.
  */
-template<class E>
-class Q_DECL_EXPORT NyEnumToStringTable {
+template <class E>
+class Q_DECL_EXPORT NyEnumToStringTable
+{
 public:
     /**
      * Adds a text. Decoding ignores case, and the last value inserted for a text counts; encoding keeps the spelling,
      * and the first text inserted for a value counts.
      */
-    void insert(const QString& name, E value)
+    void insert(const QString &name, E value)
     {
         m_values.insert(name.toLower(), value);
         if (!m_names.contains(value))
@@ -26,11 +27,11 @@ public:
     }
 
     /** All values named in the comma-separated text, combined by OR. Unknown parts, empty ones too, give the default value. */
-    E decodeCSV(const QString& text) const
+    E decodeCSV(const QString &text) const
     {
         int result = 0;
         const QStringList parts = text.split(QLatin1Char(','), Qt::KeepEmptyParts, Qt::CaseSensitive);
-        for (const QString& part : parts) {
+        for (const QString &part : parts) {
             const int found = static_cast<int>(m_values.value(part.trimmed().toLower(), static_cast<E>(NotFound)));
             result |= found == NotFound ? static_cast<int>(m_defaultValue) : found;
         }

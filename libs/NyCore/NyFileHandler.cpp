@@ -4,7 +4,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>
 
-bool NyFileHandler::writeBinaryFile(const QFileInfo& file, const QByteArray& content)
+bool NyFileHandler::writeBinaryFile(const QFileInfo &file, const QByteArray &content)
 {
     const QString path = file.absoluteFilePath();
     QSaveFile saved(path);
@@ -25,10 +25,10 @@ bool NyFileHandler::writeBinaryFile(const QFileInfo& file, const QByteArray& con
     return true;
 }
 
-bool NyFileHandler::deleteFiles(const QFileInfoList& files)
+bool NyFileHandler::deleteFiles(const QFileInfoList &files)
 {
     bool allGone = true;
-    for (const QFileInfo& info : files) {
+    for (const QFileInfo &info : files) {
         const QString path = info.absoluteFilePath();
         // Asked anew: the list may be older than the files.
         const QFileInfo now(path);

@@ -6,14 +6,15 @@
 #include "nycore_export.h"
 
 /** Writing and deleting files. Stateless, any thread. */
-class NYCORE_EXPORT NyFileHandler {
+class NYCORE_EXPORT NyFileHandler
+{
 public:
     /**
      * Creates or replaces the file with the bytes, whole or not at all: after false, with a warning, the old file is as it was.
      * A link is followed. Missing folders are not created.
      */
-    static bool writeBinaryFile(const QFileInfo& file, const QByteArray& content);
+    static bool writeBinaryFile(const QFileInfo &file, const QByteArray &content);
 
     /** Deletes the files, with a warning for each that cannot be. Folders stay. True if none of the files is left. */
-    static bool deleteFiles(const QFileInfoList& files);
+    static bool deleteFiles(const QFileInfoList &files);
 };

@@ -5,11 +5,12 @@
 #include "NyDirectoryConfig.h"
 #include "NyProgramConfig.h"
 
-namespace {
-
-QFileInfo logFileNamed(const QString& ending)
+namespace
 {
-    const NyProgramConfig& program = NyProgramConfig::instance();
+
+QFileInfo logFileNamed(const QString &ending)
+{
+    const NyProgramConfig &program = NyProgramConfig::instance();
     const QDir folder(NyDirectoryConfig::instance().logFolder());
     return QFileInfo(folder.filePath(program.commandName(program.programID()) + ending));
 }

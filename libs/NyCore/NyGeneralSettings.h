@@ -6,7 +6,8 @@
 #include "nycore_export.h"
 
 /** Where the running program writes its logs. Stateless, so any thread may ask. */
-class NYCORE_EXPORT NyGeneralSettings : public NySingleton<NyGeneralSettings> {
+class NYCORE_EXPORT NyGeneralSettings : public NySingleton<NyGeneralSettings>
+{
 public:
     NyGeneralSettings();
     ~NyGeneralSettings() override;

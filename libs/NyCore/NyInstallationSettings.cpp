@@ -11,11 +11,12 @@
 #include "NyPlatformIndependent.h"
 #include "NySettingsLock.h"
 
-namespace {
+namespace
+{
 
 constexpr int LongestUninstallMs = 3000;
 
-bool isExecutableFile(const QString& path)
+bool isExecutableFile(const QString &path)
 {
     const QFileInfo file(path);
     return file.isFile() && file.isExecutable();
@@ -63,7 +64,7 @@ void NyInstallationSettings::applyAutoStartServiceSetting()
         return;
     }
     // Waited for, so that an installation asked for right after it cannot be undone by it.
-    auto* process = new QProcess;
+    auto *process = new QProcess;
     process->setProcessChannelMode(QProcess::ForwardedChannels);
     NyChildProcess::prepare(*process, NyChildProcess::Lifetime::Independent);
     process->start(program, arguments);
@@ -84,12 +85,12 @@ void NyInstallationSettings::applyAutoStartServiceSetting()
 
 QString NyInstallationSettings::executablePath(NyProgramID programID) const
 {
-    NyConfigItem<QString>& configured = programID == NyProgramID::MainProgram ? m_mainProgramPath : m_quilloServicePath;
+    NyConfigItem<QString> &configured = programID == NyProgramID::MainProgram ? m_mainProgramPath : m_quilloServicePath;
     load(configured);
     if (isExecutableFile(configured.value()))
         return QFileInfo(configured.value()).absoluteFilePath();
 
-    const NyProgramConfig& programs = NyProgramConfig::instance();
+    const NyProgramConfig &programs = NyProgramConfig::instance();
     const QString besides = QCoreApplication::applicationDirPath() + QLatin1Char('/') + programs.programName(programID);
     if (isExecutableFile(besides))
         return besides;

@@ -9,7 +9,8 @@
 #include "nycore_export.h"
 
 /** What the user decided about the installation: whether the service starts with the session, and where programs lie. Main thread. */
-class NYCORE_EXPORT NyInstallationSettings : public NySettings, public NySingleton<NyInstallationSettings> {
+class NYCORE_EXPORT NyInstallationSettings : public NySettings, public NySingleton<NyInstallationSettings>
+{
     Q_OBJECT
 
 public:

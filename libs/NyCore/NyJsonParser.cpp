@@ -6,14 +6,15 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QJsonParseError>
 
-namespace {
+namespace
+{
 
 // Far above any description or project file; more would be read into memory whole for nothing.
 constexpr qint64 LargestFile = qint64(256) * 1024 * 1024;
 
 } // namespace
 
-QJsonDocument NyJsonParser::loadDocument(const QFileInfo& file)
+QJsonDocument NyJsonParser::loadDocument(const QFileInfo &file)
 {
     const QString path = file.absoluteFilePath();
     QFile source(path);
@@ -37,9 +38,9 @@ QJsonDocument NyJsonParser::loadDocument(const QFileInfo& file)
     return document;
 }
 
-QJsonArray NyJsonParser::createMenuJson(const QString& argument)
+QJsonArray NyJsonParser::createMenuJson(const QString &argument)
 {
-    const auto entry = [&argument](const QString& title, const QString& verb) {
+    const auto entry = [&argument](const QString &title, const QString &verb) {
         return QJsonObject{
             {QStringLiteral("title"), title},
             {QStringLiteral("action"), verb + QLatin1Char(':') + argument},

@@ -8,12 +8,13 @@
 
 #include "NyDirectoryConfig.h"
 
-namespace {
+namespace
+{
 
 constexpr int DefaultId = 1;
 constexpr qint64 LargestFile = 1 << 20;
 
-std::optional<bool> toBool(const QString& text)
+std::optional<bool> toBool(const QString &text)
 {
     const QString word = text.trimmed().toLower();
     if (word == u"true" || word == u"1" || word == u"yes" || word == u"on")
@@ -36,7 +37,7 @@ NyKeyAccount::NyKeyAccount()
 
 NyKeyAccount::~NyKeyAccount() = default;
 
-void NyKeyAccount::readFile(const QString& path)
+void NyKeyAccount::readFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -72,8 +73,7 @@ void NyKeyAccount::readFile(const QString& path)
         }
     }
     if (xml.hasError()) {
-        qWarning().noquote() << "cannot parse" << path << "line" << xml.lineNumber() << "column" << xml.columnNumber()
-                             << xml.errorString();
+        qWarning().noquote() << "cannot parse" << path << "line" << xml.lineNumber() << "column" << xml.columnNumber() << xml.errorString();
         return;
     }
     m_keyAccountId = NyKeyAccountId(id, testClient);

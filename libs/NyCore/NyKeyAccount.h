@@ -12,7 +12,8 @@
  * Read from the file "installation.xml" when the object is made; a fact that the file does not tell, or that cannot be
  * read, keeps its built-in default. Read-only afterwards, so any thread may ask.
  */
-class NYCORE_EXPORT NyKeyAccount : public NySingleton<NyKeyAccount> {
+class NYCORE_EXPORT NyKeyAccount : public NySingleton<NyKeyAccount>
+{
 public:
     NyKeyAccount();
     ~NyKeyAccount() override;
@@ -22,7 +23,7 @@ public:
     bool isTestClient() const { return m_keyAccountId.isTestClient(); }
 
 private:
-    void readFile(const QString& path);
+    void readFile(const QString &path);
 
     NyKeyAccountId m_keyAccountId;
     QString m_name;

@@ -5,7 +5,8 @@
 #include "nycore_export.h"
 
 /** The business customer that an installation belongs to. */
-class NYCORE_EXPORT NyKeyAccountId {
+class NYCORE_EXPORT NyKeyAccountId
+{
 public:
     explicit NyKeyAccountId(int id = 0, bool testClient = false);
 
@@ -13,7 +14,7 @@ public:
     QString toString() const;
     bool isTestClient() const { return m_testClient; }
 
-    bool operator==(const NyKeyAccountId& other) const { return m_id == other.m_id; }
+    bool operator==(const NyKeyAccountId &other) const { return m_id == other.m_id; }
 
 private:
     int m_id;

@@ -13,7 +13,8 @@
 
 #include "NyRotatingFile.h"
 
-namespace {
+namespace
+{
 
 constexpr qsizetype LargestBuffer = 64 * 1024;
 constexpr qint64 OldestLineMs = 1000;
@@ -40,7 +41,7 @@ bool isSevere(QtMsgType type)
     return type == QtWarningMsg || type == QtCriticalMsg || type == QtFatalMsg;
 }
 
-QByteArray line(QtMsgType type, const QString& message)
+QByteArray line(QtMsgType type, const QString &message)
 {
     const QDateTime now = QDateTime::currentDateTime();
     QByteArray text = message.toUtf8();
@@ -51,15 +52,16 @@ QByteArray line(QtMsgType type, const QString& message)
 
 } // namespace
 
-class NyLogMessageHandler::Private {
+class NyLogMessageHandler::Private
+{
 public:
-    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message);
+    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message);
     static void flushAtExit();
 
-    void add(QtMsgType type, const QString& message);
+    void add(QtMsgType type, const QString &message);
     void flush();
 
-    static inline std::atomic<Private*> s_active{nullptr};
+    static inline std::atomic<Private *> s_active{nullptr};
     static inline std::atomic<QtMessageHandler> s_previous{nullptr};
 
     QMutex mutex;
@@ -69,9 +71,9 @@ public:
     bool verbose = false;
 };
 
-void NyLogMessageHandler::Private::handle(QtMsgType type, const QMessageLogContext& context, const QString& message)
+void NyLogMessageHandler::Private::handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    if (Private* active = s_active.load(std::memory_order_acquire))
+    if (Private *active = s_active.load(std::memory_order_acquire))
         active->add(type, message);
     if (const QtMessageHandler previous = s_previous.load(std::memory_order_acquire))
         previous(type, context, message);
@@ -79,13 +81,13 @@ void NyLogMessageHandler::Private::handle(QtMsgType type, const QMessageLogConte
 
 void NyLogMessageHandler::Private::flushAtExit()
 {
-    if (Private* active = s_active.load(std::memory_order_acquire)) {
+    if (Private *active = s_active.load(std::memory_order_acquire)) {
         const QMutexLocker locker(&active->mutex);
         active->flush();
     }
 }
 
-void NyLogMessageHandler::Private::add(QtMsgType type, const QString& message)
+void NyLogMessageHandler::Private::add(QtMsgType type, const QString &message)
 {
     const QMutexLocker locker(&mutex);
     if (file.path().isEmpty() || (!verbose && !isSevere(type)))
@@ -115,7 +117,7 @@ NyLogMessageHandler::~NyLogMessageHandler()
     setVerbose(false, QFileInfo());
 }
 
-void NyLogMessageHandler::setVerbose(bool verbose, const QFileInfo& logFile)
+void NyLogMessageHandler::setVerbose(bool verbose, const QFileInfo &logFile)
 {
     const QString path = logFile.filePath().isEmpty() ? QString() : logFile.absoluteFilePath();
     {
@@ -125,7 +127,7 @@ void NyLogMessageHandler::setVerbose(bool verbose, const QFileInfo& logFile)
         d->verbose = verbose;
     }
     if (path.isEmpty()) {
-        Private* self = d.get();
+        Private *self = d.get();
         if (!Private::s_active.compare_exchange_strong(self, nullptr))
             return;
         const QtMessageHandler current = qInstallMessageHandler(Private::s_previous.load());

@@ -10,14 +10,16 @@
 #include "NyGeneralSettings.h"
 #include "NyRotatingFile.h"
 
-namespace {
+namespace
+{
 
 /** Belongs to the action that it writes about. */
-class ActionLogger : public QObject {
+class ActionLogger : public QObject
+{
     Q_OBJECT
 
 public:
-    explicit ActionLogger(QObject* action)
+    explicit ActionLogger(QObject *action)
         : QObject(action)
     {
     }
@@ -28,7 +30,8 @@ public Q_SLOTS:
 
 } // namespace
 
-class NyLogger::Private {
+class NyLogger::Private
+{
 public:
     QMutex mutex;
     NyRotatingFile file;
@@ -41,7 +44,7 @@ NyLogger::NyLogger()
 
 NyLogger::~NyLogger() = default;
 
-void NyLogger::logQuilloService(const QString& text)
+void NyLogger::logQuilloService(const QString &text)
 {
     QString escaped = text;
     escaped.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
@@ -49,14 +52,15 @@ void NyLogger::logQuilloService(const QString& text)
     escaped.replace(QLatin1Char('\r'), QStringLiteral("\\r"));
     const QString path = NyGeneralSettings::instance().eventLogFile().absoluteFilePath();
     const QMutexLocker locker(&d->mutex);
-    const QString time = QDateTime::currentDateTime().toOffsetFromUtc(QDateTime::currentDateTime().offsetFromUtc()).toString(Qt::ISODateWithMs);
+    const QString time
+        = QDateTime::currentDateTime().toOffsetFromUtc(QDateTime::currentDateTime().offsetFromUtc()).toString(Qt::ISODateWithMs);
     d->file.setPath(path);
     d->file.append((time + QLatin1Char('\t') + escaped + QLatin1Char('\n')).toUtf8());
 }
 
-void NyLogger::connectAction(QObject* action)
+void NyLogger::connectAction(QObject *action)
 {
-    auto* const logger = new ActionLogger(action);
+    auto *const logger = new ActionLogger(action);
     if (!QObject::connect(action, SIGNAL(triggered(bool)), logger, SLOT(actionTriggered())))
         qWarning() << "no action to log:" << action;
 }

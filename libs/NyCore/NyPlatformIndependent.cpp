@@ -8,9 +8,9 @@
 
 #include "NyChildProcess.h"
 
-NyPlatformIndependent& NyPlatformIndependent::instance()
+NyPlatformIndependent &NyPlatformIndependent::instance()
 {
-    static NyPlatformIndependent* const platform = new NyPlatformIndependent;
+    static NyPlatformIndependent *const platform = new NyPlatformIndependent;
     return *platform;
 }
 
@@ -18,9 +18,9 @@ NyPlatformIndependent::NyPlatformIndependent() = default;
 
 NyPlatformIndependent::~NyPlatformIndependent() = default;
 
-void NyPlatformIndependent::prepareProgram() {}
+void NyPlatformIndependent::prepareProgram() { }
 
-bool NyPlatformIndependent::runProgram(const QString& path, const QStringList& arguments, const QString& workingDirectory) const
+bool NyPlatformIndependent::runProgram(const QString &path, const QStringList &arguments, const QString &workingDirectory) const
 {
     const QFileInfo program(path);
     if (!program.isFile() || !program.isExecutable()) {

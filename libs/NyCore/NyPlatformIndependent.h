@@ -6,10 +6,11 @@
 #include "nycore_export.h"
 
 /** What differs between platforms. The base does what fits a freedesktop system. */
-class NYCORE_EXPORT NyPlatformIndependent {
+class NYCORE_EXPORT NyPlatformIndependent
+{
 public:
     /** The running platform's object; lives until the process ends. Thread-safe. */
-    static NyPlatformIndependent& instance();
+    static NyPlatformIndependent &instance();
 
     virtual ~NyPlatformIndependent();
 
@@ -22,7 +23,7 @@ public:
      * False, with nothing started, when @p path is no executable file or the start fails. An empty working directory means
      * the caller's.
      */
-    virtual bool runProgram(const QString& path, const QStringList& arguments, const QString& workingDirectory) const;
+    virtual bool runProgram(const QString &path, const QStringList &arguments, const QString &workingDirectory) const;
 
     /** Whether the platform itself keeps the last proposal at hand for the user, so that a menu need not offer it. */
     virtual bool remembersLastProposalElsewhere() const;

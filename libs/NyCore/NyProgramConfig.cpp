@@ -4,7 +4,7 @@ NyProgramConfig::NyProgramConfig() = default;
 
 NyProgramConfig::~NyProgramConfig() = default;
 
-QString NyProgramConfig::programName(const NyProgramID& programID) const
+QString NyProgramConfig::programName(const NyProgramID &programID) const
 {
     switch (programID) {
     case NyProgramID::MainProgram:
@@ -15,7 +15,7 @@ QString NyProgramConfig::programName(const NyProgramID& programID) const
     return {};
 }
 
-QString NyProgramConfig::commandName(const NyProgramID& programID) const
+QString NyProgramConfig::commandName(const NyProgramID &programID) const
 {
     switch (programID) {
     case NyProgramID::MainProgram:

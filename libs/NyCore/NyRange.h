@@ -8,8 +8,9 @@
  * A range between two values, both inclusive. A default-constructed T stands for an end that is not known and must
  * compare as less than every other value.
  */
-template<class T>
-class Q_DECL_EXPORT NyRange {
+template <class T>
+class Q_DECL_EXPORT NyRange
+{
 public:
     NyRange() = default;
     NyRange(T from, T to)
@@ -17,21 +18,21 @@ public:
         , m_to(std::move(to))
     {
     }
-    NyRange(const NyRange&) = default;
-    NyRange(NyRange&&) = default;
-    NyRange& operator=(const NyRange&) = default;
-    NyRange& operator=(NyRange&&) = default;
+    NyRange(const NyRange &) = default;
+    NyRange(NyRange &&) = default;
+    NyRange &operator=(const NyRange &) = default;
+    NyRange &operator=(NyRange &&) = default;
     virtual ~NyRange() = default;
 
     T from() const { return m_from; }
     T to() const { return m_to; }
-    void setFrom(const T& from) { m_from = from; }
-    void setTo(const T& to) { m_to = to; }
+    void setFrom(const T &from) { m_from = from; }
+    void setTo(const T &to) { m_to = to; }
 
-    virtual bool contains(const T& value) const { return !(value < m_from) && !(m_to < value); }
+    virtual bool contains(const T &value) const { return !(value < m_from) && !(m_to < value); }
 
     /** Widens the range so that it reaches the value. A range with an end but no start never gains a start. */
-    void expandTo(const T& value)
+    void expandTo(const T &value)
     {
         const T unknown{};
         if (m_from == unknown && m_to == unknown) {
@@ -44,7 +45,7 @@ public:
         }
     }
 
-    bool operator==(const NyRange& other) const { return m_from == other.m_from && m_to == other.m_to; }
+    bool operator==(const NyRange &other) const { return m_from == other.m_from && m_to == other.m_to; }
 
 private:
     T m_from{};

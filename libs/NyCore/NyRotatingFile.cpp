@@ -13,14 +13,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
+namespace
+{
 
-QByteArray rotatedName(const QString& path, int number)
+QByteArray rotatedName(const QString &path, int number)
 {
     return QFile::encodeName(number == 0 ? path : path + QLatin1Char('.') + QString::number(number));
 }
 
-bool isSameFile(int descriptor, const QByteArray& path)
+bool isSameFile(int descriptor, const QByteArray &path)
 {
     struct stat opened;
     struct stat named;
@@ -35,7 +36,7 @@ NyRotatingFile::~NyRotatingFile()
     close();
 }
 
-void NyRotatingFile::setPath(const QString& path)
+void NyRotatingFile::setPath(const QString &path)
 {
     if (path == m_path)
         return;
@@ -45,7 +46,7 @@ void NyRotatingFile::setPath(const QString& path)
     m_failureTold = false;
 }
 
-bool NyRotatingFile::append(const QByteArray& bytes)
+bool NyRotatingFile::append(const QByteArray &bytes)
 {
     if (m_path.isEmpty() || bytes.isEmpty())
         return bytes.isEmpty();

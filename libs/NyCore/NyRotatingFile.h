@@ -8,7 +8,8 @@
  *
  * Several processes may append to the same file. What cannot be written is told once on stderr and dropped. Not thread-safe.
  */
-class NyRotatingFile {
+class NyRotatingFile
+{
 public:
     static constexpr qint64 LargestSize = 5 * 1024 * 1024;
     static constexpr int KeptFiles = 3;
@@ -17,11 +18,11 @@ public:
     ~NyRotatingFile();
 
     /** Closes the present file and goes on with this one. */
-    void setPath(const QString& path);
+    void setPath(const QString &path);
     QString path() const { return m_path; }
 
     /** Appends the bytes, opening the file and its folder first where needed. False if they are not all in the file. */
-    bool append(const QByteArray& bytes);
+    bool append(const QByteArray &bytes);
     void close();
 
 private:

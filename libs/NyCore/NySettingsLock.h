@@ -10,7 +10,8 @@
  * Recursive within a thread. What a dead process left locked is taken over. The wait is bounded: after 3 s of a living
  * holder a warning is written and the work goes on unlocked, since the store's file is replaced whole in any case.
  */
-class NYCORE_EXPORT NySettingsLock {
+class NYCORE_EXPORT NySettingsLock
+{
 public:
     NySettingsLock();
     ~NySettingsLock();

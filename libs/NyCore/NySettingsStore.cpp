@@ -16,7 +16,8 @@
 
 #include "NyDirectoryConfig.h"
 
-namespace {
+namespace
+{
 
 constexpr int LongestWaitMs = 3000;
 constexpr int LockPollMs = 5;
@@ -26,23 +27,23 @@ constexpr qint64 LargestFile = 16 * 1024 * 1024;
 /** File times move in steps of some milliseconds: a file younger than this may have changed again with the same times. */
 constexpr qint64 SettledAfterNs = 100'000'000;
 
-QString decoded(const QByteArray& bytes)
+QString decoded(const QByteArray &bytes)
 {
     return QString::fromUtf8(bytes);
 }
 
 /** Group and key names reduced to letters that mean nothing in the file's form. */
-QByteArray encodedName(const QString& name)
+QByteArray encodedName(const QString &name)
 {
     return name.toUtf8().toPercentEncoding();
 }
 
-QString decodedName(const QByteArray& bytes)
+QString decodedName(const QByteArray &bytes)
 {
     return decoded(QByteArray::fromPercentEncoding(bytes));
 }
 
-QByteArray quotedText(const QString& text)
+QByteArray quotedText(const QString &text)
 {
     QString result;
     result.reserve(text.size() + 2);
@@ -59,7 +60,7 @@ QByteArray quotedText(const QString& text)
             result += c;
             result += text.at(++i);
         } else if (c.unicode() < 0x20 || c.unicode() == 0x7f || c.isSurrogate() || c.unicode() == 0x2028 || c.unicode() == 0x2029
-                   || c.unicode() == 0xfeff || c.unicode() >= 0xfffe) {
+            || c.unicode() == 0xfeff || c.unicode() >= 0xfffe) {
             result += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
         } else {
             result += c;
@@ -70,7 +71,7 @@ QByteArray quotedText(const QString& text)
 }
 
 /** The text of a value as it stands in the file; nothing when its quotes or escapes are broken. */
-std::optional<QString> unquotedText(const QByteArray& bytes)
+std::optional<QString> unquotedText(const QByteArray &bytes)
 {
     const QString text = decoded(bytes);
     if (!text.startsWith(QLatin1Char('"')))
@@ -105,9 +106,9 @@ std::optional<QString> unquotedText(const QByteArray& bytes)
 
 } // namespace
 
-NySettingsStore& NySettingsStore::instance()
+NySettingsStore &NySettingsStore::instance()
 {
-    static NySettingsStore* const store = new NySettingsStore;
+    static NySettingsStore *const store = new NySettingsStore;
     return *store;
 }
 
@@ -116,7 +117,7 @@ NySettingsStore::NySettingsStore()
 {
 }
 
-std::optional<QString> NySettingsStore::value(const QString& group, const QString& key)
+std::optional<QString> NySettingsStore::value(const QString &group, const QString &key)
 {
     bool broken = false;
     {
@@ -127,7 +128,7 @@ std::optional<QString> NySettingsStore::value(const QString& group, const QStrin
         setBrokenFileAside();
     const QMutexLocker locker(&m_data);
     const Key wanted(group, key);
-    for (const auto& [pendingKey, pending] : std::as_const(m_pending)) {
+    for (const auto &[pendingKey, pending] : std::as_const(m_pending)) {
         if (pendingKey == wanted)
             return pending.text;
     }
@@ -135,15 +136,15 @@ std::optional<QString> NySettingsStore::value(const QString& group, const QStrin
     return stored == m_document.values.constEnd() ? std::nullopt : std::optional(*stored);
 }
 
-void NySettingsStore::setValue(const QString& group, const QString& key, const QString& text, bool quoted)
+void NySettingsStore::setValue(const QString &group, const QString &key, const QString &text, bool quoted)
 {
     const QMutexLocker locker(&m_data);
     const Key changed(group, key);
-    m_pending.removeIf([&changed](const std::pair<Key, Value>& pending) { return pending.first == changed; });
+    m_pending.removeIf([&changed](const std::pair<Key, Value> &pending) { return pending.first == changed; });
     m_pending.append({changed, Value{text, quoted}});
 }
 
-void NySettingsStore::reportUnusable(const QString& group, const QString& key, const QString& text)
+void NySettingsStore::reportUnusable(const QString &group, const QString &key, const QString &text)
 {
     {
         const QMutexLocker locker(&m_data);
@@ -205,14 +206,14 @@ void NySettingsStore::unlock(Hold hold)
     m_holder.unlock();
 }
 
-std::optional<NySettingsStore::Stamp> NySettingsStore::stampOf(const QString& path)
+std::optional<NySettingsStore::Stamp> NySettingsStore::stampOf(const QString &path)
 {
     struct stat status;
     if (::stat(QFile::encodeName(path).constData(), &status) != 0)
         return std::nullopt;
     constexpr qint64 second = 1'000'000'000;
     return Stamp{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec * second + status.st_mtim.tv_nsec,
-                 status.st_ctim.tv_sec * second + status.st_ctim.tv_nsec};
+        status.st_ctim.tv_sec * second + status.st_ctim.tv_nsec};
 }
 
 /** Brings the document up to the file. Under m_data. */
@@ -250,9 +251,9 @@ NySettingsStore::FileState NySettingsStore::refresh()
     return m_state;
 }
 
-bool NySettingsStore::parse(QByteArray content, Document& document)
+bool NySettingsStore::parse(QByteArray content, Document &document)
 {
-    const auto broken = [&document](const QString& problem) {
+    const auto broken = [&document](const QString &problem) {
         document.problem = problem;
         return false;
     };
@@ -274,7 +275,7 @@ bool NySettingsStore::parse(QByteArray content, Document& document)
     bool inGroup = false;
     int number = 0;
     const QList<QByteArray> lines = content.split('\n');
-    for (const QByteArray& text : lines) {
+    for (const QByteArray &text : lines) {
         ++number;
         const QByteArray trimmed = text.trimmed();
         Line line{text, group, {}};
@@ -300,13 +301,13 @@ bool NySettingsStore::parse(QByteArray content, Document& document)
 }
 
 /** Puts the value into its line, which is made at the end of its group where there is none. */
-void NySettingsStore::apply(Document& document, const Key& key, const Value& value)
+void NySettingsStore::apply(Document &document, const Key &key, const Value &value)
 {
     const Line line{encodedName(key.second) + '=' + (value.quoted ? quotedText(value.text) : value.text.toUtf8()), key.first, key.second};
     document.values.insert(key, value.text);
     qsizetype groupEnd = -1;
     for (qsizetype i = document.lines.size() - 1; i >= 0; --i) {
-        const Line& present = document.lines.at(i);
+        const Line &present = document.lines.at(i);
         if (present.group != key.first)
             continue;
         if (present.key == key.second) {
@@ -338,8 +339,8 @@ void NySettingsStore::setBrokenFileAside()
                 aside = m_path + QLatin1Char('.') + QString::number(number) + QStringLiteral(".broken");
             QFile::remove(aside);
             const bool moved = QFile::rename(m_path, aside);
-            qWarning().noquote() << "broken settings:" << m_path << m_document.problem << (moved ? "set aside as" : "cannot be set aside as")
-                                 << aside;
+            qWarning().noquote() << "broken settings:" << m_path << m_document.problem
+                                 << (moved ? "set aside as" : "cannot be set aside as") << aside;
             m_document = {};
             m_state = moved ? FileState::Missing : FileState::Unreadable;
             m_stamp = moved ? std::nullopt : stampOf(m_path);
@@ -361,7 +362,7 @@ void NySettingsStore::writePending()
     }
     Document changed = m_document;
     bool differs = false;
-    for (const auto& [key, value] : std::as_const(m_pending)) {
+    for (const auto &[key, value] : std::as_const(m_pending)) {
         const auto present = changed.values.constFind(key);
         if (present != changed.values.constEnd() && *present == value.text)
             continue;
@@ -373,7 +374,7 @@ void NySettingsStore::writePending()
         return;
     }
     QByteArray content;
-    for (const Line& line : std::as_const(changed.lines))
+    for (const Line &line : std::as_const(changed.lines))
         content += line.text + '\n';
 
     QDir().mkpath(QFileInfo(m_path).absolutePath());

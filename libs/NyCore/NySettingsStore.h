@@ -18,21 +18,23 @@
  *
  * Comments and keys of others stay when the file is written. Thread-safe.
  */
-class NySettingsStore {
+class NySettingsStore
+{
 public:
-    static NySettingsStore& instance();
+    static NySettingsStore &instance();
 
     /** The text that is stored now, by whatever process; none when the key is not there. */
-    std::optional<QString> value(const QString& group, const QString& key);
+    std::optional<QString> value(const QString &group, const QString &key);
 
     /** Takes the text over; it is in the file when the last enclosing lock is released. */
-    void setValue(const QString& group, const QString& key, const QString& text, bool quoted);
+    void setValue(const QString &group, const QString &key, const QString &text, bool quoted);
 
     /** Warns about a stored text that is no value of its type, once for each. */
-    void reportUnusable(const QString& group, const QString& key, const QString& text);
+    void reportUnusable(const QString &group, const QString &key, const QString &text);
 
     /** Both return whether this thread (entered) and this process (locked) hold the store. */
-    struct Hold {
+    struct Hold
+    {
         bool entered = false;
         bool locked = false;
     };
@@ -40,26 +42,30 @@ public:
     void unlock(Hold hold);
 
 private:
-    struct Line {
+    struct Line
+    {
         QByteArray text;
         QString group;
         QString key;
     };
-    struct Value {
+    struct Value
+    {
         QString text;
         bool quoted = false;
     };
     using Key = std::pair<QString, QString>;
     enum class FileState { Missing, Good, Broken, Unreadable };
-    struct Stamp {
+    struct Stamp
+    {
         quint64 device = 0;
         quint64 inode = 0;
         qint64 size = -1;
         qint64 modifiedNs = 0;
         qint64 changedNs = 0;
-        bool operator==(const Stamp&) const = default;
+        bool operator==(const Stamp &) const = default;
     };
-    struct Document {
+    struct Document
+    {
         QList<Line> lines;
         QHash<Key, QString> values;
         QString problem;
@@ -68,9 +74,9 @@ private:
     NySettingsStore();
     Q_DISABLE_COPY_MOVE(NySettingsStore)
 
-    static std::optional<Stamp> stampOf(const QString& path);
-    static bool parse(QByteArray content, Document& document);
-    static void apply(Document& document, const Key& key, const Value& value);
+    static std::optional<Stamp> stampOf(const QString &path);
+    static bool parse(QByteArray content, Document &document);
+    static void apply(Document &document, const Key &key, const Value &value);
 
     FileState refresh();
     void setBrokenFileAside();

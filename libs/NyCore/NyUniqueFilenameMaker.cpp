@@ -3,22 +3,23 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 
-namespace {
+namespace
+{
 
 // NAME_MAX of Linux, in bytes.
 constexpr qsizetype LongestName = 255;
 const QString companionEndings[] = {QStringLiteral(".png"), QStringLiteral(".json")};
 
-bool isTaken(const QString& path)
+bool isTaken(const QString &path)
 {
     // A link counts even when it leads nowhere.
-    const auto isThere = [](const QString& candidate) {
+    const auto isThere = [](const QString &candidate) {
         const QFileInfo info(candidate);
         return info.exists() || info.isSymLink();
     };
     if (isThere(path))
         return true;
-    for (const QString& ending : companionEndings) {
+    for (const QString &ending : companionEndings) {
         if (isThere(path + ending))
             return true;
     }
@@ -26,7 +27,7 @@ bool isTaken(const QString& path)
 }
 
 /** Shortens the base so that the name with its longest companion ending fits into a directory entry. */
-QString fitting(QString base, const QString& rest)
+QString fitting(QString base, const QString &rest)
 {
     const qsizetype room = LongestName - QFile::encodeName(rest).size() - QStringLiteral(".json").size();
     while (!base.isEmpty() && QFile::encodeName(base).size() > room)
@@ -36,7 +37,7 @@ QString fitting(QString base, const QString& rest)
 
 } // namespace
 
-QFileInfo NyUniqueFilenameMaker::makeHumanCompatibleUniqueFileName(const QFileInfo& file, const QString& separator)
+QFileInfo NyUniqueFilenameMaker::makeHumanCompatibleUniqueFileName(const QFileInfo &file, const QString &separator)
 {
     if (!isTaken(file.absoluteFilePath()))
         return file;

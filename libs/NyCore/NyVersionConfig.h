@@ -6,7 +6,8 @@
 #include "nycore_export.h"
 
 /** The version of this build. */
-class NYCORE_EXPORT NyVersionConfig : public NySingleton<NyVersionConfig> {
+class NYCORE_EXPORT NyVersionConfig : public NySingleton<NyVersionConfig>
+{
 public:
     NyVersionConfig();
     ~NyVersionConfig() override;

@@ -6,13 +6,14 @@
 #include <NyDirectoryConfig.h>
 #include <NyXMLParser.h>
 
-namespace {
+namespace
+{
 
 using namespace Qt::Literals::StringLiterals;
 
 const QString BUILT_IN_FILE = u":/velmora/designs.xml"_s;
 
-void readColor(const QDomElement& element, const QString& attribute, const QString& path, QColor& color)
+void readColor(const QDomElement &element, const QString &attribute, const QString &path, QColor &color)
 {
     const QString text = NyXMLParser::attribute(element, attribute, QString(), true);
     if (text.isEmpty())
@@ -25,7 +26,7 @@ void readColor(const QDomElement& element, const QString& attribute, const QStri
     qWarning() << "designs:" << path << "line" << element.lineNumber() << "has no colour in" << attribute << ":" << text;
 }
 
-void readText(const QDomElement& element, const QString& attribute, QString& value)
+void readText(const QDomElement &element, const QString &attribute, QString &value)
 {
     const QString text = NyXMLParser::attribute(element, attribute, QString(), true);
     if (!text.isEmpty())
@@ -54,22 +55,20 @@ NyPreInstalledDesignElementRegistry::NyPreInstalledDesignElementRegistry()
 
 NyPreInstalledDesignElementRegistry::~NyPreInstalledDesignElementRegistry() = default;
 
-void NyPreInstalledDesignElementRegistry::load(const QString& path)
+void NyPreInstalledDesignElementRegistry::load(const QString &path)
 {
     const QDomDocument document = NyXMLParser::parseFile(path);
     const QDomElement root = document.documentElement();
-    for (QDomElement element = root.firstChildElement(u"design"_s); !element.isNull();
-         element = element.nextSiblingElement(u"design"_s))
+    for (QDomElement element = root.firstChildElement(u"design"_s); !element.isNull(); element = element.nextSiblingElement(u"design"_s))
         addStyle(element, path);
 }
 
-void NyPreInstalledDesignElementRegistry::addStyle(const QDomElement& element, const QString& path)
+void NyPreInstalledDesignElementRegistry::addStyle(const QDomElement &element, const QString &path)
 {
     NyDesignStyle style;
     style.id = NyDesignElementID(NyXMLParser::attribute(element, u"id"_s, QString(), true));
     if (!style.isValid()) {
-        qWarning() << "designs:" << path << "line" << element.lineNumber() << "has a design without a usable id:"
-                   << style.id.toString();
+        qWarning() << "designs:" << path << "line" << element.lineNumber() << "has a design without a usable id:" << style.id.toString();
         return;
     }
     if (this->style(style.id).isValid()) {
@@ -77,8 +76,7 @@ void NyPreInstalledDesignElementRegistry::addStyle(const QDomElement& element, c
         return;
     }
     style.name = NyXMLParser::attribute(element, u"name"_s, style.id.toString(), true);
-    style.release = NyXMLParser::boolAttribute(element, u"proposal"_s, false) ? NyDesignRelease::Proposals
-                                                                            : NyDesignRelease::ManualOnly;
+    style.release = NyXMLParser::boolAttribute(element, u"proposal"_s, false) ? NyDesignRelease::Proposals : NyDesignRelease::ManualOnly;
     const QDomElement page = element.firstChildElement(u"page"_s);
     readColor(page, u"background"_s, path, style.pageBackground);
     readColor(page, u"text"_s, path, style.textColor);
@@ -95,25 +93,25 @@ void NyPreInstalledDesignElementRegistry::addStyle(const QDomElement& element, c
 NyDesignElementIDSet NyPreInstalledDesignElementRegistry::quilloDesignElementIDs() const
 {
     NyDesignElementIDSet ids;
-    for (const NyDesignStyle& style : m_styles) {
+    for (const NyDesignStyle &style : m_styles) {
         if (style.release == NyDesignRelease::Proposals)
             ids.insert(style.id);
     }
     return ids;
 }
 
-NyDesignStyle NyPreInstalledDesignElementRegistry::style(const NyDesignElementID& id) const
+NyDesignStyle NyPreInstalledDesignElementRegistry::style(const NyDesignElementID &id) const
 {
-    for (const NyDesignStyle& style : m_styles) {
+    for (const NyDesignStyle &style : m_styles) {
         if (style.id == id)
             return style;
     }
     return {};
 }
 
-NyDesignStyle NyPreInstalledDesignElementRegistry::firstKnownStyle(const QList<NyDesignElementID>& wanted) const
+NyDesignStyle NyPreInstalledDesignElementRegistry::firstKnownStyle(const QList<NyDesignElementID> &wanted) const
 {
-    for (const NyDesignElementID& id : wanted) {
+    for (const NyDesignElementID &id : wanted) {
         const NyDesignStyle found = style(id);
         if (found.isValid())
             return found;
@@ -123,7 +121,7 @@ NyDesignStyle NyPreInstalledDesignElementRegistry::firstKnownStyle(const QList<N
 
 NyDesignStyle NyPreInstalledDesignElementRegistry::defaultStyle() const
 {
-    for (const NyDesignStyle& style : m_styles) {
+    for (const NyDesignStyle &style : m_styles) {
         if (style.release == NyDesignRelease::Proposals)
             return style;
     }

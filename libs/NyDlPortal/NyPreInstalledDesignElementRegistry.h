@@ -26,17 +26,17 @@ public:
     /** The ids of the designs released for proposals, in the order of the file. */
     NyDesignElementIDSet quilloDesignElementIDs() const;
     /** All designs, in the order of the file; never empty. */
-    const QList<NyDesignStyle>& styles() const { return m_styles; }
+    const QList<NyDesignStyle> &styles() const { return m_styles; }
     /** The design of that id; an invalid one if there is none. */
-    NyDesignStyle style(const NyDesignElementID& id) const;
+    NyDesignStyle style(const NyDesignElementID &id) const;
     /** The first design of @p wanted that is known, else defaultStyle(). */
-    NyDesignStyle firstKnownStyle(const QList<NyDesignElementID>& wanted) const;
+    NyDesignStyle firstKnownStyle(const QList<NyDesignElementID> &wanted) const;
     /** The first design released for proposals, else the first of all. */
     NyDesignStyle defaultStyle() const;
 
 private:
-    void load(const QString& path);
-    void addStyle(const QDomElement& element, const QString& path);
+    void load(const QString &path);
+    void addStyle(const QDomElement &element, const QString &path);
 
     QList<NyDesignStyle> m_styles;
 };

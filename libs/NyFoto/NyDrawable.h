@@ -5,7 +5,8 @@
 #include <QtGui/QImage>
 
 /** A photo's picture, ready to be shown: upright and scaled. Null when it could not be read. Value type, implicitly shared. */
-class NyDrawable {
+class NyDrawable
+{
 public:
     NyDrawable() = default;
     explicit NyDrawable(QImage image)
@@ -14,7 +15,7 @@ public:
     }
 
     bool isNull() const { return m_image.isNull(); }
-    const QImage& image() const { return m_image; }
+    const QImage &image() const { return m_image; }
 
 private:
     QImage m_image;

@@ -3,13 +3,14 @@
 #include <QtCore/QDir>
 #include <QtCore/QStringDecoder>
 
-namespace {
+namespace
+{
 
 constexpr QLatin1StringView FileScheme("file://");
 constexpr QLatin1StringView PhotokitScheme("photokit:");
 
 /** Whether a path can be taken without asking QFileInfo to clean it, which costs memory for each file. */
-bool isCleanAbsolutePath(const QString& path)
+bool isCleanAbsolutePath(const QString &path)
 {
     if (!path.startsWith(u'/') || (path.size() > 1 && path.endsWith(u'/')))
         return false;
@@ -27,15 +28,33 @@ bool isPlainInUrlPath(uchar byte)
     if ((byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9'))
         return true;
     switch (byte) {
-    case '/': case '-': case '.': case '_': case '~': case '!': case '$': case '&': case '\'': case '(': case ')': case '*':
-    case '+': case ',': case ';': case '=': case ':': case '@': case '[': case ']':
+    case '/':
+    case '-':
+    case '.':
+    case '_':
+    case '~':
+    case '!':
+    case '$':
+    case '&':
+    case '\'':
+    case '(':
+    case ')':
+    case '*':
+    case '+':
+    case ',':
+    case ';':
+    case '=':
+    case ':':
+    case '@':
+    case '[':
+    case ']':
         return true;
     default:
         return false;
     }
 }
 
-QString encodedFileUrl(const QString& path)
+QString encodedFileUrl(const QString &path)
 {
     static constexpr char Digits[] = "0123456789ABCDEF";
     const QByteArray bytes = path.toUtf8();
@@ -68,12 +87,12 @@ int hexDigit(QChar letter)
 }
 
 /** The path of a file URL without host, or an empty text when the URL does not name a path that can be spelled as one. */
-QString decodedFileUrl(const QString& url)
+QString decodedFileUrl(const QString &url)
 {
     if (!url.startsWith(FileScheme) || url.size() == FileScheme.size() || url.at(FileScheme.size()) != u'/')
         return {};
     QByteArray bytes(url.size(), Qt::Uninitialized);
-    char* end = bytes.data();
+    char *end = bytes.data();
     bool isAscii = true;
     for (qsizetype i = FileScheme.size(); i < url.size(); ++i) {
         const char16_t letter = url.at(i).unicode();
@@ -108,7 +127,7 @@ QString decodedFileUrl(const QString& url)
 
 }
 
-NyFoto::NyFoto(const QFileInfo& file)
+NyFoto::NyFoto(const QFileInfo &file)
 {
     const QString path = file.filePath();
     if (path.isEmpty())
@@ -119,7 +138,7 @@ NyFoto::NyFoto(const QFileInfo& file)
         m_location = isCleanAbsolutePath(path) ? path : file.absoluteFilePath();
 }
 
-NyFoto::NyFoto(const QUrl& url)
+NyFoto::NyFoto(const QUrl &url)
 {
     if (url.isEmpty())
         return;
@@ -130,7 +149,7 @@ NyFoto::NyFoto(const QUrl& url)
     *this = fromUrlString(url.toString(QUrl::FullyEncoded));
 }
 
-NyFoto NyFoto::fromUrlString(const QString& urlString)
+NyFoto NyFoto::fromUrlString(const QString &urlString)
 {
     NyFoto foto;
     foto.m_location = decodedFileUrl(urlString);

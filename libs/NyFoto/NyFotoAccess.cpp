@@ -10,9 +10,10 @@
 #include "NyImageLoader.h"
 #include "NyImageMetaDataReader.h"
 
-namespace {
+namespace
+{
 
-NyFotoFileStamp stampOf(const QString& path)
+NyFotoFileStamp stampOf(const QString &path)
 {
     struct stat status;
     if (::stat(QFile::encodeName(path).constData(), &status) != 0)
@@ -20,11 +21,11 @@ NyFotoFileStamp stampOf(const QString& path)
     return {qint64(status.st_size), qint64(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1'000'000};
 }
 
-NyImageMetaData imageMetaData(const NyFoto& foto, bool readAgain)
+NyImageMetaData imageMetaData(const NyFoto &foto, bool readAgain)
 {
     if (!foto.isLocalFile() || NyFotoAccess::isVideo(foto))
         return {};
-    NyFotoCacheManager& cache = NyFotoCacheManager::instance();
+    NyFotoCacheManager &cache = NyFotoCacheManager::instance();
     const NyFotoFileStamp stamp = stampOf(foto.location());
     if (!readAgain) {
         if (const std::optional<NyImageMetaData> known = cache.metaData(foto.location(), stamp))
@@ -35,7 +36,7 @@ NyImageMetaData imageMetaData(const NyFoto& foto, bool readAgain)
     return metaData;
 }
 
-void tell(NyFotoCacheResultHint* hint, NyFotoCacheResultHint value)
+void tell(NyFotoCacheResultHint *hint, NyFotoCacheResultHint value)
 {
     if (hint)
         *hint = value;
@@ -50,29 +51,52 @@ bool has(NyCachingOption option, NyCachingOption bit)
 
 NyBackgroundTask::~NyBackgroundTask() = default;
 
-bool NyFotoAccess::isVideo(const NyFoto& foto)
+bool NyFotoAccess::isVideo(const NyFoto &foto)
 {
-    static constexpr const char16_t* const extensions[] = {
-        u"3g2", u"3gp", u"asf", u"avi", u"divx", u"flv", u"m2t", u"m2ts", u"m2v", u"m4v", u"mkv", u"mod", u"mov", u"mp4", u"mpe", u"mpeg",
-        u"mpg", u"mts", u"mxf", u"ogv", u"qt", u"tod", u"vob", u"webm", u"wmv",
+    static constexpr const char16_t *const extensions[] = {
+        u"3g2",
+        u"3gp",
+        u"asf",
+        u"avi",
+        u"divx",
+        u"flv",
+        u"m2t",
+        u"m2ts",
+        u"m2v",
+        u"m4v",
+        u"mkv",
+        u"mod",
+        u"mov",
+        u"mp4",
+        u"mpe",
+        u"mpeg",
+        u"mpg",
+        u"mts",
+        u"mxf",
+        u"ogv",
+        u"qt",
+        u"tod",
+        u"vob",
+        u"webm",
+        u"wmv",
     };
-    const QString& location = foto.location();
+    const QString &location = foto.location();
     const qsizetype dot = location.lastIndexOf(u'.');
     if (dot < 0)
         return false;
     const QStringView extension = QStringView(location).sliced(dot + 1);
-    for (const char16_t* known : extensions) {
+    for (const char16_t *known : extensions) {
         if (extension.compare(QStringView(known), Qt::CaseInsensitive) == 0)
             return true;
     }
     return false;
 }
 
-QSize NyFotoAccess::preferredSize(const NyFoto& foto, NyBackgroundJobPriority, bool readAgain)
+QSize NyFotoAccess::preferredSize(const NyFoto &foto, NyBackgroundJobPriority, bool readAgain)
 {
     if (!foto.isLocalFile() || isVideo(foto))
         return {};
-    NyFotoCacheManager& cache = NyFotoCacheManager::instance();
+    NyFotoCacheManager &cache = NyFotoCacheManager::instance();
     const NyFotoFileStamp stamp = stampOf(foto.location());
     if (!readAgain) {
         if (const std::optional<QSize> known = cache.size(foto.location(), stamp))
@@ -83,12 +107,12 @@ QSize NyFotoAccess::preferredSize(const NyFoto& foto, NyBackgroundJobPriority, b
     return size;
 }
 
-int NyFotoAccess::adobeOrVelmoraRating(const NyFoto& foto, NyBackgroundJobPriority priority, bool readAgain)
+int NyFotoAccess::adobeOrVelmoraRating(const NyFoto &foto, NyBackgroundJobPriority priority, bool readAgain)
 {
     return metaData(foto, priority, readAgain).rating();
 }
 
-qint64 NyFotoAccess::pictureTakenEpoch(const NyFoto& foto, NyBackgroundJobPriority priority, bool readAgain, NyPictureTakenOption option)
+qint64 NyFotoAccess::pictureTakenEpoch(const NyFoto &foto, NyBackgroundJobPriority priority, bool readAgain, NyPictureTakenOption option)
 {
     QDateTime time = metaData(foto, priority, readAgain).captureTime();
     if (!time.isValid() && option == NyPictureTakenOption::MetaDataOrFileTime)
@@ -96,23 +120,23 @@ qint64 NyFotoAccess::pictureTakenEpoch(const NyFoto& foto, NyBackgroundJobPriori
     return time.isValid() ? time.toSecsSinceEpoch() : 0;
 }
 
-NyFotoMetaData NyFotoAccess::metaData(const NyFoto& foto, NyBackgroundJobPriority, bool readAgain)
+NyFotoMetaData NyFotoAccess::metaData(const NyFoto &foto, NyBackgroundJobPriority, bool readAgain)
 {
     return NyFotoMetaData(imageMetaData(foto, readAgain));
 }
 
-NyGeoPosition NyFotoAccess::geoPosition(const NyFoto& foto, NyBackgroundJobPriority priority, bool readAgain)
+NyGeoPosition NyFotoAccess::geoPosition(const NyFoto &foto, NyBackgroundJobPriority priority, bool readAgain)
 {
     return metaData(foto, priority, readAgain).geoPosition();
 }
 
-NyDrawable NyFotoAccess::drawable(const NyFoto& foto, const QSize& boxPx, const NyBackgroundJobPriority&,
-    const NyCachingOption& option, NyFotoCacheResultHint* hint, NyBackgroundTask* task)
+NyDrawable NyFotoAccess::drawable(const NyFoto &foto, const QSize &boxPx, const NyBackgroundJobPriority &, const NyCachingOption &option,
+    NyFotoCacheResultHint *hint, NyBackgroundTask *task)
 {
     tell(hint, NyFotoCacheResultHint::NotLoaded);
     if (!foto.isLocalFile() || isVideo(foto) || boxPx.isEmpty())
         return {};
-    NyFotoCacheManager& cache = NyFotoCacheManager::instance();
+    NyFotoCacheManager &cache = NyFotoCacheManager::instance();
     const NyFotoFileStamp stamp = stampOf(foto.location());
     if (has(option, NyCachingOption::LookIntoCache)) {
         const QImage image = cache.drawable(foto.location(), stamp, boxPx);
@@ -130,7 +154,7 @@ NyDrawable NyFotoAccess::drawable(const NyFoto& foto, const QSize& boxPx, const 
     return NyDrawable(image);
 }
 
-QDateTime NyFotoAccess::captureTime(const NyFoto& foto)
+QDateTime NyFotoAccess::captureTime(const NyFoto &foto)
 {
     const QDateTime time = NyFotoTime::captureTime(imageMetaData(foto, false));
     return time.isValid() ? time : foto.localFileInfo().fileTime(QFileDevice::FileBirthTime);

@@ -42,7 +42,8 @@ enum class NyFotoCacheResultHint : int {
 };
 
 /** Lets a caller give up a request that waits on another thread. */
-class NYFOTO_EXPORT NyBackgroundTask {
+class NYFOTO_EXPORT NyBackgroundTask
+{
 public:
     virtual ~NyBackgroundTask();
 
@@ -54,35 +55,36 @@ public:
  * What can be learned of a photo, from its file. Thread-safe. Metadata and drawables are kept in NyFotoCacheManager; a file that
  * changed is noticed by its size and modification time. A photo that cannot be read gives the default that each operation names.
  */
-class NYFOTO_EXPORT NyFotoAccess {
+class NYFOTO_EXPORT NyFotoAccess
+{
 public:
     /** By the file's name alone. */
-    static bool isVideo(const NyFoto& foto);
+    static bool isVideo(const NyFoto &foto);
 
     /** The size in px of the upright picture; empty for a video or an unreadable file. @p readAgain bypasses the cache, here and below. */
-    static QSize preferredSize(const NyFoto& foto, NyBackgroundJobPriority priority, bool readAgain);
+    static QSize preferredSize(const NyFoto &foto, NyBackgroundJobPriority priority, bool readAgain);
 
     /** -1 (rejected) to 5; 0 without any rating. */
-    static int adobeOrVelmoraRating(const NyFoto& foto, NyBackgroundJobPriority priority, bool readAgain);
+    static int adobeOrVelmoraRating(const NyFoto &foto, NyBackgroundJobPriority priority, bool readAgain);
 
     /** Seconds since 1970-01-01 UTC; 0 when unknown. A capture time without an offset counts as local time of this machine. */
-    static qint64 pictureTakenEpoch(const NyFoto& foto, NyBackgroundJobPriority priority, bool readAgain, NyPictureTakenOption option);
+    static qint64 pictureTakenEpoch(const NyFoto &foto, NyBackgroundJobPriority priority, bool readAgain, NyPictureTakenOption option);
 
-    static NyFotoMetaData metaData(const NyFoto& foto, NyBackgroundJobPriority priority, bool readAgain);
+    static NyFotoMetaData metaData(const NyFoto &foto, NyBackgroundJobPriority priority, bool readAgain);
 
     /** Invalid when none is recorded, or when the camera recorded that it had no fix. */
-    static NyGeoPosition geoPosition(const NyFoto& foto, NyBackgroundJobPriority priority, bool readAgain);
+    static NyGeoPosition geoPosition(const NyFoto &foto, NyBackgroundJobPriority priority, bool readAgain);
 
     /**
      * The picture, no larger than @p boxPx and never enlarged, upright. @p hint and @p task may be null. Null when it cannot be
      * read, the task was cancelled, or the option forbids to load it.
      */
-    static NyDrawable drawable(const NyFoto& foto, const QSize& boxPx, const NyBackgroundJobPriority& priority,
-        const NyCachingOption& option, NyFotoCacheResultHint* hint, NyBackgroundTask* task);
+    static NyDrawable drawable(const NyFoto &foto, const QSize &boxPx, const NyBackgroundJobPriority &priority,
+        const NyCachingOption &option, NyFotoCacheResultHint *hint, NyBackgroundTask *task);
 
     /**
      * When the photo was taken, as the clock on the wall showed it: date() and time() are what the camera recorded, with its offset
      * from UTC where it recorded one. Without metadata the file's birth time; invalid when there is none.
      */
-    static QDateTime captureTime(const NyFoto& foto);
+    static QDateTime captureTime(const NyFoto &foto);
 };

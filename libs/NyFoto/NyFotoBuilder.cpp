@@ -17,17 +17,19 @@
 #include "NyImageLoader.h"
 #include "NyMediaFormatList.h"
 
-namespace {
+namespace
+{
 
 /** One walk. QDirIterator would skip names that are no valid UTF-8, and hide that a folder cannot be read. */
-class Walk {
+class Walk
+{
 public:
     explicit Walk(NyMediaFormatList formats)
         : m_formats(std::move(formats))
     {
     }
 
-    void addFolder(const QString& root)
+    void addFolder(const QString &root)
     {
         // A stack of our own: the depth of a tree is not limited by the size of the thread's.
         QStringList waiting{root};
@@ -39,10 +41,10 @@ public:
         }
     }
 
-    const NyFotoList& fotos() const { return m_fotos; }
+    const NyFotoList &fotos() const { return m_fotos; }
 
 private:
-    QStringList addFilesOf(const QString& folder)
+    QStringList addFilesOf(const QString &folder)
     {
         const QByteArray nativeFolder = QFile::encodeName(folder);
         struct stat status;
@@ -52,7 +54,7 @@ private:
         }
         if (!m_visited.insert({quint64(status.st_dev), quint64(status.st_ino)}).second)
             return {};
-        const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(nativeFolder.constData()), &::closedir);
+        const std::unique_ptr<DIR, int (*)(DIR *)> directory(::opendir(nativeFolder.constData()), &::closedir);
         if (!directory) {
             qWarning() << "NyFotoBuilder: cannot read the folder" << folder << qt_error_string();
             return {};
@@ -60,15 +62,15 @@ private:
         QStringList files;
         QStringList subfolders;
         const QString prefix = folder.endsWith(u'/') ? folder : folder + u'/';
-        while (const dirent* entry = ::readdir(directory.get())) {
+        while (const dirent *entry = ::readdir(directory.get())) {
             const QByteArray nativeName(entry->d_name);
             if (nativeName.startsWith('.'))
                 continue;
             QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
             const QString name = decoder(nativeName);
             if (decoder.hasError()) {
-                qWarning() << "NyFotoBuilder: a name in the folder" << folder << "is no valid UTF-8 and is left out:"
-                           << nativeName.toPercentEncoding();
+                qWarning() << "NyFotoBuilder: a name in the folder" << folder
+                           << "is no valid UTF-8 and is left out:" << nativeName.toPercentEncoding();
                 continue;
             }
             unsigned char type = entry->d_type;
@@ -84,10 +86,9 @@ private:
         }
         std::sort(files.begin(), files.end());
         std::sort(subfolders.begin(), subfolders.end());
-        for (const QString& file : std::as_const(files))
+        for (const QString &file : std::as_const(files))
             m_fotos.append(NyFoto(QFileInfo(file)));
-        subfolders.removeIf(
-            [](const QString& subfolder) { return NyDirectoryConfig::instance().isIgnorableFolder(subfolder, false); });
+        subfolders.removeIf([](const QString &subfolder) { return NyDirectoryConfig::instance().isIgnorableFolder(subfolder, false); });
         return subfolders;
     }
 
@@ -102,7 +103,7 @@ NyFotoBuilder::NyFotoBuilder() = default;
 
 NyFotoBuilder::~NyFotoBuilder() = default;
 
-NyFotoList NyFotoBuilder::fotosFromUrl(const QUrl& url)
+NyFotoList NyFotoBuilder::fotosFromUrl(const QUrl &url)
 {
     const NyFoto location(url);
     if (!location.isLocalFile())

@@ -7,7 +7,8 @@
 #include "nyfoto_export.h"
 
 /** Makes photo lists from places. Thread-safe. */
-class NYFOTO_EXPORT NyFotoBuilder : public NySingleton<NyFotoBuilder> {
+class NYFOTO_EXPORT NyFotoBuilder : public NySingleton<NyFotoBuilder>
+{
 public:
     NyFotoBuilder();
     ~NyFotoBuilder() override;
@@ -18,5 +19,5 @@ public:
      * visited once. The URL of a file gives this one file if it is a photo. Anything else gives an empty list; a folder that
      * cannot be read, and names that are no valid UTF-8, give a warning and are left out.
      */
-    virtual NyFotoList fotosFromUrl(const QUrl& url);
+    virtual NyFotoList fotosFromUrl(const QUrl &url);
 };

@@ -6,29 +6,33 @@
 #include <QtCore/QHash>
 #include <QtCore/QMutex>
 
-namespace {
+namespace
+{
 
-struct DrawableEntry {
+struct DrawableEntry
+{
     QString key;
     NyFotoFileStamp stamp;
     QImage image;
 };
 
-struct FactsEntry {
+struct FactsEntry
+{
     QString location;
     NyFotoFileStamp stamp;
     std::optional<NyImageMetaData> metaData;
     std::optional<QSize> size;
 };
 
-QString drawableKey(const QString& location, const QSize& box)
+QString drawableKey(const QString &location, const QSize &box)
 {
     return QString::number(box.width()) + u'x' + QString::number(box.height()) + u' ' + location;
 }
 
 }
 
-struct NyFotoCacheManager::Data {
+struct NyFotoCacheManager::Data
+{
     mutable QMutex mutex;
     qint64 maximumBytes = DefaultMaximumBytes;
     qint64 usedBytes = 0;
@@ -51,7 +55,7 @@ struct NyFotoCacheManager::Data {
             dropDrawable(std::prev(drawables.end()));
     }
 
-    FactsEntry* factsOf(const QString& location, const NyFotoFileStamp& stamp)
+    FactsEntry *factsOf(const QString &location, const NyFotoFileStamp &stamp)
     {
         const auto found = factsByLocation.constFind(location);
         if (found == factsByLocation.constEnd() || (*found)->stamp != stamp)
@@ -60,9 +64,9 @@ struct NyFotoCacheManager::Data {
         return &facts.front();
     }
 
-    FactsEntry& makeFacts(const QString& location, const NyFotoFileStamp& stamp)
+    FactsEntry &makeFacts(const QString &location, const NyFotoFileStamp &stamp)
     {
-        if (FactsEntry* known = factsOf(location, stamp))
+        if (FactsEntry *known = factsOf(location, stamp))
             return *known;
         if (const auto stale = factsByLocation.find(location); stale != factsByLocation.end()) {
             facts.erase(*stale);
@@ -114,7 +118,7 @@ qint64 NyFotoCacheManager::usedBytes() const
     return m_data->usedBytes;
 }
 
-QImage NyFotoCacheManager::drawable(const QString& location, const NyFotoFileStamp& stamp, const QSize& box)
+QImage NyFotoCacheManager::drawable(const QString &location, const NyFotoFileStamp &stamp, const QSize &box)
 {
     const QMutexLocker locker(&m_data->mutex);
     const auto found = m_data->drawableByKey.constFind(drawableKey(location, box));
@@ -129,7 +133,7 @@ QImage NyFotoCacheManager::drawable(const QString& location, const NyFotoFileSta
     return entry->image;
 }
 
-void NyFotoCacheManager::insertDrawable(const QString& location, const NyFotoFileStamp& stamp, const QSize& box, const QImage& image)
+void NyFotoCacheManager::insertDrawable(const QString &location, const NyFotoFileStamp &stamp, const QSize &box, const QImage &image)
 {
     const QMutexLocker locker(&m_data->mutex);
     const QString key = drawableKey(location, box);
@@ -144,27 +148,27 @@ void NyFotoCacheManager::insertDrawable(const QString& location, const NyFotoFil
     m_data->dropWhatExceeds();
 }
 
-std::optional<NyImageMetaData> NyFotoCacheManager::metaData(const QString& location, const NyFotoFileStamp& stamp)
+std::optional<NyImageMetaData> NyFotoCacheManager::metaData(const QString &location, const NyFotoFileStamp &stamp)
 {
     const QMutexLocker locker(&m_data->mutex);
-    const FactsEntry* facts = m_data->factsOf(location, stamp);
+    const FactsEntry *facts = m_data->factsOf(location, stamp);
     return facts ? facts->metaData : std::nullopt;
 }
 
-void NyFotoCacheManager::insertMetaData(const QString& location, const NyFotoFileStamp& stamp, const NyImageMetaData& metaData)
+void NyFotoCacheManager::insertMetaData(const QString &location, const NyFotoFileStamp &stamp, const NyImageMetaData &metaData)
 {
     const QMutexLocker locker(&m_data->mutex);
     m_data->makeFacts(location, stamp).metaData = metaData;
 }
 
-std::optional<QSize> NyFotoCacheManager::size(const QString& location, const NyFotoFileStamp& stamp)
+std::optional<QSize> NyFotoCacheManager::size(const QString &location, const NyFotoFileStamp &stamp)
 {
     const QMutexLocker locker(&m_data->mutex);
-    const FactsEntry* facts = m_data->factsOf(location, stamp);
+    const FactsEntry *facts = m_data->factsOf(location, stamp);
     return facts ? facts->size : std::nullopt;
 }
 
-void NyFotoCacheManager::insertSize(const QString& location, const NyFotoFileStamp& stamp, const QSize& size)
+void NyFotoCacheManager::insertSize(const QString &location, const NyFotoFileStamp &stamp, const QSize &size)
 {
     const QMutexLocker locker(&m_data->mutex);
     m_data->makeFacts(location, stamp).size = size;

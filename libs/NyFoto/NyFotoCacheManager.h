@@ -12,18 +12,20 @@
 #include "nyfoto_export.h"
 
 /** Identifies the content of a file as far as its size and modification time tell. */
-struct NyFotoFileStamp {
+struct NyFotoFileStamp
+{
     qint64 size = -1;
     qint64 modifiedMs = 0;
 
-    friend bool operator==(const NyFotoFileStamp&, const NyFotoFileStamp&) = default;
+    friend bool operator==(const NyFotoFileStamp &, const NyFotoFileStamp &) = default;
 };
 
 /**
  * Keeps what was read from photos for the next request: drawables up to a limit in bytes, and the metadata and size of the photos
  * asked for last. What was used longest ago goes first. Thread-safe.
  */
-class NYFOTO_EXPORT NyFotoCacheManager : public NySingleton<NyFotoCacheManager> {
+class NYFOTO_EXPORT NyFotoCacheManager : public NySingleton<NyFotoCacheManager>
+{
 public:
     /** The default limit: about 160 drawables of 224 by 224 px. */
     static constexpr qint64 DefaultMaximumBytes = 32 * 1024 * 1024;
@@ -43,13 +45,13 @@ public:
     qint64 usedBytes() const;
 
     /** Null when it is not there for this content of the file. */
-    QImage drawable(const QString& location, const NyFotoFileStamp& stamp, const QSize& box);
-    void insertDrawable(const QString& location, const NyFotoFileStamp& stamp, const QSize& box, const QImage& image);
+    QImage drawable(const QString &location, const NyFotoFileStamp &stamp, const QSize &box);
+    void insertDrawable(const QString &location, const NyFotoFileStamp &stamp, const QSize &box, const QImage &image);
 
-    std::optional<NyImageMetaData> metaData(const QString& location, const NyFotoFileStamp& stamp);
-    void insertMetaData(const QString& location, const NyFotoFileStamp& stamp, const NyImageMetaData& metaData);
-    std::optional<QSize> size(const QString& location, const NyFotoFileStamp& stamp);
-    void insertSize(const QString& location, const NyFotoFileStamp& stamp, const QSize& size);
+    std::optional<NyImageMetaData> metaData(const QString &location, const NyFotoFileStamp &stamp);
+    void insertMetaData(const QString &location, const NyFotoFileStamp &stamp, const NyImageMetaData &metaData);
+    std::optional<QSize> size(const QString &location, const NyFotoFileStamp &stamp);
+    void insertSize(const QString &location, const NyFotoFileStamp &stamp, const QSize &size);
 
 private:
     struct Data;

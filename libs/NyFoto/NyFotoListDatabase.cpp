@@ -19,7 +19,8 @@
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
 
-namespace {
+namespace
+{
 
 constexpr int BusyTimeoutMs = 5000;
 /** "NyPL"; tells our files from those of others. */
@@ -39,24 +40,24 @@ quint64 nextDatabaseId()
 }
 
 /** 0 for an error that did not come from SQLite. */
-int primaryCode(const QSqlError& error)
+int primaryCode(const QSqlError &error)
 {
     return error.nativeErrorCode().toInt() & 0xff;
 }
 
-bool isDamage(const QSqlError& error)
+bool isDamage(const QSqlError &error)
 {
     const int code = primaryCode(error);
     return code == CodeCorrupt || code == CodeNotADatabase;
 }
 
-QSqlError damage(const QString& text)
+QSqlError damage(const QString &text)
 {
     return QSqlError(text, QString(), QSqlError::StatementError, QString::number(CodeCorrupt));
 }
 
 /** Both texts, of which one may be empty. */
-QString textOf(const QSqlError& error)
+QString textOf(const QSqlError &error)
 {
     return error.text().trimmed();
 }
@@ -64,7 +65,8 @@ QString textOf(const QSqlError& error)
 }
 
 /** A connection of one thread, to one file. */
-struct NyFotoListDatabase::Connection {
+struct NyFotoListDatabase::Connection
+{
     Connection(QString connectionName, FileIdentity file)
         : name(std::move(connectionName))
         , identity(file)
@@ -77,19 +79,20 @@ struct NyFotoListDatabase::Connection {
     FileIdentity identity;
 };
 
-struct NyFotoListDatabase::ThreadConnections {
+struct NyFotoListDatabase::ThreadConnections
+{
     std::map<quint64, Connection> byDatabase;
 };
 
-NyFotoListDatabase::ThreadConnections& NyFotoListDatabase::threadConnections()
+NyFotoListDatabase::ThreadConnections &NyFotoListDatabase::threadConnections()
 {
-    static QThreadStorage<ThreadConnections*> storage;
+    static QThreadStorage<ThreadConnections *> storage;
     if (!storage.hasLocalData())
         storage.setLocalData(new ThreadConnections);
     return *storage.localData();
 }
 
-NyFotoListDatabase::NyFotoListDatabase(const QString& path)
+NyFotoListDatabase::NyFotoListDatabase(const QString &path)
     : m_path(path)
     , m_id(nextDatabaseId())
 {
@@ -102,17 +105,17 @@ NyFotoListDatabase::~NyFotoListDatabase()
         QSqlDatabase::removeDatabase(m_keeperName);
 }
 
-bool NyFotoListDatabase::read(const char* purpose, const Work& work)
+bool NyFotoListDatabase::read(const char *purpose, const Work &work)
 {
     return transact(purpose, false, work);
 }
 
-bool NyFotoListDatabase::write(const char* purpose, const Work& work)
+bool NyFotoListDatabase::write(const char *purpose, const Work &work)
 {
     return transact(purpose, true, work);
 }
 
-bool NyFotoListDatabase::run(QSqlQuery& query, QSqlError& error)
+bool NyFotoListDatabase::run(QSqlQuery &query, QSqlError &error)
 {
     if (query.exec())
         return true;
@@ -120,7 +123,7 @@ bool NyFotoListDatabase::run(QSqlQuery& query, QSqlError& error)
     return false;
 }
 
-bool NyFotoListDatabase::run(QSqlDatabase& database, const QString& statement, QSqlError& error)
+bool NyFotoListDatabase::run(QSqlDatabase &database, const QString &statement, QSqlError &error)
 {
     QSqlQuery query(database);
     if (query.exec(statement))
@@ -137,7 +140,7 @@ NyFotoListDatabase::FileIdentity NyFotoListDatabase::currentIdentity() const
     return {quint64(status.st_dev), quint64(status.st_ino)};
 }
 
-bool NyFotoListDatabase::transact(const char* purpose, bool writing, const Work& work)
+bool NyFotoListDatabase::transact(const char *purpose, bool writing, const Work &work)
 {
     // The second round works on the new database after a damaged one was set aside.
     for (int round = 0; round < 2; ++round) {
@@ -181,7 +184,7 @@ bool NyFotoListDatabase::transact(const char* purpose, bool writing, const Work&
     return false;
 }
 
-bool NyFotoListDatabase::readWithoutLog(const Work& work, const QSqlError& reason)
+bool NyFotoListDatabase::readWithoutLog(const Work &work, const QSqlError &reason)
 {
     // On a full or read-only disk SQLite cannot make the log and its index, which it wants for reading too. Without a log the file
     // alone is complete and can be read as it stands.
@@ -190,7 +193,8 @@ bool NyFotoListDatabase::readWithoutLog(const Work& work, const QSqlError& reaso
         return false;
     if (!currentIdentity().exists() || QFileInfo(m_path + QStringLiteral("-wal")).size() > 0)
         return false;
-    const QString connectionName = QStringLiteral("NyFotoListDatabase-%1-as-it-stands-%2").arg(m_id).arg(quintptr(QThread::currentThreadId()));
+    const QString connectionName
+        = QStringLiteral("NyFotoListDatabase-%1-as-it-stands-%2").arg(m_id).arg(quintptr(QThread::currentThreadId()));
     bool done = false;
     {
         QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
@@ -199,7 +203,8 @@ bool NyFotoListDatabase::readWithoutLog(const Work& work, const QSqlError& reaso
         QSqlError error;
         if (database.open()) {
             QSqlQuery version(database);
-            const bool isOurs = version.exec(QStringLiteral("PRAGMA user_version")) && version.next() && version.value(0).toInt() == SchemaVersion;
+            const bool isOurs
+                = version.exec(QStringLiteral("PRAGMA user_version")) && version.next() && version.value(0).toInt() == SchemaVersion;
             version.finish();
             done = isOurs && work(database, error);
         }
@@ -208,9 +213,9 @@ bool NyFotoListDatabase::readWithoutLog(const Work& work, const QSqlError& reaso
     return done;
 }
 
-NyFotoListDatabase::Opening NyFotoListDatabase::openForThread(QString& connectionName, QSqlError& error)
+NyFotoListDatabase::Opening NyFotoListDatabase::openForThread(QString &connectionName, QSqlError &error)
 {
-    ThreadConnections& connections = threadConnections();
+    ThreadConnections &connections = threadConnections();
     const auto found = connections.byDatabase.find(m_id);
     if (found != connections.byDatabase.end()) {
         // Another process may have set the file aside, or somebody removed it.
@@ -254,7 +259,7 @@ NyFotoListDatabase::Opening NyFotoListDatabase::openForThread(QString& connectio
     return Opening::Failed;
 }
 
-NyFotoListDatabase::Opening NyFotoListDatabase::openConnection(const QString& connectionName, QSqlError& error)
+NyFotoListDatabase::Opening NyFotoListDatabase::openConnection(const QString &connectionName, QSqlError &error)
 {
     QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
     database.setDatabaseName(m_path);
@@ -269,7 +274,7 @@ NyFotoListDatabase::Opening NyFotoListDatabase::openConnection(const QString& co
         QStringLiteral("PRAGMA journal_size_limit = 1048576"),
         QStringLiteral("PRAGMA cache_size = -1024"),
     };
-    for (const QString& setting : settings) {
+    for (const QString &setting : settings) {
         if (!run(database, setting, error))
             return Opening::Failed;
     }
@@ -285,9 +290,9 @@ NyFotoListDatabase::Opening NyFotoListDatabase::openConnection(const QString& co
     return Opening::Open;
 }
 
-bool NyFotoListDatabase::prepareSchema(QSqlDatabase& database, QSqlError& error, bool& refused)
+bool NyFotoListDatabase::prepareSchema(QSqlDatabase &database, QSqlError &error, bool &refused)
 {
-    const auto number = [&database, &error](const QString& statement, qint64& value) {
+    const auto number = [&database, &error](const QString &statement, qint64 &value) {
         QSqlQuery query(database);
         if (!query.exec(statement) || !query.next()) {
             error = query.lastError();
@@ -334,14 +339,14 @@ bool NyFotoListDatabase::prepareSchema(QSqlDatabase& database, QSqlError& error,
         QStringLiteral("PRAGMA user_version = %1").arg(SchemaVersion),
         QStringLiteral("COMMIT"),
     };
-    for (const QString& statement : statements) {
+    for (const QString &statement : statements) {
         if (!run(database, statement, error))
             return false;
     }
     return true;
 }
 
-bool NyFotoListDatabase::checkIntegrity(QSqlDatabase& database, QSqlError& error)
+bool NyFotoListDatabase::checkIntegrity(QSqlDatabase &database, QSqlError &error)
 {
     QSqlQuery query(database);
     if (!query.exec(QStringLiteral("PRAGMA quick_check(1)")) || !query.next()) {
@@ -360,7 +365,7 @@ void NyFotoListDatabase::closeForThread()
     threadConnections().byDatabase.erase(m_id);
 }
 
-bool NyFotoListDatabase::setAside(const FileIdentity& damaged, const QString& reason)
+bool NyFotoListDatabase::setAside(const FileIdentity &damaged, const QString &reason)
 {
     QLockFile lock(m_path + QStringLiteral(".lock"));
     if (!lock.tryLock(BusyTimeoutMs))
@@ -378,7 +383,7 @@ bool NyFotoListDatabase::setAside(const FileIdentity& damaged, const QString& re
         qWarning() << "NyFotoListRegistry: the damaged database" << m_path << "cannot be set aside as" << target;
         return false;
     }
-    for (const QString& companion : {QStringLiteral("-wal"), QStringLiteral("-shm")}) {
+    for (const QString &companion : {QStringLiteral("-wal"), QStringLiteral("-shm")}) {
         if (QFileInfo::exists(m_path + companion))
             QFile::rename(m_path + companion, target + companion);
     }

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <bit>
 
-namespace {
+namespace
+{
 
 /** Finds, for a digest, the first old row with it that was not taken yet. */
-class DigestTable {
+class DigestTable
+{
 public:
-    explicit DigestTable(const std::vector<quint64>& digests)
+    explicit DigestTable(const std::vector<quint64> &digests)
         : m_digests(digests)
         , m_mask(std::bit_ceil(digests.size() * 2 + 2) - 1)
         , m_heads(m_mask + 1, -1)
@@ -46,7 +48,7 @@ private:
         return slot;
     }
 
-    const std::vector<quint64>& m_digests;
+    const std::vector<quint64> &m_digests;
     std::size_t m_mask;
     std::vector<qint32> m_heads;
     std::vector<qint32> m_next;
@@ -55,7 +57,7 @@ private:
 
 }
 
-std::vector<qint32> NyFotoListDifference::keptRows(const std::vector<quint64>& oldDigests, const std::vector<quint64>& newDigests)
+std::vector<qint32> NyFotoListDifference::keptRows(const std::vector<quint64> &oldDigests, const std::vector<quint64> &newDigests)
 {
     std::vector<qint32> matches(newDigests.size(), -1);
     DigestTable table(oldDigests);
@@ -70,8 +72,8 @@ std::vector<qint32> NyFotoListDifference::keptRows(const std::vector<quint64>& o
             continue;
         const auto position = ends.empty() || matches[std::size_t(ends.back())] < matches[i]
             ? ends.end()
-            : std::lower_bound(ends.begin(), ends.end(), matches[i],
-                  [&matches](qint32 index, qint32 row) { return matches[std::size_t(index)] < row; });
+            : std::lower_bound(
+                ends.begin(), ends.end(), matches[i], [&matches](qint32 index, qint32 row) { return matches[std::size_t(index)] < row; });
         previous[i] = position == ends.begin() ? -1 : *(position - 1);
         if (position == ends.end())
             ends.push_back(qint32(i));
@@ -85,7 +87,7 @@ std::vector<qint32> NyFotoListDifference::keptRows(const std::vector<quint64>& o
     return kept;
 }
 
-std::vector<qint64> NyFotoListDifference::orders(const std::vector<qint32>& keptRows, const std::vector<qint64>& oldOrders)
+std::vector<qint64> NyFotoListDifference::orders(const std::vector<qint32> &keptRows, const std::vector<qint64> &oldOrders)
 {
     // Far from the limits of the type, so that sums below cannot overflow.
     constexpr qint64 Limit = qint64(1) << 60;

@@ -19,7 +19,8 @@
 #include "NyFotoListDatabase.h"
 #include "NyFotoListDifference.h"
 
-namespace {
+namespace
+{
 
 enum class ListKind : int {
     Named = 0,
@@ -27,23 +28,24 @@ enum class ListKind : int {
     UsedForBookProposals = 2,
 };
 
-struct ListName {
+struct ListName
+{
     ListKind kind;
     QString name;
 
-    friend bool operator<(const ListName& left, const ListName& right)
+    friend bool operator<(const ListName &left, const ListName &right)
     {
         return left.kind != right.kind ? left.kind < right.kind : left.name < right.name;
     }
 };
 
 /** A null text would be stored as NULL. */
-QString notNull(const QString& text)
+QString notNull(const QString &text)
 {
     return text.isNull() ? QStringLiteral("") : text;
 }
 
-ListName namedList(const QString& key)
+ListName namedList(const QString &key)
 {
     return {ListKind::Named, notNull(key)};
 }
@@ -52,26 +54,27 @@ const ListName ProposalList{ListKind::ForBookProposal, QStringLiteral("")};
 const ListName UsedList{ListKind::UsedForBookProposals, QStringLiteral("")};
 
 /** A stored list without its texts: 16 bytes a photo. */
-struct StoredRows {
-    qint64 id = 0;       ///< 0: there is no such list
+struct StoredRows
+{
+    qint64 id = 0; ///< 0: there is no such list
     qint64 revision = 0; ///< as stored together with these rows
     std::vector<quint64> digests;
     std::vector<qint64> orders;
 };
 
 /** Differs from process to process, so nobody can prepare names whose digests are equal. */
-quint64 digestOf(const NyFoto& foto)
+quint64 digestOf(const NyFoto &foto)
 {
     static const std::size_t seed = std::size_t(QRandomGenerator::system()->generate64());
-    const QString& location = foto.location();
+    const QString &location = foto.location();
     return quint64(qHashBits(location.constData(), std::size_t(location.size()) * sizeof(QChar), seed));
 }
 
-std::vector<quint64> digestsOf(const NyFotoList& list)
+std::vector<quint64> digestsOf(const NyFotoList &list)
 {
     std::vector<quint64> digests;
     digests.reserve(std::size_t(list.size()));
-    for (const NyFoto& foto : list)
+    for (const NyFoto &foto : list)
         digests.push_back(digestOf(foto));
     return digests;
 }
@@ -81,7 +84,7 @@ qint64 newRevision()
     return qint64(QRandomGenerator::system()->generate64() >> 1) | 1;
 }
 
-bool readHead(QSqlDatabase& database, const ListName& name, StoredRows& rows, QSqlError& error)
+bool readHead(QSqlDatabase &database, const ListName &name, StoredRows &rows, QSqlError &error)
 {
     QSqlQuery query(database);
     query.setForwardOnly(true);
@@ -103,7 +106,7 @@ bool readHead(QSqlDatabase& database, const ListName& name, StoredRows& rows, QS
     return true;
 }
 
-bool readRows(QSqlDatabase& database, StoredRows& rows, QSqlError& error)
+bool readRows(QSqlDatabase &database, StoredRows &rows, QSqlError &error)
 {
     rows.digests.clear();
     rows.orders.clear();
@@ -127,9 +130,9 @@ bool readRows(QSqlDatabase& database, StoredRows& rows, QSqlError& error)
     return error.type() == QSqlError::NoError;
 }
 
-bool removeList(QSqlDatabase& database, qint64 id, QSqlError& error)
+bool removeList(QSqlDatabase &database, qint64 id, QSqlError &error)
 {
-    for (const QString& statement : {QStringLiteral("DELETE FROM photo WHERE list = ?"), QStringLiteral("DELETE FROM list WHERE id = ?")}) {
+    for (const QString &statement : {QStringLiteral("DELETE FROM photo WHERE list = ?"), QStringLiteral("DELETE FROM list WHERE id = ?")}) {
         QSqlQuery query(database);
         if (!query.prepare(statement)) {
             error = query.lastError();
@@ -143,7 +146,7 @@ bool removeList(QSqlDatabase& database, qint64 id, QSqlError& error)
 }
 
 /** Gives the list a new revision; makes it first when its id is 0. */
-bool writeHead(QSqlDatabase& database, const ListName& name, StoredRows& rows, QSqlError& error)
+bool writeHead(QSqlDatabase &database, const ListName &name, StoredRows &rows, QSqlError &error)
 {
     QSqlQuery query(database);
     const bool isNew = rows.id == 0;
@@ -169,8 +172,8 @@ bool writeHead(QSqlDatabase& database, const ListName& name, StoredRows& rows, Q
 }
 
 /** Inserts the photos whose row is -1 in @p kept. */
-bool insertRows(QSqlDatabase& database, qint64 id, const NyFotoList& list, const std::vector<qint32>& kept,
-    const std::vector<qint64>& orders, QSqlError& error)
+bool insertRows(QSqlDatabase &database, qint64 id, const NyFotoList &list, const std::vector<qint32> &kept,
+    const std::vector<qint64> &orders, QSqlError &error)
 {
     QSqlQuery query(database);
     if (!query.prepare(QStringLiteral("INSERT INTO photo (list, ord, url) VALUES (?, ?, ?)"))) {
@@ -181,7 +184,7 @@ bool insertRows(QSqlDatabase& database, qint64 id, const NyFotoList& list, const
     for (std::size_t i = 0; i < kept.size(); ++i) {
         if (kept[i] >= 0)
             continue;
-        const NyFoto& foto = list[qsizetype(i)];
+        const NyFoto &foto = list[qsizetype(i)];
         if (!foto.location().isValidUtf16())
             qWarning() << "NyFotoListRegistry: the name of a photo is no valid text and cannot be kept exactly:" << foto.location();
         query.bindValue(1, orders[i]);
@@ -192,7 +195,7 @@ bool insertRows(QSqlDatabase& database, qint64 id, const NyFotoList& list, const
     return true;
 }
 
-bool deleteRows(QSqlDatabase& database, const StoredRows& stored, const std::vector<qint32>& kept, QSqlError& error)
+bool deleteRows(QSqlDatabase &database, const StoredRows &stored, const std::vector<qint32> &kept, QSqlError &error)
 {
     std::size_t keptCount = 0;
     for (const qint32 row : kept)
@@ -201,8 +204,8 @@ bool deleteRows(QSqlDatabase& database, const StoredRows& stored, const std::vec
         return true;
     QSqlQuery query(database);
     const bool all = keptCount == 0;
-    if (!query.prepare(all ? QStringLiteral("DELETE FROM photo WHERE list = ?")
-                           : QStringLiteral("DELETE FROM photo WHERE list = ? AND ord = ?"))) {
+    if (!query.prepare(
+            all ? QStringLiteral("DELETE FROM photo WHERE list = ?") : QStringLiteral("DELETE FROM photo WHERE list = ? AND ord = ?"))) {
         error = query.lastError();
         return false;
     }
@@ -230,18 +233,19 @@ void flushAtEnd()
 
 }
 
-struct NyFotoListRegistry::Data {
-    explicit Data(const QString& path)
+struct NyFotoListRegistry::Data
+{
+    explicit Data(const QString &path)
         : database(path)
     {
     }
 
-    void replace(const ListName& name, const NyFotoList& list);
-    void append(const ListName& name, const NyFotoList& list);
-    void remove(const ListName& name);
-    NyFotoList read(const ListName& name);
+    void replace(const ListName &name, const NyFotoList &list);
+    void append(const ListName &name, const NyFotoList &list);
+    void remove(const ListName &name);
+    NyFotoList read(const ListName &name);
     /** Carries out the clearings that wait, except that of @p spared. */
-    void settle(const QString* spared = nullptr);
+    void settle(const QString *spared = nullptr);
 
     NyFotoListDatabase database;
     QMutex writeMutex; ///< held for a whole replacement; guards stored
@@ -250,7 +254,7 @@ struct NyFotoListRegistry::Data {
     std::set<QString> waiting;
 };
 
-void NyFotoListRegistry::Data::replace(const ListName& name, const NyFotoList& list)
+void NyFotoListRegistry::Data::replace(const ListName &name, const NyFotoList &list)
 {
     const QMutexLocker locker(&writeMutex);
     if (list.isEmpty()) {
@@ -264,7 +268,7 @@ void NyFotoListRegistry::Data::replace(const ListName& name, const NyFotoList& l
         current = std::move(known->second);
     stored.erase(name);
 
-    const auto refresh = [&name, &current](QSqlDatabase& connection, QSqlError& error) {
+    const auto refresh = [&name, &current](QSqlDatabase &connection, QSqlError &error) {
         StoredRows head;
         if (!readHead(connection, name, head, error))
             return false;
@@ -281,7 +285,7 @@ void NyFotoListRegistry::Data::replace(const ListName& name, const NyFotoList& l
         return;
     }
 
-    const bool written = database.write("store a photo list", [&](QSqlDatabase& connection, QSqlError& error) {
+    const bool written = database.write("store a photo list", [&](QSqlDatabase &connection, QSqlError &error) {
         if (!refresh(connection, error))
             return false;
         std::vector<qint32> kept = NyFotoListDifference::keptRows(current.digests, digests);
@@ -304,11 +308,11 @@ void NyFotoListRegistry::Data::replace(const ListName& name, const NyFotoList& l
         stored.erase(name);
 }
 
-void NyFotoListRegistry::Data::append(const ListName& name, const NyFotoList& list)
+void NyFotoListRegistry::Data::append(const ListName &name, const NyFotoList &list)
 {
     if (list.isEmpty())
         return;
-    database.write("add to a photo list", [&](QSqlDatabase& connection, QSqlError& error) {
+    database.write("add to a photo list", [&](QSqlDatabase &connection, QSqlError &error) {
         StoredRows head;
         if (!readHead(connection, name, head, error) || !writeHead(connection, name, head, error))
             return false;
@@ -324,29 +328,28 @@ void NyFotoListRegistry::Data::append(const ListName& name, const NyFotoList& li
         const qint64 first = hasLast ? last.value(0).toLongLong() + NyFotoListDifference::OrderStep : 0;
         last.finish();
         std::vector<qint64> orders = NyFotoListDifference::freshOrders(std::size_t(list.size()));
-        for (qint64& order : orders)
+        for (qint64 &order : orders)
             order += first;
         return insertRows(connection, head.id, list, std::vector<qint32>(std::size_t(list.size()), -1), orders, error);
     });
 }
 
-void NyFotoListRegistry::Data::remove(const ListName& name)
+void NyFotoListRegistry::Data::remove(const ListName &name)
 {
     StoredRows head;
-    const bool found = database.read("read a photo list", [&](QSqlDatabase& connection, QSqlError& error) {
-        return readHead(connection, name, head, error);
-    });
+    const bool found = database.read(
+        "read a photo list", [&](QSqlDatabase &connection, QSqlError &error) { return readHead(connection, name, head, error); });
     if (!found || head.id == 0)
         return;
-    database.write("clear a photo list", [&](QSqlDatabase& connection, QSqlError& error) {
+    database.write("clear a photo list", [&](QSqlDatabase &connection, QSqlError &error) {
         return readHead(connection, name, head, error) && (head.id == 0 || removeList(connection, head.id, error));
     });
 }
 
-NyFotoList NyFotoListRegistry::Data::read(const ListName& name)
+NyFotoList NyFotoListRegistry::Data::read(const ListName &name)
 {
     NyFotoList list;
-    const bool done = database.read("read a photo list", [&](QSqlDatabase& connection, QSqlError& error) {
+    const bool done = database.read("read a photo list", [&](QSqlDatabase &connection, QSqlError &error) {
         list.clear();
         QSqlQuery query(connection);
         query.setForwardOnly(true);
@@ -367,7 +370,7 @@ NyFotoList NyFotoListRegistry::Data::read(const ListName& name)
     return done ? list : NyFotoList();
 }
 
-void NyFotoListRegistry::Data::settle(const QString* spared)
+void NyFotoListRegistry::Data::settle(const QString *spared)
 {
     std::set<QString> names;
     {
@@ -378,7 +381,7 @@ void NyFotoListRegistry::Data::settle(const QString* spared)
     }
     if (spared)
         names.erase(*spared);
-    for (const QString& name : names) {
+    for (const QString &name : names) {
         const QMutexLocker locker(&writeMutex);
         remove(namedList(name));
         stored.erase(namedList(name));
@@ -390,7 +393,7 @@ NyFotoListRegistry::NyFotoListRegistry()
 {
 }
 
-NyFotoListRegistry::NyFotoListRegistry(const QString& databasePath)
+NyFotoListRegistry::NyFotoListRegistry(const QString &databasePath)
     : m_data(std::make_unique<Data>(databasePath))
 {
 }
@@ -406,19 +409,19 @@ void NyFotoListRegistry::setupInstance()
     qAddPostRoutine(flushAtEnd);
 }
 
-void NyFotoListRegistry::add(const QString& key, const NyFotoList& list)
+void NyFotoListRegistry::add(const QString &key, const NyFotoList &list)
 {
     m_data->settle(&key);
     m_data->replace(namedList(key), list);
 }
 
-NyFotoList NyFotoListRegistry::fotoList(const QString& key) const
+NyFotoList NyFotoListRegistry::fotoList(const QString &key) const
 {
     m_data->settle();
     return m_data->read(namedList(key));
 }
 
-void NyFotoListRegistry::clearEntry(const QString& key)
+void NyFotoListRegistry::clearEntry(const QString &key)
 {
     m_data->settle(&key);
     const QMutexLocker locker(&m_data->waitingMutex);
@@ -430,7 +433,7 @@ void NyFotoListRegistry::flush()
     m_data->settle();
 }
 
-void NyFotoListRegistry::setFotosForBookProposal(const NyFotoList& list)
+void NyFotoListRegistry::setFotosForBookProposal(const NyFotoList &list)
 {
     m_data->settle();
     m_data->replace(ProposalList, list);
@@ -442,7 +445,7 @@ NyFotoList NyFotoListRegistry::getFotosForBookProposal() const
     return m_data->read(ProposalList);
 }
 
-void NyFotoListRegistry::addFotosUsedForBookProposals(const NyFotoList& list)
+void NyFotoListRegistry::addFotosUsedForBookProposals(const NyFotoList &list)
 {
     m_data->settle();
     m_data->append(UsedList, list);

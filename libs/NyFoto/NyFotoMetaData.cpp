@@ -2,7 +2,7 @@
 
 #include "NyFotoTime.h"
 
-NyFotoMetaData::NyFotoMetaData(const NyImageMetaData& metaData)
+NyFotoMetaData::NyFotoMetaData(const NyImageMetaData &metaData)
     : m_data(metaData)
 {
 }

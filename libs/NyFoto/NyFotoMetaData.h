@@ -9,10 +9,11 @@
 #include "nyfoto_export.h"
 
 /** What a photo's file says of itself. Value type; what the file does not tell has the default that each operation names. */
-class NYFOTO_EXPORT NyFotoMetaData {
+class NYFOTO_EXPORT NyFotoMetaData
+{
 public:
     NyFotoMetaData() = default;
-    explicit NyFotoMetaData(const NyImageMetaData& metaData);
+    explicit NyFotoMetaData(const NyImageMetaData &metaData);
 
     /** Whether the file could be read at all. */
     bool isValid() const { return m_data.isRead; }

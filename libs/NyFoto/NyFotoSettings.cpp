@@ -6,7 +6,8 @@
 
 #include "NySettingsLock.h"
 
-namespace {
+namespace
+{
 
 QString defaultPicturesHome()
 {
@@ -37,7 +38,7 @@ QString NyFotoSettings::picturesHomePath() const
     return QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
 }
 
-void NyFotoSettings::setPicturesHome(const QString& folder)
+void NyFotoSettings::setPicturesHome(const QString &folder)
 {
     if (folder != m_picturesHome.value())
         m_picturesHome.setValue(folder);

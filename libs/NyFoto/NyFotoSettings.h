@@ -8,7 +8,8 @@
 #include "nyfoto_export.h"
 
 /** The user's settings about photos, shared by all programs of the family. Lives on the main thread. */
-class NYFOTO_EXPORT NyFotoSettings : public NySettings, public NySingleton<NyFotoSettings> {
+class NYFOTO_EXPORT NyFotoSettings : public NySettings, public NySingleton<NyFotoSettings>
+{
     Q_OBJECT
 
 public:
@@ -20,7 +21,7 @@ public:
     /** The same as an absolute, clean path. A location in another scheme comes back as it is. */
     QString picturesHomePath() const;
     /** Changes the value in memory; saveSettings() keeps it. */
-    void setPicturesHome(const QString& folder);
+    void setPicturesHome(const QString &folder);
 
     void loadSettings();
     void saveSettings();

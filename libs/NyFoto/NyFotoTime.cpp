@@ -5,10 +5,11 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTimeZone>
 
-namespace {
+namespace
+{
 
 /** Seconds east of UTC from "+02:00", "-0330" or "Z"; nothing for other texts. */
-std::optional<int> offsetSeconds(const QString& text)
+std::optional<int> offsetSeconds(const QString &text)
 {
     static const QRegularExpression pattern(QStringLiteral(R"(\A\s*(?:(Z)|([+-])([0-9]{2}):?([0-9]{2}))\s*\z)"));
     const QRegularExpressionMatch match = pattern.match(text);
@@ -24,7 +25,7 @@ std::optional<int> offsetSeconds(const QString& text)
     return match.captured(2) == u"-" ? -seconds : seconds;
 }
 
-int millisecondsOf(const QString& digits)
+int millisecondsOf(const QString &digits)
 {
     int value = 0;
     int count = 0;
@@ -39,7 +40,7 @@ int millisecondsOf(const QString& digits)
     return value;
 }
 
-QDateTime localTime(const QDate& date, const QTime& time)
+QDateTime localTime(const QDate &date, const QTime &time)
 {
     const QDateTime local(date, time);
     if (local.isValid() && local.time() == time)
@@ -51,11 +52,11 @@ QDateTime localTime(const QDate& date, const QTime& time)
 
 }
 
-QDateTime NyFotoTime::parse(const NyImageTimeText& text)
+QDateTime NyFotoTime::parse(const NyImageTimeText &text)
 {
-    static const QRegularExpression pattern(QStringLiteral(
-        R"(\A\s*([0-9]{4})[:\-/.]([0-9]{2})[:\-/.]([0-9]{2}))"
-        R"((?:[ T]([0-9]{2}):([0-9]{2})(?::([0-9]{2})(?:[.,]([0-9]+))?)?\s*(Z|[+-][0-9]{2}:?[0-9]{2})?)?\s*\z)"));
+    static const QRegularExpression pattern(
+        QStringLiteral(R"(\A\s*([0-9]{4})[:\-/.]([0-9]{2})[:\-/.]([0-9]{2}))"
+                       R"((?:[ T]([0-9]{2}):([0-9]{2})(?::([0-9]{2})(?:[.,]([0-9]+))?)?\s*(Z|[+-][0-9]{2}:?[0-9]{2})?)?\s*\z)"));
     const QRegularExpressionMatch match = pattern.match(text.dateTime);
     if (!match.hasMatch())
         return {};
@@ -71,9 +72,9 @@ QDateTime NyFotoTime::parse(const NyImageTimeText& text)
     return offset ? QDateTime(date, time, Qt::OffsetFromUTC, *offset) : localTime(date, time);
 }
 
-QDateTime NyFotoTime::captureTime(const NyImageMetaData& metaData)
+QDateTime NyFotoTime::captureTime(const NyImageMetaData &metaData)
 {
-    for (const NyImageTimeText& text : metaData.captureTimes) {
+    for (const NyImageTimeText &text : metaData.captureTimes) {
         const QDateTime time = parse(text);
         if (time.isValid())
             return time;

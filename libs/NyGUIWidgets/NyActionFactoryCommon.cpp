@@ -6,7 +6,8 @@
 
 namespace
 {
-struct ActionLook {
+struct ActionLook
+{
     NyActionType type;
     const char *text;
     const char *iconId;

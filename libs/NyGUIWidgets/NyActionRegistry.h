@@ -24,7 +24,7 @@ public:
      * A new action that this registry does not keep. `member`, a slot or signal of `receiver`, is called when it is triggered. It
      * belongs to `parent`, or to the caller without one. Null for a kind of action that nobody makes.
      */
-    template<class Receiver, class Member>
+    template <class Receiver, class Member>
     QAction *unregisteredAction(NyActionType type, Receiver *receiver, Member member, QObject *parent)
     {
         auto *factory = dynamic_cast<NyActionFactoryCommon *>(NyActionFactory::factory(type));

@@ -107,11 +107,8 @@ NyDBusBridgeLinux::NyDBusBridgeLinux(QObject *parent)
 
 NyDBusBridgeLinux::~NyDBusBridgeLinux() = default;
 
-uint NyDBusBridgeLinux::sendNotification(const QString &title,
-                                         const QString &body,
-                                         const QList<QString> &actions,
-                                         const QMap<QString, QVariant> &hints,
-                                         int timeoutMs)
+uint NyDBusBridgeLinux::sendNotification(
+    const QString &title, const QString &body, const QList<QString> &actions, const QMap<QString, QVariant> &hints, int timeoutMs)
 {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
@@ -119,8 +116,8 @@ uint NyDBusBridgeLinux::sendNotification(const QString &title,
         return 0;
     }
     QDBusMessage call = QDBusMessage::createMethodCall(SERVICE, PATH, SERVICE, u"Notify"_s);
-    call << NyProgramConfig::instance().programName(NyProgramID::MainProgram) << 0U << notificationIcon() << title << body << QStringList(actions)
-         << QVariant(hints) << timeoutMs;
+    call << NyProgramConfig::instance().programName(NyProgramID::MainProgram) << 0U << notificationIcon() << title << body
+         << QStringList(actions) << QVariant(hints) << timeoutMs;
     const QDBusReply<uint> id = bus.call(call, QDBus::Block, TIMEOUT_MS);
     if (id.isValid()) {
         absenceIsReported() = false;
@@ -148,12 +145,8 @@ bool NyDBusBridgeLinux::connectToActionInvoked(QObject *receiver, const char *sl
     static QPointer<BusLossReporter> reporter;
     if (!reporter) {
         reporter = new BusLossReporter(QCoreApplication::instance());
-        bus.connect(QString(),
-                    u"/org/freedesktop/DBus/Local"_s,
-                    u"org.freedesktop.DBus.Local"_s,
-                    u"Disconnected"_s,
-                    reporter.data(),
-                    SLOT(connectionLost()));
+        bus.connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s, reporter.data(),
+            SLOT(connectionLost()));
     }
     const QByteArray normalized = slot[0] + QMetaObject::normalizedSignature(slot + 1);
     // From any sender: when a server starts in the same moment, Qt can take a stale owner for the name's, and would then

@@ -31,11 +31,8 @@ public:
      * lost (one warning), the server refuses, or it does not answer within 1.4 s. In the last case the notification
      * may still show up later.
      */
-    uint sendNotification(const QString &title,
-                          const QString &body,
-                          const QList<QString> &actions,
-                          const QMap<QString, QVariant> &hints,
-                          int timeoutMs);
+    uint sendNotification(
+        const QString &title, const QString &body, const QList<QString> &actions, const QMap<QString, QVariant> &hints, int timeoutMs);
 
     /**
      * Calls a slot with the parameters (uint, QString) for every press on a button of any program's notification: id, key.

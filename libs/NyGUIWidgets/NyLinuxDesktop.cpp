@@ -15,7 +15,8 @@ constexpr int TIMEOUT_MS = 500;
 
 const QString SERVICE = u"org.freedesktop.Notifications"_s;
 
-struct KnownServer {
+struct KnownServer
+{
     /** Unique bus name; never used twice in the life of a bus. */
     QString owner;
     bool rendersHTML = false;
@@ -30,8 +31,8 @@ KnownServer &knownServer()
 /** Empty when there is no server, also when one would be started on demand. */
 QString ownerOf(const QDBusConnection &bus, const QString &service)
 {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
     call << service;
     const QDBusReply<QString> owner = bus.call(call, QDBus::Block, TIMEOUT_MS);
     return owner.isValid() ? owner.value() : QString();
@@ -53,8 +54,9 @@ bool NyLinuxDesktop::supportsHTMLNotifications() const
 
     known = {};
     // This also starts a server that the desktop starts on demand.
-    const QDBusMessage answer =
-        bus.call(QDBusMessage::createMethodCall(SERVICE, u"/org/freedesktop/Notifications"_s, SERVICE, u"GetCapabilities"_s), QDBus::Block, TIMEOUT_MS);
+    const QDBusMessage answer
+        = bus.call(QDBusMessage::createMethodCall(SERVICE, u"/org/freedesktop/Notifications"_s, SERVICE, u"GetCapabilities"_s),
+            QDBus::Block, TIMEOUT_MS);
     const QDBusReply<QStringList> capabilities = answer;
     if (!capabilities.isValid()) {
         qDebug() << "the capabilities of" << SERVICE << "are not known:" << capabilities.error().message();

@@ -19,20 +19,16 @@ QString NyRequest::attentionString()
     return tr("Achtung");
 }
 
-bool NyRequest::yesNoQuestion(const QString &title,
-                              const QString &question,
-                              const QString &informativeText,
-                              bool yesIsDefault,
-                              const QString &yesLabel,
-                              const QString &noLabel) const
+bool NyRequest::yesNoQuestion(const QString &title, const QString &question, const QString &informativeText, bool yesIsDefault,
+    const QString &yesLabel, const QString &noLabel) const
 {
     if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
         qWarning() << "a question cannot be shown in this process and counts as denied:" << question;
         return false;
     }
     // The window above may be closed, and take the box with it, while the box has the event loop.
-    const QPointer<QMessageBox> box =
-        new QMessageBox(QMessageBox::Question, title, question, QMessageBox::NoButton, QApplication::activeWindow());
+    const QPointer<QMessageBox> box
+        = new QMessageBox(QMessageBox::Question, title, question, QMessageBox::NoButton, QApplication::activeWindow());
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(informativeText);
     QPushButton *yes = box->addButton(yesLabel.isEmpty() ? tr("&Ja") : yesLabel, QMessageBox::YesRole);

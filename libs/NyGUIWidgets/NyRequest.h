@@ -27,12 +27,8 @@ public:
      * button that the Enter key presses is the one for yes if `yesIsDefault`, otherwise the one for no. Empty labels
      * mean "Ja" and "Nein". Closing the window, and a process that cannot show windows, mean no.
      */
-    virtual bool yesNoQuestion(const QString &title,
-                               const QString &question,
-                               const QString &informativeText,
-                               bool yesIsDefault,
-                               const QString &yesLabel,
-                               const QString &noLabel) const;
+    virtual bool yesNoQuestion(const QString &title, const QString &question, const QString &informativeText, bool yesIsDefault,
+        const QString &yesLabel, const QString &noLabel) const;
 
     /** A new widget that goes below every question of this object while hasAnyWarnings(); null here. */
     virtual QWidget *createWarningsOverviewWidget() const;

@@ -71,7 +71,8 @@ private:
     xcb_atom_t atom(const QByteArray &name) const
     {
         const auto cookie = xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(name.size()), name.constData());
-        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(xcb_intern_atom_reply(m_connection, cookie, nullptr), &std::free);
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(m_connection, cookie, nullptr), &std::free);
         return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
     }
 
@@ -128,7 +129,8 @@ void NyTrayWatcher::askHost()
 bool NyTrayWatcher::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
 {
     // The icon is made from the event loop: Qt has to take note of the tray first.
-    if (!m_isTrayThere && m_x11 && eventType == "xcb_generic_event_t" && m_x11->isArrival(static_cast<const xcb_generic_event_t *>(message)))
+    if (!m_isTrayThere && m_x11 && eventType == "xcb_generic_event_t"
+        && m_x11->isArrival(static_cast<const xcb_generic_event_t *>(message)))
         QTimer::singleShot(0, this, &NyTrayWatcher::setTrayThere);
     return false;
 }

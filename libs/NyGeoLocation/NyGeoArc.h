@@ -7,7 +7,8 @@
 #include "nygeolocation_export.h"
 
 /** An angle on the globe, in decimal degrees. A default-constructed arc is unknown. Value type. */
-class NYGEOLOCATION_EXPORT NyGeoArc {
+class NYGEOLOCATION_EXPORT NyGeoArc
+{
 public:
     NyGeoArc() = default;
     explicit NyGeoArc(double decimalDegrees);
@@ -22,7 +23,7 @@ public:
     bool isKnown() const;
 
     /** Two unknown arcs are equal. */
-    friend bool operator==(const NyGeoArc& left, const NyGeoArc& right)
+    friend bool operator==(const NyGeoArc &left, const NyGeoArc &right)
     {
         return left.m_decimalDegrees == right.m_decimalDegrees || (!left.isKnown() && !right.isKnown());
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-NyGeoPosition::NyGeoPosition(const NyLatitude& latitude, const NyLongitude& longitude)
+NyGeoPosition::NyGeoPosition(const NyLatitude &latitude, const NyLongitude &longitude)
     : m_latitude(latitude)
     , m_longitude(longitude)
 {
@@ -14,7 +14,7 @@ bool NyGeoPosition::isValid() const
     return m_latitude.isKnown() && m_longitude.isKnown();
 }
 
-double NyGeoPosition::distanceTo(const NyGeoPosition& other) const
+double NyGeoPosition::distanceTo(const NyGeoPosition &other) const
 {
     if (!isValid() || !other.isValid())
         return std::numeric_limits<double>::quiet_NaN();

@@ -5,7 +5,7 @@ NyLatitude::NyLatitude(double decimalDegrees)
 {
 }
 
-NyLatitude::NyLatitude(const NyGeoArc& arc)
+NyLatitude::NyLatitude(const NyGeoArc &arc)
     : NyGeoArc(arc)
 {
 }

@@ -7,7 +7,7 @@ NyLongitude::NyLongitude(double decimalDegrees)
 {
 }
 
-NyLongitude::NyLongitude(const NyGeoArc& arc)
+NyLongitude::NyLongitude(const NyGeoArc &arc)
     : NyGeoArc(arc)
 {
 }

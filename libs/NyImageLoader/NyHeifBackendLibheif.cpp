@@ -10,20 +10,22 @@
 
 #include <QtGui/QColorSpace>
 
-namespace {
+namespace
+{
 
-struct Release {
-    void operator()(heif_context* context) const { heif_context_free(context); }
-    void operator()(heif_image_handle* handle) const { heif_image_handle_release(handle); }
-    void operator()(heif_image* image) const { heif_image_release(image); }
-    void operator()(heif_decoding_options* options) const { heif_decoding_options_free(options); }
+struct Release
+{
+    void operator()(heif_context *context) const { heif_context_free(context); }
+    void operator()(heif_image_handle *handle) const { heif_image_handle_release(handle); }
+    void operator()(heif_image *image) const { heif_image_release(image); }
+    void operator()(heif_decoding_options *options) const { heif_decoding_options_free(options); }
 };
 using Context = std::unique_ptr<heif_context, Release>;
 using Handle = std::unique_ptr<heif_image_handle, Release>;
 using Image = std::unique_ptr<heif_image, Release>;
 using Options = std::unique_ptr<heif_decoding_options, Release>;
 
-bool succeeded(const heif_error& error, QString& reason)
+bool succeeded(const heif_error &error, QString &reason)
 {
     if (error.code == heif_error_Ok)
         return true;
@@ -31,25 +33,25 @@ bool succeeded(const heif_error& error, QString& reason)
     return false;
 }
 
-QSize sizeOf(const heif_image_handle* handle)
+QSize sizeOf(const heif_image_handle *handle)
 {
     return {heif_image_handle_get_width(handle), heif_image_handle_get_height(handle)};
 }
 
 /** The file stays open in @p context, which must outlive the handle. */
-Handle primaryPicture(Context& context, const QByteArray& path, QString& reason)
+Handle primaryPicture(Context &context, const QByteArray &path, QString &reason)
 {
     context.reset(heif_context_alloc());
     if (!succeeded(heif_context_read_from_file(context.get(), path.constData(), nullptr), reason))
         return {};
-    heif_image_handle* handle = nullptr;
+    heif_image_handle *handle = nullptr;
     if (!succeeded(heif_context_get_primary_image_handle(context.get(), &handle), reason))
         return {};
     return Handle(handle);
 }
 
 /** The smallest thumbnail that is large enough and shows all of the picture. Null without one. */
-Handle fittingThumbnail(const heif_image_handle* picture, const QSize& wanted)
+Handle fittingThumbnail(const heif_image_handle *picture, const QSize &wanted)
 {
     const QSize full = sizeOf(picture);
     if (wanted.isEmpty() || (full.width() <= wanted.width() && full.height() <= wanted.height()))
@@ -59,7 +61,7 @@ Handle fittingThumbnail(const heif_image_handle* picture, const QSize& wanted)
     heif_image_handle_get_list_of_thumbnail_IDs(picture, ids.data(), int(ids.size()));
     Handle best;
     for (const heif_item_id id : ids) {
-        heif_image_handle* raw = nullptr;
+        heif_image_handle *raw = nullptr;
         if (heif_image_handle_get_thumbnail(picture, id, &raw).code != heif_error_Ok)
             continue;
         Handle thumbnail(raw);
@@ -77,7 +79,7 @@ Handle fittingThumbnail(const heif_image_handle* picture, const QSize& wanted)
 }
 
 /** Also for a thumbnail, the colour space of the picture that it belongs to. */
-QColorSpace colorSpaceOf(const heif_image_handle* picture)
+QColorSpace colorSpaceOf(const heif_image_handle *picture)
 {
     const std::size_t profileSize = heif_image_handle_get_raw_color_profile_size(picture);
     if (profileSize > 0) {
@@ -88,7 +90,7 @@ QColorSpace colorSpaceOf(const heif_image_handle* picture)
                 return space;
         }
     }
-    heif_color_profile_nclx* nclx = nullptr;
+    heif_color_profile_nclx *nclx = nullptr;
     if (heif_image_handle_get_nclx_color_profile(picture, &nclx).code != heif_error_Ok || !nclx)
         return {};
     const heif_color_primaries primaries = nclx->color_primaries;
@@ -96,21 +98,21 @@ QColorSpace colorSpaceOf(const heif_image_handle* picture)
     return primaries == heif_color_primaries_SMPTE_EG_432_1 ? QColorSpace(QColorSpace::DisplayP3) : QColorSpace();
 }
 
-QImage decoded(const heif_image_handle* handle, QString& reason)
+QImage decoded(const heif_image_handle *handle, QString &reason)
 {
     const bool hasAlpha = heif_image_handle_has_alpha_channel(handle);
     const Options options(heif_decoding_options_alloc());
     options->convert_hdr_to_8bit = 1;
     if (options->version >= 3)
         options->strict_decoding = 1;
-    heif_image* raw = nullptr;
-    const heif_error error = heif_decode_image(handle, &raw, heif_colorspace_RGB,
-        hasAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, options.get());
+    heif_image *raw = nullptr;
+    const heif_error error = heif_decode_image(
+        handle, &raw, heif_colorspace_RGB, hasAlpha ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, options.get());
     const Image picture(raw);
     if (!succeeded(error, reason))
         return {};
     int stride = 0;
-    const uint8_t* plane = heif_image_get_plane_readonly(picture.get(), heif_channel_interleaved, &stride);
+    const uint8_t *plane = heif_image_get_plane_readonly(picture.get(), heif_channel_interleaved, &stride);
     const int width = heif_image_get_width(picture.get(), heif_channel_interleaved);
     const int height = heif_image_get_height(picture.get(), heif_channel_interleaved);
     QImage image(width, height, hasAlpha ? QImage::Format_RGBA8888 : QImage::Format_RGB888);
@@ -126,19 +128,19 @@ QImage decoded(const heif_image_handle* handle, QString& reason)
 
 }
 
-QSize NyHeifBackendLibheif::size(const QByteArray& path, QString& reason) const
+QSize NyHeifBackendLibheif::size(const QByteArray &path, QString &reason) const
 {
     try {
         Context context;
         const Handle picture = primaryPicture(context, path, reason);
         return picture ? sizeOf(picture.get()) : QSize();
-    } catch (const std::exception& exception) {
+    } catch (const std::exception &exception) {
         reason = QString::fromLocal8Bit(exception.what());
         return {};
     }
 }
 
-QImage NyHeifBackendLibheif::image(const QByteArray& path, const QSize& wanted, qint64 maximumPixels, QString& reason) const
+QImage NyHeifBackendLibheif::image(const QByteArray &path, const QSize &wanted, qint64 maximumPixels, QString &reason) const
 {
     try {
         Context context;
@@ -160,13 +162,13 @@ QImage NyHeifBackendLibheif::image(const QByteArray& path, const QSize& wanted, 
         if (!image.isNull())
             image.setColorSpace(colorSpaceOf(picture.get()));
         return image;
-    } catch (const std::exception& exception) {
+    } catch (const std::exception &exception) {
         reason = QString::fromLocal8Bit(exception.what());
         return {};
     }
 }
 
-extern "C" Q_DECL_EXPORT NyHeifBackend* nyHeifBackend()
+extern "C" Q_DECL_EXPORT NyHeifBackend *nyHeifBackend()
 {
     static NyHeifBackendLibheif backend;
     return &backend;

@@ -10,11 +10,12 @@
 #include "NyHeifBackend.h"
 #include "NyImageMetaDataBackend.h"
 
-namespace {
+namespace
+{
 
 const char OwnSymbol = 0;
 
-QString pluginPath(const QString& name)
+QString pluginPath(const QString &name)
 {
     Dl_info info{};
     if (!::dladdr(&OwnSymbol, &info) || !info.dli_fname)
@@ -22,8 +23,8 @@ QString pluginPath(const QString& name)
     return QFileInfo(QFile::decodeName(info.dli_fname)).absolutePath() + QStringLiteral("/lib") + name + QStringLiteral(".so");
 }
 
-template<class Backend, class Function>
-const Backend* load(const QString& name, const char* symbol)
+template <class Backend, class Function>
+const Backend *load(const QString &name, const char *symbol)
 {
     QLibrary library(pluginPath(name));
     library.setLoadHints(QLibrary::PreventUnloadHint);
@@ -40,16 +41,16 @@ const QString MetaDataPlugin = QStringLiteral("NyImageLoaderMetaData");
 
 }
 
-const NyHeifBackend* NyImageBackends::heif()
+const NyHeifBackend *NyImageBackends::heif()
 {
-    static const NyHeifBackend* const backend = load<NyHeifBackend, NyHeifBackendFunction>(HeifPlugin, "nyHeifBackend");
+    static const NyHeifBackend *const backend = load<NyHeifBackend, NyHeifBackendFunction>(HeifPlugin, "nyHeifBackend");
     return backend;
 }
 
-const NyImageMetaDataBackend* NyImageBackends::metaData()
+const NyImageMetaDataBackend *NyImageBackends::metaData()
 {
-    static const NyImageMetaDataBackend* const backend =
-        load<NyImageMetaDataBackend, NyImageMetaDataBackendFunction>(MetaDataPlugin, "nyImageMetaDataBackend");
+    static const NyImageMetaDataBackend *const backend
+        = load<NyImageMetaDataBackend, NyImageMetaDataBackendFunction>(MetaDataPlugin, "nyImageMetaDataBackend");
     return backend;
 }
 

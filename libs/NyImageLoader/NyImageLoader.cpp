@@ -22,7 +22,8 @@
 #include "NyImageMetaDataBackend.h"
 #include "NyImageMetaDataReader.h"
 
-namespace {
+namespace
+{
 
 /** A progressive JPEG is kept as coefficients, about 6 bytes a pixel, at whatever size it is asked for. */
 constexpr qint64 MaximumPixelsProgressive = 128'000'000;
@@ -30,24 +31,33 @@ constexpr qint64 MaximumPixelsProgressive = 128'000'000;
 enum class Content { Empty, Heif, Raw, Other };
 
 /** The pictures whose content Qt may decode here; its plug-ins read more than photos. */
-bool isPhotoContent(const QByteArray& format)
+bool isPhotoContent(const QByteArray &format)
 {
     static const QSet<QByteArray> formats{"jpeg", "jpg", "png", "tiff", "tif", "webp", "bmp", "gif", "jp2"};
     return formats.contains(format);
 }
 
-bool isRawName(const QString& path)
+bool isRawName(const QString &path)
 {
     static const QSet<QString> extensions{
-        QStringLiteral("arw"), QStringLiteral("cr2"), QStringLiteral("dng"), QStringLiteral("nef"), QStringLiteral("nrw"),
-        QStringLiteral("orf"), QStringLiteral("pef"), QStringLiteral("raf"), QStringLiteral("rw2"), QStringLiteral("sr2"),
+        QStringLiteral("arw"),
+        QStringLiteral("cr2"),
+        QStringLiteral("dng"),
+        QStringLiteral("nef"),
+        QStringLiteral("nrw"),
+        QStringLiteral("orf"),
+        QStringLiteral("pef"),
+        QStringLiteral("raf"),
+        QStringLiteral("rw2"),
+        QStringLiteral("sr2"),
         QStringLiteral("srw"),
     };
     return extensions.contains(QFileInfo(path).suffix().toLower());
 }
 
 /** A file that remembers whether more was asked for than it has, which is how decoders meet a file that was cut short. */
-class EndWatchingFile : public QFile {
+class EndWatchingFile : public QFile
+{
 public:
     using QFile::QFile;
 
@@ -58,7 +68,7 @@ public:
     void forget() { m_exhausted = m_gaveLess = false; }
 
 protected:
-    qint64 readData(char* data, qint64 maximum) override
+    qint64 readData(char *data, qint64 maximum) override
     {
         const qint64 count = QFile::readData(data, maximum);
         m_exhausted = m_exhausted || (maximum > 0 && count <= 0);
@@ -71,7 +81,7 @@ private:
     bool m_gaveLess = false;
 };
 
-Content contentOf(QByteArrayView head, const QString& path)
+Content contentOf(QByteArrayView head, const QString &path)
 {
     if (head.isEmpty())
         return Content::Empty;
@@ -91,7 +101,7 @@ Content contentOf(QByteArrayView head, const QString& path)
 }
 
 /** Whether the start-of-frame marker (ITU T.81, table B.1) says progressive. The device stands where it stood afterwards. */
-bool isProgressiveJpeg(QIODevice& device)
+bool isProgressiveJpeg(QIODevice &device)
 {
     const qint64 start = device.pos();
     bool progressive = false;
@@ -113,7 +123,7 @@ bool isProgressiveJpeg(QIODevice& device)
     return progressive;
 }
 
-qint64 pixelsOf(const QSize& size)
+qint64 pixelsOf(const QSize &size)
 {
     return qint64(size.width()) * size.height();
 }
@@ -124,7 +134,7 @@ bool isTurned(int orientation)
 }
 
 /** EXIF 2.32, tag 0x0112. */
-QImage upright(const QImage& image, int orientation)
+QImage upright(const QImage &image, int orientation)
 {
     switch (orientation) {
     case 2:
@@ -147,7 +157,7 @@ QImage upright(const QImage& image, int orientation)
 }
 
 /** What fits into the box; an empty box and a smaller picture leave the size as it is. */
-QSize fitted(const QSize& size, const QSize& box)
+QSize fitted(const QSize &size, const QSize &box)
 {
     if (box.isEmpty() || (size.width() <= box.width() && size.height() <= box.height()))
         return size;
@@ -167,9 +177,10 @@ QImage finished(QImage image)
 }
 
 /** Reads one file; on failure reason() says why. */
-class Reading {
+class Reading
+{
 public:
-    explicit Reading(const QString& path)
+    explicit Reading(const QString &path)
         : m_path(path)
     {
     }
@@ -206,7 +217,7 @@ public:
     }
 
     /** An empty box asks for the full size. */
-    QImage image(const QSize& box)
+    QImage image(const QSize &box)
     {
         EndWatchingFile file(m_path);
         switch (open(file)) {
@@ -251,24 +262,21 @@ public:
         return finished(std::move(image));
     }
 
-    const QString& reason() const { return m_reason; }
+    const QString &reason() const { return m_reason; }
 
 private:
-    static bool isJpeg(const QByteArray& format) { return format == "jpeg" || format == "jpg"; }
+    static bool isJpeg(const QByteArray &format) { return format == "jpeg" || format == "jpg"; }
 
-    static qint64 maximumPixels(const QByteArray& format, QIODevice& device, const QSize& box)
+    static qint64 maximumPixels(const QByteArray &format, QIODevice &device, const QSize &box)
     {
         if (!isJpeg(format) || box.isEmpty())
             return NyImageLoader::MaximumPixelsDecodedWhole;
         return isProgressiveJpeg(device) ? MaximumPixelsProgressive : NyImageLoader::MaximumPixels;
     }
 
-    void refuse(const QSize& size)
-    {
-        m_reason = QStringLiteral("it claims to have %1 x %2 pixels").arg(size.width()).arg(size.height());
-    }
+    void refuse(const QSize &size) { m_reason = QStringLiteral("it claims to have %1 x %2 pixels").arg(size.width()).arg(size.height()); }
 
-    Content open(EndWatchingFile& file)
+    Content open(EndWatchingFile &file)
     {
         // Opening a pipe would wait for its writer.
         if (!QFileInfo(m_path).isFile()) {
@@ -286,7 +294,7 @@ private:
         return content;
     }
 
-    bool begin(QImageReader& reader, int& orientation)
+    bool begin(QImageReader &reader, int &orientation)
     {
         reader.setDecideFormatFromContent(true);
         // The orientation is applied here, in one place for all formats.
@@ -327,7 +335,7 @@ private:
 
     QSize heifSize()
     {
-        const NyHeifBackend* backend = NyImageBackends::heif();
+        const NyHeifBackend *backend = NyImageBackends::heif();
         if (!backend) {
             m_reason = QStringLiteral("HEIC and AVIF cannot be read here");
             return {};
@@ -340,9 +348,9 @@ private:
         return size;
     }
 
-    QImage heifImage(const QSize& box)
+    QImage heifImage(const QSize &box)
     {
-        const NyHeifBackend* backend = NyImageBackends::heif();
+        const NyHeifBackend *backend = NyImageBackends::heif();
         if (!backend) {
             m_reason = QStringLiteral("HEIC and AVIF cannot be read here");
             return {};
@@ -354,9 +362,9 @@ private:
     }
 
     /** Of the size alone, the pixels are not decoded: the result has them unset. */
-    QImage rawImage(const QSize& box, bool sizeOnly)
+    QImage rawImage(const QSize &box, bool sizeOnly)
     {
-        const NyImageMetaDataBackend* backend = NyImageBackends::metaData();
+        const NyImageMetaDataBackend *backend = NyImageBackends::metaData();
         if (!backend) {
             m_reason = QStringLiteral("raw files cannot be read here");
             return {};
@@ -401,22 +409,22 @@ private:
 QSet<QString> pluginFormats()
 {
     QSet<QString> formats{QStringLiteral("png"), QStringLiteral("bmp")};
-    const auto addKeys = [&formats](const QJsonObject& pluginMetaData) {
+    const auto addKeys = [&formats](const QJsonObject &pluginMetaData) {
         const QJsonArray keys = pluginMetaData.value(u"MetaData").toObject().value(u"Keys").toArray();
-        for (const QJsonValue& key : keys)
+        for (const QJsonValue &key : keys)
             formats.insert(key.toString().toLower());
     };
     const QStringList folders = QCoreApplication::libraryPaths();
-    for (const QString& folder : folders) {
+    for (const QString &folder : folders) {
         const QDir plugins(folder + QStringLiteral("/imageformats"));
         const QStringList files = plugins.entryList(QDir::Files);
-        for (const QString& file : files) {
+        for (const QString &file : files) {
             if (QLibrary::isLibrary(file))
                 addKeys(QPluginLoader(plugins.filePath(file)).metaData());
         }
     }
     const QList<QStaticPlugin> staticPlugins = QPluginLoader::staticPlugins();
-    for (const QStaticPlugin& plugin : staticPlugins) {
+    for (const QStaticPlugin &plugin : staticPlugins) {
         if (plugin.metaData().value(u"IID").toString().contains(u"QImageIOHandlerFactoryInterface"))
             addKeys(plugin.metaData());
     }
@@ -425,16 +433,17 @@ QSet<QString> pluginFormats()
 
 NyMediaFormatList readableFormats()
 {
-    struct Candidate {
-        const char16_t* name;
+    struct Candidate
+    {
+        const char16_t *name;
         NyMediaFormatSource source;
         QStringList extensions;
-        const char16_t* pluginFormat;
+        const char16_t *pluginFormat;
     };
     using enum NyMediaFormatSource;
-    const auto list = [](std::initializer_list<const char16_t*> extensions) {
+    const auto list = [](std::initializer_list<const char16_t *> extensions) {
         QStringList result;
-        for (const char16_t* extension : extensions)
+        for (const char16_t *extension : extensions)
             result.append(QString::fromUtf16(extension));
         return result;
     };
@@ -459,7 +468,7 @@ NyMediaFormatList readableFormats()
     };
     const QSet<QString> plugins = pluginFormats();
     QList<NyMediaFormat> formats;
-    for (const Candidate& candidate : candidates) {
+    for (const Candidate &candidate : candidates) {
         const bool readable = candidate.source == ImagePlugin ? plugins.contains(QString::fromUtf16(candidate.pluginFormat))
             : candidate.source == Heif                        ? NyImageBackends::hasHeif()
                                                               : NyImageBackends::hasMetaData();
@@ -469,7 +478,7 @@ NyMediaFormatList readableFormats()
     return NyMediaFormatList(formats);
 }
 
-void warn(const QString& path, const QString& reason)
+void warn(const QString &path, const QString &reason)
 {
     qWarning() << "NyImageLoader: cannot read the picture" << path << ":" << reason;
 }
@@ -490,7 +499,7 @@ NyMediaFormatList NyImageLoader::supportedMediaFormats() const
     return m_formats;
 }
 
-QImage NyImageLoader::loadScaled(const QString& path, const QSize& box) const
+QImage NyImageLoader::loadScaled(const QString &path, const QSize &box) const
 {
     if (box.isEmpty())
         return {};
@@ -501,7 +510,7 @@ QImage NyImageLoader::loadScaled(const QString& path, const QSize& box) const
     return image;
 }
 
-QImage NyImageLoader::load(const QString& path) const
+QImage NyImageLoader::load(const QString &path) const
 {
     Reading reading(path);
     QImage image = reading.image({});
@@ -510,7 +519,7 @@ QImage NyImageLoader::load(const QString& path) const
     return image;
 }
 
-QSize NyImageLoader::orientedSize(const QString& path) const
+QSize NyImageLoader::orientedSize(const QString &path) const
 {
     Reading reading(path);
     const QSize size = reading.size();

@@ -16,7 +16,8 @@
  * read, is damaged, cut short, or larger than MaximumPixels gives a null image or an empty size and one warning that names it.
  * Thread-safe.
  */
-class NYIMAGELOADER_EXPORT NyImageLoader : public NySingleton<NyImageLoader> {
+class NYIMAGELOADER_EXPORT NyImageLoader : public NySingleton<NyImageLoader>
+{
 public:
     /** A file that claims more pixels is not decoded: it is broken or a decompression bomb. */
     static constexpr qint64 MaximumPixels = 500'000'000;
@@ -32,13 +33,13 @@ public:
      * The picture, no larger than @p box (px, upright) and with its proportions kept; it is never enlarged. Cheap for JPEG,
      * which is decoded at the reduced size. An empty box gives a null image without a word.
      */
-    QImage loadScaled(const QString& path, const QSize& box) const;
+    QImage loadScaled(const QString &path, const QSize &box) const;
 
     /** The picture in its full size. */
-    QImage load(const QString& path) const;
+    QImage load(const QString &path) const;
 
     /** The size in px of the upright picture, from the file's header. */
-    QSize orientedSize(const QString& path) const;
+    QSize orientedSize(const QString &path) const;
 
 private:
     NyMediaFormatList m_formats;

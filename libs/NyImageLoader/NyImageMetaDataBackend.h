@@ -7,19 +7,20 @@
 #include "NyImageMetaData.h"
 
 /** What the metadata plug-in does. Thread-safe; no exception leaves it. Paths are in the file system's bytes. */
-class NyImageMetaDataBackend {
+class NyImageMetaDataBackend
+{
 public:
     virtual ~NyImageMetaDataBackend() = default;
 
     /** Reads headers, never the picture itself. With isRead false, @p reason says why. */
-    virtual NyImageMetaData metaData(const QByteArray& path, QString& reason) const = 0;
+    virtual NyImageMetaData metaData(const QByteArray &path, QString &reason) const = 0;
 
     /**
      * The smallest embedded JPEG that is at least @p wantedPx in either direction, else the largest. Empty, with a @p reason, when
      * there is none.
      */
-    virtual QByteArray preview(const QByteArray& path, int wantedPx, QString& reason) const = 0;
+    virtual QByteArray preview(const QByteArray &path, int wantedPx, QString &reason) const = 0;
 };
 
 /** The plug-in's one function, named "nyImageMetaDataBackend". */
-using NyImageMetaDataBackendFunction = NyImageMetaDataBackend* (*)();
+using NyImageMetaDataBackendFunction = NyImageMetaDataBackend *(*)();

@@ -10,30 +10,31 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStringDecoder>
 
-namespace {
+namespace
+{
 
 /** exiv2's XMP toolkit is not thread-safe by itself; it calls this around each use. */
-void lockXmp(void* mutex, bool lock)
+void lockXmp(void *mutex, bool lock)
 {
     if (lock)
-        static_cast<std::recursive_mutex*>(mutex)->lock();
+        static_cast<std::recursive_mutex *>(mutex)->lock();
     else
-        static_cast<std::recursive_mutex*>(mutex)->unlock();
+        static_cast<std::recursive_mutex *>(mutex)->unlock();
 }
 
 /** Runs one field's reading; a field that exiv2 rejects must not cost the others. */
-template<class Function>
+template <class Function>
 void attempt(Function function)
 {
     try {
         function();
-    } catch (const std::exception&) {
+    } catch (const std::exception &) {
         // The field keeps its default.
     }
 }
 
 /** Programs write UTF-8 where the standard wants ASCII; older ones Latin 1. */
-QString textOf(const std::string& bytes)
+QString textOf(const std::string &bytes)
 {
     const QByteArrayView view(bytes.data(), qsizetype(bytes.size()));
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
@@ -44,35 +45,36 @@ QString textOf(const std::string& bytes)
     return (end < 0 ? text : text.first(end)).trimmed();
 }
 
-class Exif {
+class Exif
+{
 public:
-    explicit Exif(const Exiv2::ExifData& data)
+    explicit Exif(const Exiv2::ExifData &data)
         : m_data(data)
     {
     }
 
-    const Exiv2::Exifdatum* find(uint16_t tag, const char* group) const
+    const Exiv2::Exifdatum *find(uint16_t tag, const char *group) const
     {
         const auto found = m_data.findKey(Exiv2::ExifKey(tag, group));
         return found != m_data.end() && found->count() > 0 ? &*found : nullptr;
     }
 
-    QString text(uint16_t tag, const char* group) const
+    QString text(uint16_t tag, const char *group) const
     {
         QString result;
         attempt([&] {
-            if (const Exiv2::Exifdatum* datum = find(tag, group))
+            if (const Exiv2::Exifdatum *datum = find(tag, group))
                 result = textOf(datum->toString());
         });
         return result;
     }
 
     /** Not a number when absent or divided by zero. */
-    double real(uint16_t tag, const char* group, long index = 0) const
+    double real(uint16_t tag, const char *group, long index = 0) const
     {
         double result = std::numeric_limits<double>::quiet_NaN();
         attempt([&] {
-            const Exiv2::Exifdatum* datum = find(tag, group);
+            const Exiv2::Exifdatum *datum = find(tag, group);
             if (!datum || datum->count() <= index)
                 return;
             if (datum->typeId() == Exiv2::unsignedRational || datum->typeId() == Exiv2::signedRational) {
@@ -88,17 +90,17 @@ public:
     }
 
 private:
-    const Exiv2::ExifData& m_data;
+    const Exiv2::ExifData &m_data;
 };
 
-QString xmpText(const Exiv2::XmpData& data, const char* key)
+QString xmpText(const Exiv2::XmpData &data, const char *key)
 {
     QString result;
     attempt([&] {
         const auto found = data.findKey(Exiv2::XmpKey(key));
         if (found == data.end() || found->count() == 0)
             return;
-        if (const auto* alternatives = dynamic_cast<const Exiv2::LangAltValue*>(&found->value())) {
+        if (const auto *alternatives = dynamic_cast<const Exiv2::LangAltValue *>(&found->value())) {
             if (!alternatives->value_.empty()) {
                 const auto standard = alternatives->value_.find("x-default");
                 result = textOf(standard != alternatives->value_.end() ? standard->second : alternatives->value_.begin()->second);
@@ -110,7 +112,7 @@ QString xmpText(const Exiv2::XmpData& data, const char* key)
     return result;
 }
 
-QString iptcText(const Exiv2::IptcData& data, const char* key)
+QString iptcText(const Exiv2::IptcData &data, const char *key)
 {
     QString result;
     attempt([&] {
@@ -126,7 +128,7 @@ double finiteOr(double value, double other)
     return std::isfinite(value) ? value : other;
 }
 
-void readTimes(const Exif& exif, const Exiv2::XmpData& xmp, const Exiv2::IptcData& iptc, NyImageMetaData& result)
+void readTimes(const Exif &exif, const Exiv2::XmpData &xmp, const Exiv2::IptcData &iptc, NyImageMetaData &result)
 {
     const auto add = [&result](NyImageTimeText time) {
         if (!time.dateTime.isEmpty())
@@ -136,7 +138,7 @@ void readTimes(const Exif& exif, const Exiv2::XmpData& xmp, const Exiv2::IptcDat
     add({exif.text(0x9003, "Photo"), exif.text(0x9291, "Photo"), exif.text(0x9011, "Photo")});
     add({exif.text(0x9003, "Image"), {}, {}});
     add({exif.text(0x9004, "Photo"), exif.text(0x9292, "Photo"), exif.text(0x9012, "Photo")});
-    for (const char* key : {"Xmp.exif.DateTimeOriginal", "Xmp.photoshop.DateCreated", "Xmp.xmp.CreateDate", "Xmp.exif.DateTimeDigitized"})
+    for (const char *key : {"Xmp.exif.DateTimeOriginal", "Xmp.photoshop.DateCreated", "Xmp.xmp.CreateDate", "Xmp.exif.DateTimeDigitized"})
         add({xmpText(xmp, key), {}, {}});
     const QString date = iptcText(iptc, "Iptc.Application2.DateCreated");
     const QString time = iptcText(iptc, "Iptc.Application2.TimeCreated");
@@ -145,7 +147,7 @@ void readTimes(const Exif& exif, const Exiv2::XmpData& xmp, const Exiv2::IptcDat
 }
 
 /** Degrees, minutes and seconds of one GPS tag. */
-double gpsArc(const Exif& exif, uint16_t valueTag, uint16_t referenceTag, const char* negativeReference)
+double gpsArc(const Exif &exif, uint16_t valueTag, uint16_t referenceTag, const char *negativeReference)
 {
     const double degrees = exif.real(valueTag, "GPSInfo", 0);
     // Cameras that put the fraction into the minutes write seconds of 0/0.
@@ -156,7 +158,7 @@ double gpsArc(const Exif& exif, uint16_t valueTag, uint16_t referenceTag, const 
 }
 
 /** "48,8.1234N" or "48,8,7N" (XMP specification, part 2, GPSCoordinate). */
-double xmpArc(const QString& text)
+double xmpArc(const QString &text)
 {
     static const QRegularExpression pattern(
         QStringLiteral(R"(\A([0-9]+(?:\.[0-9]+)?)(?:,([0-9]+(?:\.[0-9]+)?))?(?:,([0-9]+(?:\.[0-9]+)?))?([NSEW])\z)"));
@@ -168,7 +170,7 @@ double xmpArc(const QString& text)
     return side == u"S" || side == u"W" ? -arc : arc;
 }
 
-void readPosition(const Exif& exif, const Exiv2::XmpData& xmp, NyImageMetaData& result)
+void readPosition(const Exif &exif, const Exiv2::XmpData &xmp, NyImageMetaData &result)
 {
     double latitude = gpsArc(exif, 0x0002, 0x0001, "S");
     double longitude = gpsArc(exif, 0x0004, 0x0003, "W");
@@ -193,7 +195,7 @@ std::optional<int> ratingOf(double stars)
     return int(std::lround(stars));
 }
 
-std::optional<int> ratingOf(const QString& text)
+std::optional<int> ratingOf(const QString &text)
 {
     bool isNumber = false;
     const double stars = text.toDouble(&isNumber);
@@ -201,7 +203,7 @@ std::optional<int> ratingOf(const QString& text)
 }
 
 /** The stars that stand for a percentage: 1, 25, 50, 75 and 99 are one to five. */
-std::optional<int> ratingOfPercent(const QString& text)
+std::optional<int> ratingOfPercent(const QString &text)
 {
     bool isNumber = false;
     const double percent = text.toDouble(&isNumber);
@@ -210,7 +212,7 @@ std::optional<int> ratingOfPercent(const QString& text)
     return percent < 1.0 ? 0 : 1 + int(std::lround(percent / 25.0));
 }
 
-void readRating(const Exif& exif, const Exiv2::XmpData& xmp, NyImageMetaData& result)
+void readRating(const Exif &exif, const Exiv2::XmpData &xmp, NyImageMetaData &result)
 {
     result.ownRating = ratingOf(xmpText(xmp, "Xmp.velmora.Rating"));
     result.rating = ratingOf(xmpText(xmp, "Xmp.xmp.Rating"));
@@ -220,8 +222,8 @@ void readRating(const Exif& exif, const Exiv2::XmpData& xmp, NyImageMetaData& re
         result.rating = ratingOfPercent(xmpText(xmp, "Xmp.MicrosoftPhoto.Rating"));
 }
 
-void readTexts(const Exif& exif, const Exiv2::ExifData& exifData, const Exiv2::XmpData& xmp, const Exiv2::IptcData& iptc,
-    NyImageMetaData& result)
+void readTexts(
+    const Exif &exif, const Exiv2::ExifData &exifData, const Exiv2::XmpData &xmp, const Exiv2::IptcData &iptc, NyImageMetaData &result)
 {
     result.cameraMake = exif.text(0x010f, "Image");
     result.cameraModel = exif.text(0x0110, "Image");
@@ -236,7 +238,7 @@ void readTexts(const Exif& exif, const Exiv2::ExifData& exifData, const Exiv2::X
         const auto found = exifData.findKey(Exiv2::ExifKey("Exif.Photo.UserComment"));
         if (found == exifData.end())
             return;
-        if (const auto* comment = dynamic_cast<const Exiv2::CommentValue*>(&found->value()))
+        if (const auto *comment = dynamic_cast<const Exiv2::CommentValue *>(&found->value()))
             result.userComment = textOf(comment->comment());
     });
     attempt([&] {
@@ -247,7 +249,7 @@ void readTexts(const Exif& exif, const Exiv2::ExifData& exifData, const Exiv2::X
             result.keywords.append(textOf(subjects->toString(i)));
     });
     attempt([&] {
-        for (const Exiv2::Iptcdatum& datum : iptc) {
+        for (const Exiv2::Iptcdatum &datum : iptc) {
             if (datum.key() != "Iptc.Application2.Keywords")
                 continue;
             const QString keyword = textOf(datum.toString());
@@ -257,7 +259,7 @@ void readTexts(const Exif& exif, const Exiv2::ExifData& exifData, const Exiv2::X
     });
 }
 
-void readAll(const Exiv2::Image& image, NyImageMetaData& result)
+void readAll(const Exiv2::Image &image, NyImageMetaData &result)
 {
     const Exif exif(image.exifData());
     result.storedSizePx = QSize(image.pixelWidth(), image.pixelHeight());
@@ -289,7 +291,7 @@ NyImageMetaDataBackendExiv2::NyImageMetaDataBackendExiv2()
     attempt([] { Exiv2::XmpProperties::registerNs("urn:velmora:photo:1.0/", "velmora"); });
 }
 
-NyImageMetaData NyImageMetaDataBackendExiv2::metaData(const QByteArray& path, QString& reason) const
+NyImageMetaData NyImageMetaDataBackendExiv2::metaData(const QByteArray &path, QString &reason) const
 {
     NyImageMetaData result;
     try {
@@ -297,14 +299,14 @@ NyImageMetaData NyImageMetaDataBackendExiv2::metaData(const QByteArray& path, QS
         image->readMetadata();
         readAll(*image, result);
         result.isRead = true;
-    } catch (const std::exception& exception) {
+    } catch (const std::exception &exception) {
         reason = QString::fromLocal8Bit(exception.what());
         result = {};
     }
     return result;
 }
 
-QByteArray NyImageMetaDataBackendExiv2::preview(const QByteArray& path, int wantedPx, QString& reason) const
+QByteArray NyImageMetaDataBackendExiv2::preview(const QByteArray &path, int wantedPx, QString &reason) const
 {
     try {
         const auto image = Exiv2::ImageFactory::open(path.toStdString(), false);
@@ -312,8 +314,8 @@ QByteArray NyImageMetaDataBackendExiv2::preview(const QByteArray& path, int want
         const Exiv2::PreviewManager manager(*image);
         // Sorted by size, the smallest first.
         const Exiv2::PreviewPropertiesList all = manager.getPreviewProperties();
-        const Exiv2::PreviewProperties* best = nullptr;
-        for (const Exiv2::PreviewProperties& properties : all) {
+        const Exiv2::PreviewProperties *best = nullptr;
+        for (const Exiv2::PreviewProperties &properties : all) {
             if (properties.extension_ != ".jpg")
                 continue;
             best = &properties;
@@ -322,16 +324,16 @@ QByteArray NyImageMetaDataBackendExiv2::preview(const QByteArray& path, int want
         }
         if (best) {
             const Exiv2::PreviewImage preview = manager.getPreviewImage(*best);
-            return QByteArray(reinterpret_cast<const char*>(preview.pData()), qsizetype(preview.size()));
+            return QByteArray(reinterpret_cast<const char *>(preview.pData()), qsizetype(preview.size()));
         }
         reason = QStringLiteral("it has no preview");
-    } catch (const std::exception& exception) {
+    } catch (const std::exception &exception) {
         reason = QString::fromLocal8Bit(exception.what());
     }
     return {};
 }
 
-extern "C" Q_DECL_EXPORT NyImageMetaDataBackend* nyImageMetaDataBackend()
+extern "C" Q_DECL_EXPORT NyImageMetaDataBackend *nyImageMetaDataBackend()
 {
     static NyImageMetaDataBackendExiv2 backend;
     return &backend;

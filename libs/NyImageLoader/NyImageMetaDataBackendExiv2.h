@@ -3,10 +3,11 @@
 #include "NyImageMetaDataBackend.h"
 
 /** NyImageMetaDataBackend on exiv2. */
-class NyImageMetaDataBackendExiv2 final : public NyImageMetaDataBackend {
+class NyImageMetaDataBackendExiv2 final : public NyImageMetaDataBackend
+{
 public:
     NyImageMetaDataBackendExiv2();
 
-    NyImageMetaData metaData(const QByteArray& path, QString& reason) const override;
-    QByteArray preview(const QByteArray& path, int wantedPx, QString& reason) const override;
+    NyImageMetaData metaData(const QByteArray &path, QString &reason) const override;
+    QByteArray preview(const QByteArray &path, int wantedPx, QString &reason) const override;
 };

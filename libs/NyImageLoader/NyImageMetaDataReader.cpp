@@ -7,14 +7,14 @@
 #include "NyImageBackends.h"
 #include "NyImageMetaDataBackend.h"
 
-NyImageMetaData NyImageMetaDataReader::read(const QString& path)
+NyImageMetaData NyImageMetaDataReader::read(const QString &path)
 {
     // Opening a pipe would wait for its writer.
     if (!QFileInfo(path).isFile()) {
         qDebug() << "NyImageLoader: no metadata, not a file:" << path;
         return {};
     }
-    const NyImageMetaDataBackend* backend = NyImageBackends::metaData();
+    const NyImageMetaDataBackend *backend = NyImageBackends::metaData();
     if (!backend)
         return {};
     QString reason;

@@ -9,7 +9,7 @@ NyMediaFormat::NyMediaFormat(QString name, QStringList fileExtensions, NyMediaFo
 {
 }
 
-NyMediaFormatList::NyMediaFormatList(const QList<NyMediaFormat>& formats)
+NyMediaFormatList::NyMediaFormatList(const QList<NyMediaFormat> &formats)
     : m_formats(formats)
 {
 }
@@ -17,8 +17,8 @@ NyMediaFormatList::NyMediaFormatList(const QList<NyMediaFormat>& formats)
 QList<QString> NyMediaFormatList::fileExtensionFilters() const
 {
     QList<QString> filters;
-    for (const NyMediaFormat& format : m_formats) {
-        for (const QString& extension : format.fileExtensions())
+    for (const NyMediaFormat &format : m_formats) {
+        for (const QString &extension : format.fileExtensions())
             filters.append(QStringLiteral("*.") + extension);
     }
     return filters;
@@ -35,8 +35,8 @@ bool NyMediaFormatList::matches(QStringView fileName) const
         if (letter.unicode() > 0x7f)
             return false;
     }
-    for (const NyMediaFormat& format : m_formats) {
-        for (const QString& known : format.fileExtensions()) {
+    for (const NyMediaFormat &format : m_formats) {
+        for (const QString &known : format.fileExtensions()) {
             if (extension.compare(known, Qt::CaseInsensitive) == 0)
                 return true;
         }

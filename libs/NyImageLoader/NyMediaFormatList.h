@@ -9,19 +9,20 @@
 
 /** How the picture of a format comes out of its file. */
 enum class NyMediaFormatSource {
-    ImagePlugin,     /**< one of Qt's image plug-ins */
-    Heif,            /**< libheif */
+    ImagePlugin, /**< one of Qt's image plug-ins */
+    Heif, /**< libheif */
     EmbeddedPreview, /**< a raw format: the JPEG that the camera put into it */
 };
 
 /** One picture format with the file extensions it goes by. */
-class NYIMAGELOADER_EXPORT NyMediaFormat {
+class NYIMAGELOADER_EXPORT NyMediaFormat
+{
 public:
     /** @p fileExtensions in lower case, without the dot. */
     NyMediaFormat(QString name, QStringList fileExtensions, NyMediaFormatSource source);
 
-    const QString& name() const { return m_name; }
-    const QStringList& fileExtensions() const { return m_fileExtensions; }
+    const QString &name() const { return m_name; }
+    const QStringList &fileExtensions() const { return m_fileExtensions; }
     NyMediaFormatSource source() const { return m_source; }
 
 private:
@@ -31,12 +32,13 @@ private:
 };
 
 /** The photo formats that can be read. Value type. */
-class NYIMAGELOADER_EXPORT NyMediaFormatList {
+class NYIMAGELOADER_EXPORT NyMediaFormatList
+{
 public:
     NyMediaFormatList() = default;
-    explicit NyMediaFormatList(const QList<NyMediaFormat>& formats);
+    explicit NyMediaFormatList(const QList<NyMediaFormat> &formats);
 
-    const QList<NyMediaFormat>& formats() const { return m_formats; }
+    const QList<NyMediaFormat> &formats() const { return m_formats; }
     bool isEmpty() const { return m_formats.isEmpty(); }
 
     /** A wildcard pattern "*.jpg" for each extension, all in lower case; they are meant to be matched ignoring case. */

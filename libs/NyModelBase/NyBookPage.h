@@ -11,5 +11,5 @@ struct NYMODELBASE_EXPORT NyBookPage
     QList<NyPlacedFoto> photos;
     QList<NyBookText> texts;
 
-    friend NYMODELBASE_EXPORT bool operator==(const NyBookPage& a, const NyBookPage& b);
+    friend NYMODELBASE_EXPORT bool operator==(const NyBookPage &a, const NyBookPage &b);
 };

@@ -5,7 +5,7 @@
 int NyBookProject::photoCount() const
 {
     qsizetype count = 0;
-    for (const NyBookPage& page : pages)
+    for (const NyBookPage &page : pages)
         count += page.photos.size();
     return int(count);
 }
@@ -19,8 +19,8 @@ QList<QUrl> NyBookProject::photoUrls() const
 {
     QList<QUrl> urls;
     QSet<QUrl> seen;
-    const auto collect = [&](const NyBookPage& page) {
-        for (const NyPlacedFoto& foto : page.photos) {
+    const auto collect = [&](const NyBookPage &page) {
+        for (const NyPlacedFoto &foto : page.photos) {
             if (seen.contains(foto.url))
                 continue;
             seen.insert(foto.url);
@@ -28,14 +28,13 @@ QList<QUrl> NyBookProject::photoUrls() const
         }
     };
     collect(cover);
-    for (const NyBookPage& page : pages)
+    for (const NyBookPage &page : pages)
         collect(page);
     return urls;
 }
 
-bool operator==(const NyBookProject& a, const NyBookProject& b)
+bool operator==(const NyBookProject &a, const NyBookProject &b)
 {
     return a.title == b.title && a.subtitle == b.subtitle && a.style == b.style && a.occasions == b.occasions
-        && a.creationDateEpoch == b.creationDateEpoch && a.pageSizeMm == b.pageSizeMm && a.cover == b.cover
-        && a.pages == b.pages;
+        && a.creationDateEpoch == b.creationDateEpoch && a.pageSizeMm == b.pageSizeMm && a.cover == b.cover && a.pages == b.pages;
 }

@@ -28,5 +28,5 @@ struct NYMODELBASE_EXPORT NyBookProject
     /** The URLs of all photos, cover first, each once. */
     QList<QUrl> photoUrls() const;
 
-    friend NYMODELBASE_EXPORT bool operator==(const NyBookProject& a, const NyBookProject& b);
+    friend NYMODELBASE_EXPORT bool operator==(const NyBookProject &a, const NyBookProject &b);
 };

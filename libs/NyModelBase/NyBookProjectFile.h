@@ -27,9 +27,9 @@ public:
         QString error;
     };
 
-    static QByteArray toJson(const NyBookProject& project);
+    static QByteArray toJson(const NyBookProject &project);
     /** @p name stands for the file in the error text. */
-    static Result fromJson(const QByteArray& json, const QString& name);
+    static Result fromJson(const QByteArray &json, const QString &name);
     /** Reads at most 64 MiB; a larger file is refused. */
-    static Result load(const QFileInfo& file);
+    static Result load(const QFileInfo &file);
 };

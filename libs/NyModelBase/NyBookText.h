@@ -19,5 +19,5 @@ struct NYMODELBASE_EXPORT NyBookText
     /** Exactly one of AlignLeft, AlignHCenter and AlignRight. */
     Qt::AlignmentFlag alignment = Qt::AlignHCenter;
 
-    friend NYMODELBASE_EXPORT bool operator==(const NyBookText& a, const NyBookText& b);
+    friend NYMODELBASE_EXPORT bool operator==(const NyBookText &a, const NyBookText &b);
 };

@@ -15,8 +15,8 @@ public:
     NyDesignElementIDSet(std::initializer_list<NyDesignElementID> ids);
 
     /** Appends @p id; false and no change if it is invalid or in the set already. */
-    bool insert(const NyDesignElementID& id);
-    bool contains(const NyDesignElementID& id) const { return m_ids.contains(id); }
+    bool insert(const NyDesignElementID &id);
+    bool contains(const NyDesignElementID &id) const { return m_ids.contains(id); }
     qsizetype count() const { return m_ids.count(); }
     bool isEmpty() const { return m_ids.isEmpty(); }
 
@@ -26,7 +26,7 @@ public:
     /** The ids as text: by code units if @p sorted, else in order of insertion. */
     QStringList toStringList(bool sorted) const;
 
-    friend bool operator==(const NyDesignElementIDSet& a, const NyDesignElementIDSet& b) { return a.m_ids == b.m_ids; }
+    friend bool operator==(const NyDesignElementIDSet &a, const NyDesignElementIDSet &b) { return a.m_ids == b.m_ids; }
 
 private:
     QList<NyDesignElementID> m_ids;

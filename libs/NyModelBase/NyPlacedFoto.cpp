@@ -2,14 +2,15 @@
 
 #include <algorithm>
 
-namespace {
+namespace
+{
 
-QSizeF shownPixels(const NyPlacedFoto& foto)
+QSizeF shownPixels(const NyPlacedFoto &foto)
 {
     QSizeF turned = foto.sizePx;
     if (foto.rotationDegrees % 180 != 0)
         turned.transpose();
-    return { turned.width() * foto.crop.width(), turned.height() * foto.crop.height() };
+    return {turned.width() * foto.crop.width(), turned.height() * foto.crop.height()};
 }
 
 }
@@ -29,8 +30,7 @@ double NyPlacedFoto::shownAspectRatio() const
     return pixels.isEmpty() ? 0 : pixels.width() / pixels.height();
 }
 
-bool operator==(const NyPlacedFoto& a, const NyPlacedFoto& b)
+bool operator==(const NyPlacedFoto &a, const NyPlacedFoto &b)
 {
-    return a.url == b.url && a.rectMm == b.rectMm && a.crop == b.crop && a.rotationDegrees == b.rotationDegrees
-        && a.sizePx == b.sizePx;
+    return a.url == b.url && a.rectMm == b.rectMm && a.crop == b.crop && a.rotationDegrees == b.rotationDegrees && a.sizePx == b.sizePx;
 }

@@ -24,5 +24,5 @@ struct NYMODELBASE_EXPORT NyPlacedFoto
     /** Width by height of what is shown; 0 if the pixel size is unknown. */
     double shownAspectRatio() const;
 
-    friend NYMODELBASE_EXPORT bool operator==(const NyPlacedFoto& a, const NyPlacedFoto& b);
+    friend NYMODELBASE_EXPORT bool operator==(const NyPlacedFoto &a, const NyPlacedFoto &b);
 };

@@ -13,11 +13,12 @@
 
 #include "NyOrrinHome.h"
 
-namespace {
+namespace
+{
 
 const QString BuiltInModels = QStringLiteral(":/velmora/models");
 
-void logLine(orrin::LogLevel level, const std::string& text)
+void logLine(orrin::LogLevel level, const std::string &text)
 {
     const QString line = QString::fromStdString(text);
     if (level == orrin::LogLevel::Warning)
@@ -26,20 +27,19 @@ void logLine(orrin::LogLevel level, const std::string& text)
         qInfo().noquote() << line;
 }
 
-std::filesystem::path nativePath(const QString& path)
+std::filesystem::path nativePath(const QString &path)
 {
     return std::filesystem::path(QFile::encodeName(path).toStdString());
 }
 
 } // namespace
 
-class NyOrrinAccess::Private {
+class NyOrrinAccess::Private
+{
 public:
-    orrin::Engine& engine()
+    orrin::Engine &engine()
     {
-        std::call_once(m_once, [this] {
-            m_engine = std::make_unique<orrin::Engine>(models(), orrin::Engine::Options{}, logLine);
-        });
+        std::call_once(m_once, [this] { m_engine = std::make_unique<orrin::Engine>(models(), orrin::Engine::Options{}, logLine); });
         return *m_engine;
     }
 
@@ -50,23 +50,23 @@ private:
     {
         std::vector<orrin::ModelSource> sources = orrin::ModelSource::allIn(nativePath(NyDirectoryConfig::instance().modelsFolder()));
         const QString installed = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/VELMORA/models");
-        for (orrin::ModelSource& source : orrin::ModelSource::allIn(nativePath(QDir::cleanPath(installed))))
+        for (orrin::ModelSource &source : orrin::ModelSource::allIn(nativePath(QDir::cleanPath(installed))))
             sources.push_back(std::move(source));
         const QStringList builtIn = QDir(BuiltInModels).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
-        for (const QString& name : builtIn)
+        for (const QString &name : builtIn)
             sources.push_back(builtInModel(BuiltInModels + u'/' + name));
         return sources;
     }
 
-    orrin::ModelSource builtInModel(const QString& folder)
+    orrin::ModelSource builtInModel(const QString &folder)
     {
         std::vector<std::pair<std::string, std::string_view>> files;
         const QStringList names = QDir(folder).entryList(QDir::Files);
-        for (const QString& name : names) {
+        for (const QString &name : names) {
             QFile file(folder + u'/' + name);
             if (!file.open(QIODevice::ReadOnly))
                 continue;
-            const QByteArray& content = m_builtIn.emplace_back(file.readAll());
+            const QByteArray &content = m_builtIn.emplace_back(file.readAll());
             files.emplace_back(name.toStdString(), std::string_view(content.constData(), static_cast<std::size_t>(content.size())));
         }
         return orrin::ModelSource::inMemory(folder.toStdString(), std::move(files));
@@ -85,7 +85,7 @@ NyOrrinAccess::NyOrrinAccess()
 
 NyOrrinAccess::~NyOrrinAccess() = default;
 
-bool NyOrrinAccess::process(const QImage& image, NyOrrinVisionDescriptorsBuilder& descriptors)
+bool NyOrrinAccess::process(const QImage &image, NyOrrinVisionDescriptorsBuilder &descriptors)
 {
     descriptors.setDescriptors({});
     const QImage pixels = image.convertToFormat(QImage::Format_RGB888);

@@ -1,28 +1,29 @@
 #include "NyOrrinCalendar.h"
 
-namespace {
+namespace
+{
 
-QDate sundayOnOrAfter(const QDate& day)
+QDate sundayOnOrAfter(const QDate &day)
 {
     return day.addDays((7 - day.dayOfWeek()) % 7);
 }
 
-QDate sundayOnOrBefore(const QDate& day)
+QDate sundayOnOrBefore(const QDate &day)
 {
     return day.addDays(-(day.dayOfWeek() % 7));
 }
 
-bool isBetween(const QDate& day, const QDate& first, const QDate& last)
+bool isBetween(const QDate &day, const QDate &first, const QDate &last)
 {
     return first <= day && day <= last;
 }
 
-bool isMonthBetween(const QDate& day, int first, int last)
+bool isMonthBetween(const QDate &day, int first, int last)
 {
     return first <= last ? first <= day.month() && day.month() <= last : day.month() >= first || day.month() <= last;
 }
 
-double christmas(const QDate& day)
+double christmas(const QDate &day)
 {
     if (isBetween(day, QDate(day.year(), 12, 20), QDate(day.year(), 12, 27)))
         return 6.0;
@@ -31,12 +32,12 @@ double christmas(const QDate& day)
     return day.month() == 11 || day.month() == 12 ? 1.5 : 0.25;
 }
 
-double newYear(const QDate& day)
+double newYear(const QDate &day)
 {
     return (day.month() == 12 && day.day() >= 30) || (day.month() == 1 && day.day() <= 2) ? 6.0 : 0.25;
 }
 
-double easterTime(const QDate& day)
+double easterTime(const QDate &day)
 {
     const qint64 distance = NyOrrinCalendar::easter(day.year()).daysTo(day);
     if (-2 <= distance && distance <= 1)
@@ -46,7 +47,7 @@ double easterTime(const QDate& day)
     return 0.25;
 }
 
-double carnival(const QDate& day)
+double carnival(const QDate &day)
 {
     const QDate ashWednesday = NyOrrinCalendar::ashWednesday(day.year());
     if (isBetween(day, NyOrrinCalendar::carnivalBegin(day.year()), ashWednesday))
@@ -57,32 +58,32 @@ double carnival(const QDate& day)
     return 0.5;
 }
 
-double halloween(const QDate& day)
+double halloween(const QDate &day)
 {
     if (isBetween(day, QDate(day.year(), 10, 29), QDate(day.year(), 11, 2)))
         return 6.0;
     return day.month() == 10 ? 2.0 : 0.3;
 }
 
-double communion(const QDate& day)
+double communion(const QDate &day)
 {
     const QDate easter = NyOrrinCalendar::easter(day.year());
     return isBetween(day, easter.addDays(7), easter.addDays(63)) ? 2.5 : 0.8;
 }
 
-double family(const QDate& day)
+double family(const QDate &day)
 {
     using Calendar = NyOrrinCalendar;
     const int year = day.year();
-    for (const QDate& feast : {Calendar::mothersDay(year), Calendar::frenchMothersDay(year), Calendar::spanishMothersDay(year),
-                               Calendar::germanFathersDay(year), Calendar::fathersDay(year)}) {
+    for (const QDate &feast : {Calendar::mothersDay(year), Calendar::frenchMothersDay(year), Calendar::spanishMothersDay(year),
+             Calendar::germanFathersDay(year), Calendar::fathersDay(year)}) {
         if (day == feast)
             return 2.5;
     }
     return 1.0;
 }
 
-double fair(const QDate& day)
+double fair(const QDate &day)
 {
     // The largest of all begins on the Saturday after the 15th of September.
     const QDate begin = sundayOnOrAfter(QDate(day.year(), 9, 17)).addDays(-1);
@@ -150,7 +151,7 @@ QDate NyOrrinCalendar::fathersDay(int year)
     return sundayOnOrAfter(QDate(year, 6, 1)).addDays(14);
 }
 
-double NyOrrinCalendar::factor(const QString& keyword, const QDate& day, bool isSouthern)
+double NyOrrinCalendar::factor(const QString &keyword, const QDate &day, bool isSouthern)
 {
     if (!day.isValid() || day.year() < 1583)
         return 1.0;

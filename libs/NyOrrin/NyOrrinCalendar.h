@@ -6,7 +6,8 @@
 #include "nyorrin_export.h"
 
 /** Fixed and moving feasts, computed, and what a date adds to what others tell of an occasion. Pure functions. */
-class NYORRIN_EXPORT NyOrrinCalendar {
+class NYORRIN_EXPORT NyOrrinCalendar
+{
 public:
     /** Easter Sunday of the Gregorian calendar, by the algorithm of Meeus, Jones and Butcher. Years from 1583. */
     static QDate easter(int year);
@@ -30,5 +31,5 @@ public:
      * By what the odds of an occasion are multiplied for a photo of that day: above 1 around its feast or in its season, below 1 far
      * from it, 1 when the date tells nothing. @p isSouthern turns the seasons round.
      */
-    static double factor(const QString& keyword, const QDate& day, bool isSouthern);
+    static double factor(const QString &keyword, const QDate &day, bool isSouthern);
 };

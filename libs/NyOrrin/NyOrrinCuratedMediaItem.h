@@ -5,15 +5,16 @@
 #include "NyOrrinVisionedMediaItem.h"
 
 /** A photo that NyOrrinCurator::curate() kept. Value type. */
-class NyOrrinCuratedMediaItem {
+class NyOrrinCuratedMediaItem
+{
 public:
     explicit NyOrrinCuratedMediaItem(NyOrrinVisionedMediaItem item)
         : m_item(std::move(item))
     {
     }
 
-    const NyOrrinMediaItem& item() const { return m_item.item(); }
-    const NyOrrinVisionDescriptors& descriptors() const { return m_item.descriptors(); }
+    const NyOrrinMediaItem &item() const { return m_item.item(); }
+    const NyOrrinVisionDescriptors &descriptors() const { return m_item.descriptors(); }
 
 private:
     NyOrrinVisionedMediaItem m_item;

@@ -17,7 +17,8 @@
 #include "NyOrrinPlace.h"
 #include "NyOrrinTitleWords.h"
 
-namespace {
+namespace
+{
 
 // A lens cap, a pocket, the sun, a shot that shook; measured at pictures of about 224 px.
 constexpr float DarkestExposure = 0.03F;
@@ -34,19 +35,19 @@ constexpr double VisionLimit = 0.9;
 constexpr double HighestEvidence = 0.97;
 
 enum Source { Title, Place, Vision, SourceCount };
-constexpr std::array<const char*, SourceCount> SourceNames{"title", "place", "vision"};
+constexpr std::array<const char *, SourceCount> SourceNames{"title", "place", "vision"};
 
 using Evidence = std::map<QString, std::array<double, SourceCount>>;
 
-bool isUsable(const NyOrrinVisionedMediaItem& item)
+bool isUsable(const NyOrrinVisionedMediaItem &item)
 {
     if (!item.descriptors().isValid())
         return true;
-    const orrin::Descriptors& seen = item.descriptors().descriptors();
+    const orrin::Descriptors &seen = item.descriptors().descriptors();
     return seen.exposure >= DarkestExposure && seen.exposure <= BrightestExposure && seen.sharpness >= LeastSharpness;
 }
 
-bool areNearDuplicates(const NyOrrinVisionedMediaItem& left, const NyOrrinVisionedMediaItem& right)
+bool areNearDuplicates(const NyOrrinVisionedMediaItem &left, const NyOrrinVisionedMediaItem &right)
 {
     if (!left.item().hasTimestamp() || !right.item().hasTimestamp() || !left.descriptors().isValid() || !right.descriptors().isValid())
         return false;
@@ -58,18 +59,18 @@ bool areNearDuplicates(const NyOrrinVisionedMediaItem& left, const NyOrrinVision
 }
 
 /** Of two near-duplicates: what the user said counts first, then what is seen. */
-bool isBetter(const NyOrrinVisionedMediaItem& left, const NyOrrinVisionedMediaItem& right)
+bool isBetter(const NyOrrinVisionedMediaItem &left, const NyOrrinVisionedMediaItem &right)
 {
-    const NyOrrinMediaItem& a = left.item();
-    const NyOrrinMediaItem& b = right.item();
+    const NyOrrinMediaItem &a = left.item();
+    const NyOrrinMediaItem &b = right.item();
     if (a.isFavorite() != b.isFavorite())
         return a.isFavorite();
     if (a.rating() != b.rating())
         return a.rating() > b.rating();
     const double zoomA = std::max(1.0, a.digitalZoomRatio());
     const double zoomB = std::max(1.0, b.digitalZoomRatio());
-    const auto merit = [](const NyOrrinVisionedMediaItem& item, double zoom) {
-        const orrin::Descriptors& seen = item.descriptors().descriptors();
+    const auto merit = [](const NyOrrinVisionedMediaItem &item, double zoom) {
+        const orrin::Descriptors &seen = item.descriptors().descriptors();
         return static_cast<double>(seen.sharpness) * (1.0 - static_cast<double>(seen.darkShare + seen.brightShare) / 2.0) / zoom;
     };
     const double meritA = merit(left, zoomA);
@@ -79,7 +80,7 @@ bool isBetter(const NyOrrinVisionedMediaItem& left, const NyOrrinVisionedMediaIt
     return static_cast<long long>(a.widthPx()) * a.heightPx() > static_cast<long long>(b.widthPx()) * b.heightPx();
 }
 
-std::optional<QDate> dayOf(const NyOrrinMediaItem& item)
+std::optional<QDate> dayOf(const NyOrrinMediaItem &item)
 {
     if (!item.hasTimestamp())
         return std::nullopt;
@@ -87,27 +88,27 @@ std::optional<QDate> dayOf(const NyOrrinMediaItem& item)
     return day.isValid() ? std::optional<QDate>(day) : std::nullopt;
 }
 
-bool isKeyword(const QString& word)
+bool isKeyword(const QString &word)
 {
-    const std::vector<std::string>& all = NyOrrinCurator::keywords();
+    const std::vector<std::string> &all = NyOrrinCurator::keywords();
     return std::find(all.begin(), all.end(), word.toStdString()) != all.end();
 }
 
 /** How sure one must be: an album that is wrongly called one of these hurts. */
-double thresholdOf(const QString& keyword)
+double thresholdOf(const QString &keyword)
 {
     static const QSet<QString> careful{QStringLiteral("wedding"), QStringLiteral("baptism"), QStringLiteral("communion"),
-                                       QStringLiteral("baby"), QStringLiteral("graduation")};
+        QStringLiteral("baby"), QStringLiteral("graduation")};
     return careful.contains(keyword) ? 0.6 : static_cast<double>(NyOrrinCurator::Threshold);
 }
 
 /** False when a title is delicate. Each photo has one voice, so a stray subfolder does not name the album. */
-bool addTitles(const std::vector<NyOrrinCuratedMediaItem>& items, Evidence& evidence)
+bool addTitles(const std::vector<NyOrrinCuratedMediaItem> &items, Evidence &evidence)
 {
-    const NyOrrinTitleWords& words = NyOrrinTitleWords::instance();
+    const NyOrrinTitleWords &words = NyOrrinTitleWords::instance();
     QHash<QString, NyOrrinTitleWords::Reading> readings;
     QHash<QString, double> sums;
-    for (const NyOrrinCuratedMediaItem& item : items) {
+    for (const NyOrrinCuratedMediaItem &item : items) {
         QHash<QString, double> ofItem;
         const QStringList names = NyOrrinTitleWords::folderNames(item.item().id());
         for (qsizetype depth = 0; depth < names.size(); ++depth) {
@@ -128,17 +129,17 @@ bool addTitles(const std::vector<NyOrrinCuratedMediaItem>& items, Evidence& evid
     return true;
 }
 
-void addVision(const std::vector<NyOrrinCuratedMediaItem>& items, Evidence& evidence)
+void addVision(const std::vector<NyOrrinCuratedMediaItem> &items, Evidence &evidence)
 {
     QHash<QString, double> sums;
     double count = 0.0;
-    for (const NyOrrinCuratedMediaItem& item : items) {
-        const orrin::Descriptors& seen = item.descriptors().descriptors();
+    for (const NyOrrinCuratedMediaItem &item : items) {
+        const orrin::Descriptors &seen = item.descriptors().descriptors();
         // Photos that no model looked at do not thin the mean.
         if (!seen.isValid || (seen.scenes.empty() && seen.occasions.empty()))
             continue;
         count += 1.0;
-        for (const orrin::OccasionScore& score : seen.occasions) {
+        for (const orrin::OccasionScore &score : seen.occasions) {
             const QString keyword = QString::fromStdString(score.keyword);
             if (std::isfinite(score.probability) && isKeyword(keyword))
                 sums[keyword] += std::clamp(static_cast<double>(score.probability), 0.0, 1.0);
@@ -150,26 +151,26 @@ void addVision(const std::vector<NyOrrinCuratedMediaItem>& items, Evidence& evid
     }
 }
 
-void addPlaces(const std::vector<NyOrrinCuratedMediaItem>& items, const std::shared_ptr<NyOrrinHome>& home, Evidence& evidence)
+void addPlaces(const std::vector<NyOrrinCuratedMediaItem> &items, const std::shared_ptr<NyOrrinHome> &home, Evidence &evidence)
 {
     std::vector<NyOrrinPlace::Stop> stops;
-    for (const NyOrrinCuratedMediaItem& item : items) {
+    for (const NyOrrinCuratedMediaItem &item : items) {
         const std::optional<QDate> day = dayOf(item.item());
         if (day && item.item().coordinate())
             stops.push_back({*item.item().coordinate(), *day});
     }
-    std::stable_sort(stops.begin(), stops.end(), [](const auto& left, const auto& right) { return left.day < right.day; });
+    std::stable_sort(stops.begin(), stops.end(), [](const auto &left, const auto &right) { return left.day < right.day; });
     const QHash<QString, double> found = NyOrrinPlace::evidence(stops, home ? home->place() : std::nullopt);
     for (auto entry = found.cbegin(); entry != found.cend(); ++entry)
         evidence[entry.key()][Place] = entry.value();
 }
 
 /** The mean over the photos: an album of a whole year is not a Christmas album because it ends in December. */
-double calendarFactor(const QString& keyword, const std::vector<NyOrrinCuratedMediaItem>& items)
+double calendarFactor(const QString &keyword, const std::vector<NyOrrinCuratedMediaItem> &items)
 {
     double sum = 0.0;
     int count = 0;
-    for (const NyOrrinCuratedMediaItem& item : items) {
+    for (const NyOrrinCuratedMediaItem &item : items) {
         const std::optional<QDate> day = dayOf(item.item());
         if (!day)
             continue;
@@ -189,24 +190,23 @@ NyOrrinCurator::NyOrrinCurator(std::shared_ptr<NyOrrinHome> home)
 
 NyOrrinCurator::~NyOrrinCurator() = default;
 
-const std::vector<std::string>& NyOrrinCurator::keywords()
+const std::vector<std::string> &NyOrrinCurator::keywords()
 {
-    static const std::vector<std::string> all{
-        "wedding", "birthday", "christmas", "newyear", "easter", "carnival", "halloween", "baptism", "communion",
-        "school",  "graduation", "baby",    "anniversary", "beach", "city",  "hiking",    "snow",    "roadtrip",
-        "cruise",  "vacation", "concert",   "sports",  "zoo",    "family",   "fair",      "pets"};
+    static const std::vector<std::string> all{"wedding", "birthday", "christmas", "newyear", "easter", "carnival", "halloween", "baptism",
+        "communion", "school", "graduation", "baby", "anniversary", "beach", "city", "hiking", "snow", "roadtrip", "cruise", "vacation",
+        "concert", "sports", "zoo", "family", "fair", "pets"};
     return all;
 }
 
 std::vector<NyOrrinCuratedMediaItem> NyOrrinCurator::curate(std::vector<NyOrrinVisionedMediaItem> items) const
 {
-    std::stable_sort(items.begin(), items.end(), [](const NyOrrinVisionedMediaItem& left, const NyOrrinVisionedMediaItem& right) {
+    std::stable_sort(items.begin(), items.end(), [](const NyOrrinVisionedMediaItem &left, const NyOrrinVisionedMediaItem &right) {
         if (left.item().hasTimestamp() != right.item().hasTimestamp())
             return left.item().hasTimestamp();
         return left.item().timestamp() < right.item().timestamp();
     });
     std::vector<NyOrrinVisionedMediaItem> kept;
-    for (NyOrrinVisionedMediaItem& item : items) {
+    for (NyOrrinVisionedMediaItem &item : items) {
         if (m_home && item.item().coordinate()) {
             if (const std::optional<QDate> day = dayOf(item.item()))
                 m_home->add(*item.item().coordinate(), day->toJulianDay());
@@ -233,7 +233,7 @@ std::vector<NyOrrinCuratedMediaItem> NyOrrinCurator::curate(std::vector<NyOrrinV
     }
     std::vector<NyOrrinCuratedMediaItem> result;
     result.reserve(kept.size());
-    for (NyOrrinVisionedMediaItem& item : kept)
+    for (NyOrrinVisionedMediaItem &item : kept)
         result.emplace_back(std::move(item));
     return result;
 }
@@ -246,7 +246,7 @@ std::vector<NyOrrinOccasion> NyOrrinCurator::getOccasion(std::vector<NyOrrinCura
         return result;
     addVision(items, evidence);
     addPlaces(items, m_home, evidence);
-    for (const auto& [keyword, sources] : evidence) {
+    for (const auto &[keyword, sources] : evidence) {
         double doubt = 1.0;
         for (const double source : sources)
             doubt *= 1.0 - std::min(source, HighestEvidence);
@@ -258,7 +258,7 @@ std::vector<NyOrrinOccasion> NyOrrinCurator::getOccasion(std::vector<NyOrrinCura
         result.emplace_back(keyword.toStdString(), SourceNames[strongest], static_cast<float>(probability));
     }
     std::stable_sort(result.begin(), result.end(),
-                     [](const NyOrrinOccasion& left, const NyOrrinOccasion& right) { return left.getProbability() > right.getProbability(); });
+        [](const NyOrrinOccasion &left, const NyOrrinOccasion &right) { return left.getProbability() > right.getProbability(); });
     if (result.size() > MaximumOccasions)
         result.erase(result.begin() + MaximumOccasions, result.end());
     return result;

@@ -11,7 +11,8 @@
 class NyOrrinHome;
 
 /** Chooses an album's photos and weighs what occasion they show. Copies share what they have learned of the user's home. Thread-safe. */
-class NYORRIN_EXPORT NyOrrinCurator {
+class NYORRIN_EXPORT NyOrrinCurator
+{
 public:
     /** Near-duplicates are at most so far apart, and differ in at most so many bits of their hashes. */
     static constexpr long long DuplicateDistanceMs = 300 * 1000;
@@ -35,7 +36,7 @@ public:
     std::vector<NyOrrinOccasion> getOccasion(std::vector<NyOrrinCuratedMediaItem> items) const;
 
     /** All keywords that getOccasion() may return. */
-    static const std::vector<std::string>& keywords();
+    static const std::vector<std::string> &keywords();
 
 private:
     std::shared_ptr<NyOrrinHome> m_home;

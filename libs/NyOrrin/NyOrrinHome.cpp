@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
+namespace
+{
 
 /** Cells of a quarter of a degree: about 28 km from north to south. */
-quint32 cellOf(const NyOrrinMediaItem::Coordinate& place)
+quint32 cellOf(const NyOrrinMediaItem::Coordinate &place)
 {
     const auto row = static_cast<quint32>(std::floor((place.latitude + 90.0) * 4.0));
     const auto column = static_cast<quint32>(std::floor((place.longitude + 360.0) * 4.0));
@@ -15,10 +16,10 @@ quint32 cellOf(const NyOrrinMediaItem::Coordinate& place)
 
 } // namespace
 
-void NyOrrinHome::add(const NyOrrinMediaItem::Coordinate& place, qint64 julianDay)
+void NyOrrinHome::add(const NyOrrinMediaItem::Coordinate &place, qint64 julianDay)
 {
     const QMutexLocker locker(&m_mutex);
-    Cell& cell = m_cells[cellOf(place)];
+    Cell &cell = m_cells[cellOf(place)];
     cell.days.insert(julianDay);
     cell.latitudeSum += place.latitude;
     cell.longitudeSum += place.longitude;
@@ -28,7 +29,7 @@ void NyOrrinHome::add(const NyOrrinMediaItem::Coordinate& place, qint64 julianDa
 std::optional<NyOrrinMediaItem::Coordinate> NyOrrinHome::place() const
 {
     const QMutexLocker locker(&m_mutex);
-    const Cell* best = nullptr;
+    const Cell *best = nullptr;
     quint32 bestKey = 0;
     for (auto cell = m_cells.cbegin(); cell != m_cells.cend(); ++cell) {
         if (cell->days.size() < MinimumDays)

@@ -7,23 +7,25 @@
 #include "nyorrin_export.h"
 
 /** What is known of one photo beside its picture. Value type, made by NyOrrinMediaItemBuilder. */
-class NYORRIN_EXPORT NyOrrinMediaItem {
+class NYORRIN_EXPORT NyOrrinMediaItem
+{
 public:
     /** In decimal degrees, north and east positive. */
-    struct Coordinate {
+    struct Coordinate
+    {
         double latitude = 0.0;
         double longitude = 0.0;
     };
 
     NyOrrinMediaItem();
-    NyOrrinMediaItem(const NyOrrinMediaItem&);
-    NyOrrinMediaItem(NyOrrinMediaItem&&) noexcept;
-    NyOrrinMediaItem& operator=(const NyOrrinMediaItem&);
-    NyOrrinMediaItem& operator=(NyOrrinMediaItem&&) noexcept;
+    NyOrrinMediaItem(const NyOrrinMediaItem &);
+    NyOrrinMediaItem(NyOrrinMediaItem &&) noexcept;
+    NyOrrinMediaItem &operator=(const NyOrrinMediaItem &);
+    NyOrrinMediaItem &operator=(NyOrrinMediaItem &&) noexcept;
     ~NyOrrinMediaItem();
 
     /** The photo's URL as text; its folders' names tell of occasions. */
-    const QString& id() const { return m_id; }
+    const QString &id() const { return m_id; }
     /** Milliseconds since 1970-01-01 UTC; 0 when unknown. */
     long long timestamp() const { return m_timestamp; }
     bool hasTimestamp() const { return m_timestamp != 0; }
@@ -34,7 +36,7 @@ public:
     bool isFavorite() const { return m_favorite; }
     /** 0 or 1 without digital zoom. */
     double digitalZoomRatio() const { return m_digitalZoomRatio; }
-    const std::optional<Coordinate>& coordinate() const { return m_coordinate; }
+    const std::optional<Coordinate> &coordinate() const { return m_coordinate; }
 
 private:
     friend class NyOrrinMediaItemBuilder;

@@ -5,49 +5,49 @@
 
 NyOrrinMediaItemBuilder::NyOrrinMediaItemBuilder() = default;
 
-NyOrrinMediaItemBuilder& NyOrrinMediaItemBuilder::setId(QString id)
+NyOrrinMediaItemBuilder &NyOrrinMediaItemBuilder::setId(QString id)
 {
     m_item.m_id = std::move(id);
     return *this;
 }
 
-NyOrrinMediaItemBuilder& NyOrrinMediaItemBuilder::setTimestamp(long long timestamp)
+NyOrrinMediaItemBuilder &NyOrrinMediaItemBuilder::setTimestamp(long long timestamp)
 {
     m_item.m_timestamp = timestamp;
     return *this;
 }
 
-NyOrrinMediaItemBuilder& NyOrrinMediaItemBuilder::setWidth(int width)
+NyOrrinMediaItemBuilder &NyOrrinMediaItemBuilder::setWidth(int width)
 {
     m_item.m_width = width;
     return *this;
 }
 
-NyOrrinMediaItemBuilder& NyOrrinMediaItemBuilder::setHeight(int height)
+NyOrrinMediaItemBuilder &NyOrrinMediaItemBuilder::setHeight(int height)
 {
     m_item.m_height = height;
     return *this;
 }
 
-NyOrrinMediaItemBuilder& NyOrrinMediaItemBuilder::setRating(int rating)
+NyOrrinMediaItemBuilder &NyOrrinMediaItemBuilder::setRating(int rating)
 {
     m_item.m_rating = rating;
     return *this;
 }
 
-NyOrrinMediaItemBuilder& NyOrrinMediaItemBuilder::setFavorite(bool favorite)
+NyOrrinMediaItemBuilder &NyOrrinMediaItemBuilder::setFavorite(bool favorite)
 {
     m_item.m_favorite = favorite;
     return *this;
 }
 
-NyOrrinMediaItemBuilder& NyOrrinMediaItemBuilder::setDigitalZoomRatio(double ratio)
+NyOrrinMediaItemBuilder &NyOrrinMediaItemBuilder::setDigitalZoomRatio(double ratio)
 {
     m_item.m_digitalZoomRatio = ratio;
     return *this;
 }
 
-NyOrrinMediaItemBuilder& NyOrrinMediaItemBuilder::setCoordinate(double latitude, double longitude)
+NyOrrinMediaItemBuilder &NyOrrinMediaItemBuilder::setCoordinate(double latitude, double longitude)
 {
     // Written so that numbers that are none fail too.
     if (std::abs(latitude) <= 90.0 && std::abs(longitude) <= 360.0)

@@ -4,7 +4,8 @@
 #include <utility>
 
 /** An occasion that an album shows. Value type; texts are UTF-8. */
-class NyOrrinOccasion {
+class NyOrrinOccasion
+{
 public:
     NyOrrinOccasion(std::string keyword, std::string source, float probability)
         : m_keyword(std::move(keyword))

@@ -4,7 +4,8 @@
 
 #include <NyGeoPosition.h>
 
-namespace {
+namespace
+{
 
 constexpr int MinimumStops = 5;
 constexpr double AwayKm = 100.0;
@@ -13,20 +14,19 @@ constexpr double HopKm = 60.0;
 constexpr double RoadtripKm = 500.0;
 constexpr double WidePathKm = 150.0;
 
-double distanceKm(const NyOrrinMediaItem::Coordinate& from, const NyOrrinMediaItem::Coordinate& to)
+double distanceKm(const NyOrrinMediaItem::Coordinate &from, const NyOrrinMediaItem::Coordinate &to)
 {
-    const auto position = [](const NyOrrinMediaItem::Coordinate& place) {
-        return NyGeoPosition(NyLatitude(place.latitude), NyLongitude(place.longitude));
-    };
+    const auto position
+        = [](const NyOrrinMediaItem::Coordinate &place) { return NyGeoPosition(NyLatitude(place.latitude), NyLongitude(place.longitude)); };
     return position(from).distanceTo(position(to)) / 1000.0;
 }
 
 /** The photo in the middle of each day: one wrong fix does not move it. */
-std::vector<NyOrrinMediaItem::Coordinate> placesByDay(const std::vector<NyOrrinPlace::Stop>& stops)
+std::vector<NyOrrinMediaItem::Coordinate> placesByDay(const std::vector<NyOrrinPlace::Stop> &stops)
 {
     std::vector<NyOrrinMediaItem::Coordinate> places;
     for (auto first = stops.begin(); first != stops.end();) {
-        const auto last = std::find_if(first, stops.end(), [first](const NyOrrinPlace::Stop& stop) { return stop.day != first->day; });
+        const auto last = std::find_if(first, stops.end(), [first](const NyOrrinPlace::Stop &stop) { return stop.day != first->day; });
         std::vector<double> latitudes;
         std::vector<double> longitudes;
         for (auto stop = first; stop != last; ++stop) {
@@ -44,7 +44,7 @@ std::vector<NyOrrinMediaItem::Coordinate> placesByDay(const std::vector<NyOrrinP
 
 } // namespace
 
-QHash<QString, double> NyOrrinPlace::evidence(const std::vector<Stop>& stops, const std::optional<NyOrrinMediaItem::Coordinate>& home)
+QHash<QString, double> NyOrrinPlace::evidence(const std::vector<Stop> &stops, const std::optional<NyOrrinMediaItem::Coordinate> &home)
 {
     QHash<QString, double> result;
     if (stops.size() < MinimumStops)
@@ -69,14 +69,14 @@ QHash<QString, double> NyOrrinPlace::evidence(const std::vector<Stop>& stops, co
     if (home) {
         std::size_t away = 0;
         double farthestKm = 0.0;
-        for (const NyOrrinMediaItem::Coordinate& place : places) {
+        for (const NyOrrinMediaItem::Coordinate &place : places) {
             const double km = distanceKm(*home, place);
             away += km >= AwayKm ? 1 : 0;
             farthestKm = std::max(farthestKm, km);
         }
         if (away >= 2 && 2 * away >= places.size()) {
-            result[vacation] = std::min(0.85, 0.45 + 0.04 * std::min(static_cast<double>(away), 7.0)
-                                            + (farthestKm >= FarAwayKm ? 0.1 : 0.0));
+            result[vacation]
+                = std::min(0.85, 0.45 + 0.04 * std::min(static_cast<double>(away), 7.0) + (farthestKm >= FarAwayKm ? 0.1 : 0.0));
         }
     } else if (places.size() >= 3 && widestKm >= WidePathKm) {
         result[vacation] = std::min(0.7, 0.4 + 0.03 * std::min(days, 7.0) + (widestKm >= FarAwayKm ? 0.1 : 0.0));

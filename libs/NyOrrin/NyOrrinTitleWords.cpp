@@ -5,7 +5,8 @@
 #include <QtCore/QSet>
 #include <QtCore/QUrl>
 
-namespace {
+namespace
+{
 
 constexpr double Sure = 0.92; ///< names the occasion itself
 constexpr double Likely = 0.75; ///< goes with it nearly always
@@ -15,7 +16,7 @@ constexpr int MaximumFolders = 3;
 const QString Delicate = QStringLiteral("delicate");
 
 /** Lower case without accents, so that "Noël", "NOEL" and "noël" in either normal form are one. */
-QString folded(const QString& text)
+QString folded(const QString &text)
 {
     QString result;
     for (const QChar character : text.normalized(QString::NormalizationForm_KD).toCaseFolded()) {
@@ -26,7 +27,7 @@ QString folded(const QString& text)
 }
 
 /** Splits at all that is no letter, and between letters and digits, which are left out. */
-QStringList wordsOf(const QString& foldedName)
+QStringList wordsOf(const QString &foldedName)
 {
     QStringList words;
     QString word;
@@ -44,35 +45,34 @@ QStringList wordsOf(const QString& foldedName)
 }
 
 /** How German names without umlauts are written. */
-QString withoutUmlauts(const QString& text)
+QString withoutUmlauts(const QString &text)
 {
     QString result = text.normalized(QString::NormalizationForm_C).toCaseFolded();
     result.replace(u'\u00e4', QStringLiteral("ae")).replace(u'\u00f6', QStringLiteral("oe")).replace(u'\u00fc', QStringLiteral("ue"));
     return result;
 }
 
-bool isRootName(const QString& foldedName)
+bool isRootName(const QString &foldedName)
 {
-    static const QSet<QString> names{
-        QStringLiteral("pictures"), QStringLiteral("bilder"), QStringLiteral("photos"), QStringLiteral("fotos"), QStringLiteral("images"),
-        QStringLiteral("imagenes"), QStringLiteral("home"),   QStringLiteral("users"),  QStringLiteral("media"), QStringLiteral("mnt"),
-        QStringLiteral("run"),      QStringLiteral("volumes")};
+    static const QSet<QString> names{QStringLiteral("pictures"), QStringLiteral("bilder"), QStringLiteral("photos"),
+        QStringLiteral("fotos"), QStringLiteral("images"), QStringLiteral("imagenes"), QStringLiteral("home"), QStringLiteral("users"),
+        QStringLiteral("media"), QStringLiteral("mnt"), QStringLiteral("run"), QStringLiteral("volumes")};
     return names.contains(foldedName);
 }
 
 } // namespace
 
-const NyOrrinTitleWords& NyOrrinTitleWords::instance()
+const NyOrrinTitleWords &NyOrrinTitleWords::instance()
 {
     static const NyOrrinTitleWords words;
     return words;
 }
 
-void NyOrrinTitleWords::add(const char16_t* keyword, double strength, const char16_t* phrases)
+void NyOrrinTitleWords::add(const char16_t *keyword, double strength, const char16_t *phrases)
 {
     const Entry entry{QString::fromUtf16(keyword), strength};
     const QStringList list = QString::fromUtf16(phrases).split(u',', Qt::SkipEmptyParts);
-    for (const QString& phrase : list) {
+    for (const QString &phrase : list) {
         const QString text = phrase.trimmed();
         if (text.startsWith(u'-')) {
             m_endings.emplace_back(folded(text.sliced(1)), entry);
@@ -80,7 +80,7 @@ void NyOrrinTitleWords::add(const char16_t* keyword, double strength, const char
             continue;
         }
         QSet<QString> forms{wordsOf(folded(text)).join(u' '), wordsOf(folded(withoutUmlauts(text))).join(u' ')};
-        for (const QString& form : forms)
+        for (const QString &form : forms)
             m_phrases[form].append(entry);
     }
 }
@@ -99,11 +99,13 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     // The French word also means an anniversary, but hardly ever in an album's name without "mariage".
     add(u"birthday", Sure, u"anniversaire, anniv");
     add(u"birthday", Sure, u"cumpleaños, cumple");
-    add(u"christmas", Sure, u"Weihnachten, Weihnacht, Weihnachtsfeier, Heiligabend, Heilig Abend, Weihnachtsfest, Bescherung, -weihnachten");
+    add(u"christmas", Sure,
+        u"Weihnachten, Weihnacht, Weihnachtsfeier, Heiligabend, Heilig Abend, Weihnachtsfest, Bescherung, -weihnachten");
     add(u"christmas", Sure, u"christmas, xmas, x-mas, christmas eve, christmas day, boxing day");
     add(u"christmas", Sure, u"noël, réveillon de noël");
     add(u"christmas", Sure, u"navidad, navidades, nochebuena, reyes magos");
-    add(u"christmas", Likely, u"Weihnachtsmarkt, Christkindlmarkt, Christkindlesmarkt, Adventsmarkt, christmas market, marché de noël, mercado de navidad");
+    add(u"christmas", Likely,
+        u"Weihnachtsmarkt, Christkindlmarkt, Christkindlesmarkt, Adventsmarkt, christmas market, marché de noël, mercado de navidad");
     add(u"christmas", Hint, u"Advent, Adventszeit, Nikolaus, Plätzchen backen, avent, adviento, holidays");
     add(u"newyear", Sure, u"Silvester, Sylvester, Neujahr, Silvesterfeier, Silvesterparty, Jahreswechsel");
     add(u"newyear", Sure, u"new year, new years, new year's eve, new years eve, nye, hogmanay");
@@ -114,7 +116,8 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"easter", Sure, u"pâques, chasse aux oeufs");
     add(u"easter", Sure, u"semana santa, pascua, domingo de pascua");
     add(u"easter", Hint, u"Osterferien, Osterurlaub, easter holidays, easter break, vacances de pâques");
-    add(u"carnival", Sure, u"Karneval, Fasching, Fastnacht, Fasnacht, Fasnet, Rosenmontag, Weiberfastnacht, Faschingsumzug, Faschingsparty, -karneval");
+    add(u"carnival", Sure,
+        u"Karneval, Fasching, Fastnacht, Fasnacht, Fasnet, Rosenmontag, Weiberfastnacht, Faschingsumzug, Faschingsparty, -karneval");
     add(u"carnival", Sure, u"carnival, mardi gras");
     add(u"carnival", Sure, u"carnaval");
     add(u"carnival", Sure, u"carnavales");
@@ -141,9 +144,11 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"baby", Sure, u"naissance, bébé");
     add(u"baby", Sure, u"nacimiento, bebé, recién nacido");
     add(u"baby", Likely, u"Baby");
-    add(u"anniversary", Sure, u"Hochzeitstag, Silberhochzeit, Silberne Hochzeit, Goldene Hochzeit, Goldhochzeit, Diamantene Hochzeit, Jubiläum");
-    add(u"anniversary", Sure, u"Eiserne Hochzeit, Gnadenhochzeit, Kupferhochzeit, Rosenhochzeit, Holzhochzeit, Petersilienhochzeit, Perlenhochzeit, "
-                              u"Rubinhochzeit, Diamanthochzeit");
+    add(u"anniversary", Sure,
+        u"Hochzeitstag, Silberhochzeit, Silberne Hochzeit, Goldene Hochzeit, Goldhochzeit, Diamantene Hochzeit, Jubiläum");
+    add(u"anniversary", Sure,
+        u"Eiserne Hochzeit, Gnadenhochzeit, Kupferhochzeit, Rosenhochzeit, Holzhochzeit, Petersilienhochzeit, Perlenhochzeit, "
+        u"Rubinhochzeit, Diamanthochzeit");
     add(u"anniversary", Sure, u"anniversary, wedding anniversary, golden wedding, silver wedding, years married, years of marriage");
     add(u"anniversary", Sure, u"anniversaire de mariage, ans de mariage, noces d'or, noces d'argent, noces de diamant");
     add(u"anniversary", Sure, u"aniversario, aniversario de boda, aniversario de bodas, bodas de oro, bodas de plata, bodas de diamante");
@@ -151,19 +156,24 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"beach", Sure, u"beach, seaside, beach day, beach holiday");
     add(u"beach", Sure, u"plage, à la mer, bord de mer");
     add(u"beach", Sure, u"playa");
-    add(u"beach", Likely, u"Ostsee, Ostseeurlaub, Nordsee, Nordseeurlaub, Mallorca, Costa Brava, Costa del Sol, Côte d'Azur, Maldives, Malediven, Cancún");
+    add(u"beach", Likely,
+        u"Ostsee, Ostseeurlaub, Nordsee, Nordseeurlaub, Mallorca, Costa Brava, Costa del Sol, Côte d'Azur, Maldives, Malediven, Cancún");
     add(u"city", Sure, u"Städtereise, Städtetrip, Stadtrundgang, Wochenende in der Stadt, -städtereise");
     add(u"city", Sure, u"city trip, city break, citytrip, sightseeing");
     add(u"city", Sure, u"escapade urbaine, visite de la ville, week-end à Paris");
     add(u"city", Sure, u"escapada urbana, visita a la ciudad");
     add(u"city", Likely,
-        u"Paris, London, Londres, Rom, Rome, Roma, New York, Barcelona, Barcelone, Wien, Vienna, Vienne, Viena, Prag, Prague, Praga, Venedig, "
+        u"Paris, London, Londres, Rom, Rome, Roma, New York, Barcelona, Barcelone, Wien, Vienna, Vienne, Viena, Prag, Prague, Praga, "
+        u"Venedig, "
         u"Venice, Venise, Venecia, Amsterdam, Lissabon, Lisbon, Lisbonne, Lisboa, Istanbul, Budapest, Kopenhagen, Copenhagen, Florenz");
-    add(u"hiking", Sure, u"Wanderung, Wandern, Wanderurlaub, Bergtour, Wanderwoche, Wandertag, Hüttentour, Alpenüberquerung, -wanderung, -wanderurlaub, -bergtour");
+    add(u"hiking", Sure,
+        u"Wanderung, Wandern, Wanderurlaub, Bergtour, Wanderwoche, Wandertag, Hüttentour, Alpenüberquerung, -wanderung, -wanderurlaub, "
+        u"-bergtour");
     add(u"hiking", Sure, u"hike, hiking, trekking, backpacking, walking holiday");
     add(u"hiking", Sure, u"randonnée, randonnées, rando");
     add(u"hiking", Sure, u"senderismo, excursión a la montaña, camino de santiago");
-    add(u"snow", Sure, u"Skiurlaub, Skifahren, Skifreizeit, Skiwochenende, Schlittenfahren, Rodeln, Winterurlaub, Snowboarden, im Schnee, -skiurlaub");
+    add(u"snow", Sure,
+        u"Skiurlaub, Skifahren, Skifreizeit, Skiwochenende, Schlittenfahren, Rodeln, Winterurlaub, Snowboarden, im Schnee, -skiurlaub");
     add(u"snow", Sure, u"ski, skiing, ski trip, ski holiday, snowboarding, sledding, snow day");
     add(u"snow", Sure, u"vacances au ski, sports d'hiver, luge, à la neige");
     add(u"snow", Sure, u"esquí, esquiar, viaje a la nieve");
@@ -176,9 +186,11 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"cruise", Sure, u"cruise, river cruise");
     add(u"cruise", Sure, u"croisière");
     add(u"cruise", Sure, u"crucero");
-    add(u"vacation", Sure, u"Urlaub, Ferien, Sommerferien, Herbstferien, Reise, Familienurlaub, Osterferien, Osterurlaub, Flitterwochen, Badeurlaub, "
-                           u"Strandurlaub, Wanderurlaub, Skiurlaub, Winterurlaub, -urlaub, -reise, -ferien");
-    add(u"vacation", Sure, u"vacation, holiday, summer holiday, summer holidays, trip to, honeymoon, beach holiday, ski holiday, easter holidays, staycation");
+    add(u"vacation", Sure,
+        u"Urlaub, Ferien, Sommerferien, Herbstferien, Reise, Familienurlaub, Osterferien, Osterurlaub, Flitterwochen, Badeurlaub, "
+        u"Strandurlaub, Wanderurlaub, Skiurlaub, Winterurlaub, -urlaub, -reise, -ferien");
+    add(u"vacation", Sure,
+        u"vacation, holiday, summer holiday, summer holidays, trip to, honeymoon, beach holiday, ski holiday, easter holidays, staycation");
     add(u"vacation", Sure, u"vacances, voyage, lune de miel, séjour, vacances de pâques, vacances au ski");
     add(u"vacation", Sure, u"vacaciones, viaje a, viaje, luna de miel");
     add(u"concert", Sure, u"Konzert, Festival, Rock am Ring, -konzert");
@@ -211,23 +223,25 @@ NyOrrinTitleWords::NyOrrinTitleWords()
 
     // Longer phrases that take their words' meaning away.
     add(u"", 0.0, u"Berlin Wedding, Wedding Berlin, Hochzeitsmesse, Hochzeitsturm, wedding fair, wedding planning, salon du mariage");
-    add(u"", 0.0, u"Reisepass, Dienstreise, Geschäftsreise, business trip, school reunion, Klassentreffen, voyage d'affaires, viaje de negocios");
+    add(u"", 0.0,
+        u"Reisepass, Dienstreise, Geschäftsreise, business trip, school reunion, Klassentreffen, voyage d'affaires, viaje de negocios");
     add(u"", 0.0, u"Schulung, Baumschule, Fahrschule, Tanzschule, Hundeschule, Volkshochschule, driving school");
     add(u"", 0.0, u"Hot Dog, Cat Stevens, Paris Hilton, Jack London, Prime Minister, Long Beach California, Palm Beach");
     add(u"", 0.0, u"Tag der offenen Tür, Probleme, open day, Adventure");
-    add(u"delicate", 1.0, u"Beerdigung, Begräbnis, Beisetzung, Trauerfeier, Trauer, Bestattung, Friedhof, Krankenhaus, Klinik, Hospiz, Reha, Operation, "
-                          u"Chemo, Intensivstation, Abschied von, Todestag, Kondolenz");
+    add(u"delicate", 1.0,
+        u"Beerdigung, Begräbnis, Beisetzung, Trauerfeier, Trauer, Bestattung, Friedhof, Krankenhaus, Klinik, Hospiz, Reha, Operation, "
+        u"Chemo, Intensivstation, Abschied von, Todestag, Kondolenz");
     add(u"delicate", 1.0, u"funeral, burial, wake, memorial service, hospital, hospice, in memoriam, cemetery, surgery, chemotherapy");
     add(u"delicate", 1.0, u"enterrement, obsèques, funérailles, hôpital, cimetière, deuil, clinique");
     add(u"delicate", 1.0, u"funerales, entierro, velatorio, cementerio, duelo, clínica, sepelio");
 
-    std::stable_sort(m_endings.begin(), m_endings.end(),
-                     [](const auto& left, const auto& right) { return left.first.size() > right.first.size(); });
+    std::stable_sort(
+        m_endings.begin(), m_endings.end(), [](const auto &left, const auto &right) { return left.first.size() > right.first.size(); });
 }
 
-const NyOrrinTitleWords::Entry* NyOrrinTitleWords::findCompound(const QString& word) const
+const NyOrrinTitleWords::Entry *NyOrrinTitleWords::findCompound(const QString &word) const
 {
-    for (const auto& [ending, entry] : m_endings) {
+    for (const auto &[ending, entry] : m_endings) {
         // A part of one or two letters before it is no German word.
         if (word.size() >= ending.size() + 3 && word.endsWith(ending))
             return &entry;
@@ -235,10 +249,10 @@ const NyOrrinTitleWords::Entry* NyOrrinTitleWords::findCompound(const QString& w
     return nullptr;
 }
 
-NyOrrinTitleWords::Reading NyOrrinTitleWords::read(const QString& folderName) const
+NyOrrinTitleWords::Reading NyOrrinTitleWords::read(const QString &folderName) const
 {
     Reading reading;
-    const auto take = [&reading](const Entry& entry) {
+    const auto take = [&reading](const Entry &entry) {
         if (entry.keyword == Delicate)
             reading.isDelicate = true;
         else if (!entry.keyword.isEmpty())
@@ -255,7 +269,7 @@ NyOrrinTitleWords::Reading NyOrrinTitleWords::read(const QString& folderName) co
             break;
         }
         if (length == 0) {
-            if (const Entry* entry = findCompound(words.at(first)))
+            if (const Entry *entry = findCompound(words.at(first)))
                 take(*entry);
         }
         first += std::max<qsizetype>(1, length);
@@ -263,7 +277,7 @@ NyOrrinTitleWords::Reading NyOrrinTitleWords::read(const QString& folderName) co
     return reading;
 }
 
-QStringList NyOrrinTitleWords::folderNames(const QString& id)
+QStringList NyOrrinTitleWords::folderNames(const QString &id)
 {
     // Display texts of URLs keep some characters encoded.
     const QString path = id.startsWith(QLatin1String("file:")) ? QUrl(id, QUrl::TolerantMode).path(QUrl::FullyDecoded) : id;

@@ -16,25 +16,28 @@
  * Words are matched whole, without regard to case and accents, longest phrase first; German compounds also by their last part. Built
  * once on first use, then only read, from any thread.
  */
-class NYORRIN_EXPORT NyOrrinTitleWords {
+class NYORRIN_EXPORT NyOrrinTitleWords
+{
 public:
-    struct Reading {
+    struct Reading
+    {
         /** Evidence by keyword, 0 to 1. */
         QHash<QString, double> evidence;
         /** The name tells of something that nobody wants to be offered a book of, such as a funeral. */
         bool isDelicate = false;
     };
 
-    static const NyOrrinTitleWords& instance();
+    static const NyOrrinTitleWords &instance();
 
     /** Reads one folder's name. */
-    Reading read(const QString& folderName) const;
+    Reading read(const QString &folderName) const;
 
     /** The names of the folders above a photo that may be titles, the nearest first. @p id is the photo's URL or path. */
-    static QStringList folderNames(const QString& id);
+    static QStringList folderNames(const QString &id);
 
 private:
-    struct Entry {
+    struct Entry
+    {
         QString keyword; ///< empty for phrases that mean none of the occasions
         double strength = 0.0;
     };
@@ -42,8 +45,8 @@ private:
     static constexpr int MaximumPhraseLength = 4;
 
     NyOrrinTitleWords();
-    void add(const char16_t* keyword, double strength, const char16_t* phrases);
-    const Entry* findCompound(const QString& word) const;
+    void add(const char16_t *keyword, double strength, const char16_t *phrases);
+    const Entry *findCompound(const QString &word) const;
 
     QHash<QString, QList<Entry>> m_phrases;
     /** The longest first: more of a word tells more. */

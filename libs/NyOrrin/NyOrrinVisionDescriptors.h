@@ -5,7 +5,8 @@
 #include <OrrinDescriptors.h>
 
 /** What was seen in one photo. Value type, made by NyOrrinVisionDescriptorsBuilder. */
-class NyOrrinVisionDescriptors {
+class NyOrrinVisionDescriptors
+{
 public:
     NyOrrinVisionDescriptors() = default;
     explicit NyOrrinVisionDescriptors(orrin::Descriptors descriptors)
@@ -15,7 +16,7 @@ public:
 
     /** Whether a picture was looked at at all. */
     bool isValid() const { return m_descriptors.isValid; }
-    const orrin::Descriptors& descriptors() const { return m_descriptors; }
+    const orrin::Descriptors &descriptors() const { return m_descriptors; }
 
 private:
     orrin::Descriptors m_descriptors;

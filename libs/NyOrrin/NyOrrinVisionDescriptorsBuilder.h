@@ -4,7 +4,8 @@
 #include "nyorrin_export.h"
 
 /** Receives what NyOrrinAccess::process() sees in a photo. Empty until then. */
-class NYORRIN_EXPORT NyOrrinVisionDescriptorsBuilder {
+class NYORRIN_EXPORT NyOrrinVisionDescriptorsBuilder
+{
 public:
     NyOrrinVisionDescriptorsBuilder();
 

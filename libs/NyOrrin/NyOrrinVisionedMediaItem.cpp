@@ -1,6 +1,6 @@
 #include "NyOrrinVisionedMediaItem.h"
 
-NyOrrinVisionedMediaItem::NyOrrinVisionedMediaItem(const NyOrrinMediaItem& item, const NyOrrinVisionDescriptors& descriptors)
+NyOrrinVisionedMediaItem::NyOrrinVisionedMediaItem(const NyOrrinMediaItem &item, const NyOrrinVisionDescriptors &descriptors)
     : m_item(item)
     , m_descriptors(descriptors)
 {

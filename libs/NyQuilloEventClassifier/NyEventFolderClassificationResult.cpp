@@ -4,7 +4,7 @@
 
 NyEventFolderClassificationResult::NyEventFolderClassificationResult() = default;
 
-NyEventFolderClassificationResult::NyEventFolderClassificationResult(const QFileInfo& directory, const NyEventFolderType& classification)
+NyEventFolderClassificationResult::NyEventFolderClassificationResult(const QFileInfo &directory, const NyEventFolderType &classification)
     : m_directory(directory)
     , m_classification(classification)
     , m_directoryPath(directory.absoluteFilePath())
@@ -13,22 +13,22 @@ NyEventFolderClassificationResult::NyEventFolderClassificationResult(const QFile
 
 NyEventFolderClassificationResult::~NyEventFolderClassificationResult() = default;
 
-void NyEventFolderClassificationResult::setOccasionInformation(const NyOccasionInfoList& occasions)
+void NyEventFolderClassificationResult::setOccasionInformation(const NyOccasionInfoList &occasions)
 {
     m_occasionInformation = occasions;
 }
 
-void NyEventFolderClassificationResult::expandTo(const NyEventFolderType& classification)
+void NyEventFolderClassificationResult::expandTo(const NyEventFolderType &classification)
 {
     m_classification.expandTo(classification);
 }
 
-bool NyEventFolderClassificationResult::operator==(const NyEventFolderClassificationResult& other) const
+bool NyEventFolderClassificationResult::operator==(const NyEventFolderClassificationResult &other) const
 {
     return m_classification.value() == other.m_classification.value() && m_directoryPath == other.m_directoryPath;
 }
 
-size_t qHash(const NyEventFolderClassificationResult& result) noexcept
+size_t qHash(const NyEventFolderClassificationResult &result) noexcept
 {
     return qHash(result.directoryPath());
 }

@@ -1,16 +1,16 @@
 #include "NyEventFolderClassificationResultList.h"
 
-NyEventFolderClassificationResultList::NyEventFolderClassificationResultList(const QList<NyEventFolderClassificationResult>& results)
+NyEventFolderClassificationResultList::NyEventFolderClassificationResultList(const QList<NyEventFolderClassificationResult> &results)
     : QList<NyEventFolderClassificationResult>(results)
 {
 }
 
 NyEventFolderClassificationResultList::~NyEventFolderClassificationResultList() = default;
 
-NyEventFolderClassificationResultList NyEventFolderClassificationResultList::filtered(const NyEventFolderType& kind) const
+NyEventFolderClassificationResultList NyEventFolderClassificationResultList::filtered(const NyEventFolderType &kind) const
 {
     NyEventFolderClassificationResultList matches;
-    for (const NyEventFolderClassificationResult& result : *this) {
+    for (const NyEventFolderClassificationResult &result : *this) {
         if (result.classification().value() == kind.value())
             matches.append(result);
     }
@@ -20,7 +20,7 @@ NyEventFolderClassificationResultList NyEventFolderClassificationResultList::fil
 QString NyEventFolderClassificationResultList::toString() const
 {
     QString text;
-    for (const NyEventFolderClassificationResult& result : *this) {
+    for (const NyEventFolderClassificationResult &result : *this) {
         const NyEventFolderType kind = result.classification();
         const QString name = kind.encode();
         text += name.isEmpty() ? kind.enumToStringTable()->encodeCSV(kind.value()) : name;

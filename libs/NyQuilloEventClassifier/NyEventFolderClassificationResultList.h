@@ -7,18 +7,19 @@
 #include "nyquilloeventclassifier_export.h"
 
 /** Classified folders, in the order in which the classifier gives them. */
-class NYQUILLOEVENTCLASSIFIER_EXPORT NyEventFolderClassificationResultList : public QList<NyEventFolderClassificationResult> {
+class NYQUILLOEVENTCLASSIFIER_EXPORT NyEventFolderClassificationResultList : public QList<NyEventFolderClassificationResult>
+{
 public:
     NyEventFolderClassificationResultList() = default;
-    explicit NyEventFolderClassificationResultList(const QList<NyEventFolderClassificationResult>& results);
-    NyEventFolderClassificationResultList(const NyEventFolderClassificationResultList&) = default;
-    NyEventFolderClassificationResultList(NyEventFolderClassificationResultList&&) = default;
-    NyEventFolderClassificationResultList& operator=(const NyEventFolderClassificationResultList&) = default;
-    NyEventFolderClassificationResultList& operator=(NyEventFolderClassificationResultList&&) = default;
+    explicit NyEventFolderClassificationResultList(const QList<NyEventFolderClassificationResult> &results);
+    NyEventFolderClassificationResultList(const NyEventFolderClassificationResultList &) = default;
+    NyEventFolderClassificationResultList(NyEventFolderClassificationResultList &&) = default;
+    NyEventFolderClassificationResultList &operator=(const NyEventFolderClassificationResultList &) = default;
+    NyEventFolderClassificationResultList &operator=(NyEventFolderClassificationResultList &&) = default;
     virtual ~NyEventFolderClassificationResultList();
 
     /** The entries of exactly this kind, in their order: an entry with a second bit set is of no single kind. */
-    NyEventFolderClassificationResultList filtered(const NyEventFolderType& kind) const;
+    NyEventFolderClassificationResultList filtered(const NyEventFolderType &kind) const;
 
     /** For logs: one line an entry, its kind, its path and its occasions. */
     QString toString() const;

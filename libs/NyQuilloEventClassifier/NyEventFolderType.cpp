@@ -10,7 +10,7 @@ NyEventFolderType::NyEventFolderType(int kinds)
 {
 }
 
-void NyEventFolderType::fillTable(NyEnumToStringTable<NyEventFolderTypeEnum>* table) const
+void NyEventFolderType::fillTable(NyEnumToStringTable<NyEventFolderTypeEnum> *table) const
 {
     table->insert(QStringLiteral("unknown"), NyEventFolderTypeEnum::Unknown);
     table->insert(QStringLiteral("year"), NyEventFolderTypeEnum::Year);

@@ -15,12 +15,13 @@ enum class NyEventFolderTypeEnum : int {
 };
 
 /** What a folder of pictures is: a unit of the calendar, an event, long-running work, or nothing that could be told. */
-class NYQUILLOEVENTCLASSIFIER_EXPORT NyEventFolderType : public NyEnumWrapper<NyEventFolderTypeEnum> {
+class NYQUILLOEVENTCLASSIFIER_EXPORT NyEventFolderType : public NyEnumWrapper<NyEventFolderTypeEnum>
+{
 public:
     explicit NyEventFolderType(NyEventFolderTypeEnum kind = NyEventFolderTypeEnum::Unknown);
     /** Takes any combination of the kinds' bits. */
     explicit NyEventFolderType(int kinds);
 
     /** The texts appear in the names of report files: "unknown", "year", "month", "day", "event", "project". */
-    void fillTable(NyEnumToStringTable<NyEventFolderTypeEnum>* table) const override;
+    void fillTable(NyEnumToStringTable<NyEventFolderTypeEnum> *table) const override;
 };

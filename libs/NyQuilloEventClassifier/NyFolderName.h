@@ -6,14 +6,16 @@
 #include "nyquilloeventclassifier_export.h"
 
 /** What a folder's name says by itself, whatever lies around or inside the folder. */
-struct NYQUILLOEVENTCLASSIFIER_EXPORT NyFolderName {
+struct NYQUILLOEVENTCLASSIFIER_EXPORT NyFolderName
+{
     /** A date of which parts may be missing; a missing part is 0. */
-    struct PartialDate {
+    struct PartialDate
+    {
         int year = 0;
         int month = 0;
         int day = 0;
 
-        bool operator==(const PartialDate&) const = default;
+        bool operator==(const PartialDate &) const = default;
     };
 
     enum class DateForm {

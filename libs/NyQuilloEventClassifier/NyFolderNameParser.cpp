@@ -9,7 +9,8 @@
 #include "NyCalendarWords.h"
 #include "NyFolderWords.h"
 
-namespace {
+namespace
+{
 
 using DateForm = NyFolderName::DateForm;
 using Nature = NyFolderName::Nature;
@@ -32,7 +33,8 @@ enum SeparatorFlag : quint16 {
     OtherSign = 1024,
 };
 
-struct Token {
+struct Token
+{
     enum class Kind : quint8 { Number, Word, Emoji };
 
     Kind kind = Kind::Word;
@@ -73,8 +75,8 @@ bool continuesEmoji(char32_t c)
 bool isPictureEmoji(char32_t c)
 {
     return (c >= 0x1f4c1 && c <= 0x1f4c2) || (c >= 0x1f4f7 && c <= 0x1f4f9) || c == 0x1f5bc || c == 0x1f39e || c == 0x1f5c2 || c == 0x1f5c3
-        || (c >= 0x1f4c5 && c <= 0x1f4c6) || c == 0x2728 || c == 0x2b50 || c == 0x1f31f || (c >= 0x1f000 && c <= 0x1f0ff) || (c >= 0x2190 && c <= 0x21ff)
-        || (c >= 0x2b00 && c <= 0x2b4f) || c == 0x1f522 || c == 0x1f195;
+        || (c >= 0x1f4c5 && c <= 0x1f4c6) || c == 0x2728 || c == 0x2b50 || c == 0x1f31f || (c >= 0x1f000 && c <= 0x1f0ff)
+        || (c >= 0x2190 && c <= 0x21ff) || (c >= 0x2b00 && c <= 0x2b4f) || c == 0x1f522 || c == 0x1f195;
 }
 
 quint16 separatorFlag(char32_t c)
@@ -109,22 +111,25 @@ bool isCalendarMark(char32_t c)
 
 constexpr int NumberLimit = 14;
 
-class Reader {
+class Reader
+{
 public:
-    Reader(const QString& name, bool looseWords);
+    Reader(const QString &name, bool looseWords);
 
     NyFolderName read();
     bool usedLooseWords() const { return m_usedLooseWords; }
 
 private:
-    struct Single {
+    struct Single
+    {
         PartialDate date;
         int end = 0;
         bool dayFirst = false;
         bool mayBeListedMonth = false;
         bool isListedMonth = false;
     };
-    struct Match {
+    struct Match
+    {
         DateForm form = DateForm::None;
         PartialDate from;
         PartialDate to;
@@ -136,35 +141,37 @@ private:
     void tokenize();
     bool readCameraNames();
     void readDates();
-    void add(const Match& match);
+    void add(const Match &match);
     void readTimeOfDay(int index);
     void dropWeekdays();
     void assignRoles();
     void readParts();
     void finish();
-    void finishTitle(const QList<int>& rest);
-    void readNumbers(const QList<int>& rest);
+    void finishTitle(const QList<int> &rest);
+    void readNumbers(const QList<int> &rest);
 
-    bool readSingle(int index, Single* result);
-    bool readFromYear(int index, Single* result);
-    bool readCompact(int index, Single* result) const;
-    bool readFromDayOrMonth(int index, Single* result);
-    bool readFromMonthName(int index, Single* result);
-    bool readPeriod(int index, Match* result);
-    bool readMatch(int index, Match* result);
-    bool readDayRange(int index, Match* result);
-    bool readRangeEnd(const Single& first, Match* result);
-    bool readYearBehind(int index, int* year, int* end) const;
+    bool readSingle(int index, Single *result);
+    bool readFromYear(int index, Single *result);
+    bool readCompact(int index, Single *result) const;
+    bool readFromDayOrMonth(int index, Single *result);
+    bool readFromMonthName(int index, Single *result);
+    bool readPeriod(int index, Match *result);
+    bool readMatch(int index, Match *result);
+    bool readDayRange(int index, Match *result);
+    bool readRangeEnd(const Single &first, Match *result);
+    bool readYearBehind(int index, int *year, int *end) const;
 
     bool has(int index) const { return index >= 0 && index < m_tokens.size(); }
     bool isNumber(int index, int minimumDigits, int maximumDigits) const
     {
-        return has(index) && m_tokens[index].kind == Token::Kind::Number && m_tokens[index].digits >= minimumDigits && m_tokens[index].digits <= maximumDigits;
+        return has(index) && m_tokens[index].kind == Token::Kind::Number && m_tokens[index].digits >= minimumDigits
+            && m_tokens[index].digits <= maximumDigits;
     }
     bool isWord(int index) const { return has(index) && m_tokens[index].kind == Token::Kind::Word; }
     bool isYear(int index) const
     {
-        return isNumber(index, 4, 4) && m_tokens[index].value >= NyFolderNameParser::MinimumYear && m_tokens[index].value <= NyFolderNameParser::MaximumYear;
+        return isNumber(index, 4, 4) && m_tokens[index].value >= NyFolderNameParser::MinimumYear
+            && m_tokens[index].value <= NyFolderNameParser::MaximumYear;
     }
     bool isSign(int index, char16_t chinese, char16_t korean) const
     {
@@ -173,19 +180,16 @@ private:
     }
     quint16 behind(int index) const { return index + 1 < m_tokens.size() ? m_tokens[index + 1].before : m_trailing; }
     char separator(int index) const;
-    bool isRangeJoint(int index, int* next) const;
+    bool isRangeJoint(int index, int *next) const;
     NyCalendarWords::Month monthAt(int index) const { return has(index) ? m_tokens[index].month : NyCalendarWords::Month{}; }
-    int skipJoint(int index) const
-    {
-        return isWord(index) && m_calendar.isJoint(m_tokens[index].folded) ? index + 1 : index;
-    }
+    int skipJoint(int index) const { return isWord(index) && m_calendar.isJoint(m_tokens[index].folded) ? index + 1 : index; }
     int skipOrdinal(int index) const
     {
         return isWord(index) && m_tokens[index].before == 0 && m_calendar.isOrdinal(m_tokens[index].folded) ? index + 1 : index;
     }
 
-    const NyCalendarWords& m_calendar = NyCalendarWords::instance();
-    const NyFolderWords& m_words = NyFolderWords::instance();
+    const NyCalendarWords &m_calendar = NyCalendarWords::instance();
+    const NyFolderWords &m_words = NyFolderWords::instance();
     const QString m_name;
     const bool m_looseWords;
     bool m_usedLooseWords = false;
@@ -211,7 +215,7 @@ bool isYearValue(int value)
     return value >= NyFolderNameParser::MinimumYear && value <= NyFolderNameParser::MaximumYear;
 }
 
-Reader::Reader(const QString& name, bool looseWords)
+Reader::Reader(const QString &name, bool looseWords)
     : m_name(name)
     , m_looseWords(looseWords)
 {
@@ -274,7 +278,8 @@ void Reader::tokenize()
         } else if (letter) {
             qsizetype at = end;
             // 年, 月 and 日 end a number; what follows is another word.
-            const bool mark = isCalendarMark(c) && separators == 0 && !m_tokens.isEmpty() && m_tokens.constLast().kind == Token::Kind::Number;
+            const bool mark
+                = isCalendarMark(c) && separators == 0 && !m_tokens.isEmpty() && m_tokens.constLast().kind == Token::Kind::Number;
             while (!mark && at < size) {
                 const char32_t d = codePoint(at);
                 if (!QChar::isLetter(d) && !QChar::isMark(d) && QChar::category(d) != QChar::Number_Letter)
@@ -335,7 +340,7 @@ char Reader::separator(int index) const
 }
 
 /** Whether a dash, an "and" or a word such as "bis" leads to the token, which is then *next. */
-bool Reader::isRangeJoint(int index, int* next) const
+bool Reader::isRangeJoint(int index, int *next) const
 {
     if (!has(index))
         return false;
@@ -348,7 +353,8 @@ bool Reader::isRangeJoint(int index, int* next) const
         return true;
     }
     if (isWord(index) && isWord(index + 1) && has(index + 2)
-        && ((m_tokens[index].folded == u"jusqu" && m_tokens[index + 1].folded == u"au") || (m_tokens[index].folded == u"t" && m_tokens[index + 1].folded == u"m"))) {
+        && ((m_tokens[index].folded == u"jusqu" && m_tokens[index + 1].folded == u"au")
+            || (m_tokens[index].folded == u"t" && m_tokens[index + 1].folded == u"m"))) {
         *next = index + 2;
         return true;
     }
@@ -360,7 +366,7 @@ bool Reader::isRangeJoint(int index, int* next) const
 }
 
 /** The year that completes a date or period, directly behind it: "2024", "de 2024", "'24", "24". */
-bool Reader::readYearBehind(int index, int* year, int* end) const
+bool Reader::readYearBehind(int index, int *year, int *end) const
 {
     int at = index;
     if (isWord(at) && m_calendar.isJoint(m_tokens[at].folded))
@@ -382,12 +388,12 @@ bool Reader::readYearBehind(int index, int* year, int* end) const
 }
 
 /** Whole dates in digits: 20240615, 15062024, 240615, 202406, with or without a time behind them. */
-bool Reader::readCompact(int index, Single* result) const
+bool Reader::readCompact(int index, Single *result) const
 {
     if (!isNumber(index, 6, 14))
         return false;
-    const Token& token = m_tokens[index];
-    const QString& digits = token.folded;
+    const Token &token = m_tokens[index];
+    const QString &digits = token.folded;
     const auto part = [&digits](int from, int length) { return QStringView(digits).mid(from, length).toInt(); };
     result->end = index + 1;
     if (token.digits == 8 || token.digits == 12 || token.digits == 14) {
@@ -422,7 +428,7 @@ bool Reader::readCompact(int index, Single* result) const
 }
 
 /** A year and what follows it: 2024, 2024-07, 2024-07-15, 2024 Juli, 2024-Jul-15, 2024年7月15日. */
-bool Reader::readFromYear(int index, Single* result)
+bool Reader::readFromYear(int index, Single *result)
 {
     if (!isYear(index))
         return false;
@@ -438,7 +444,8 @@ bool Reader::readFromYear(int index, Single* result)
 
     const char first = separator(at);
     const bool numeric = isNumber(at, 1, 2)
-        && (first == '-' || first == '.' || first == '_' || ((first == ' ' || first == 'w') && m_tokens[at].digits == 2) || (signs && first == 0));
+        && (first == '-' || first == '.' || first == '_' || ((first == ' ' || first == 'w') && m_tokens[at].digits == 2)
+            || (signs && first == 0));
     if (numeric) {
         const int value = m_tokens[at].value;
         int behindMonth = at + 1;
@@ -446,7 +453,8 @@ bool Reader::readFromYear(int index, Single* result)
         if (monthSign)
             ++behindMonth;
         const bool dayFollows = isNumber(behindMonth, 1, 2)
-            && ((separator(behindMonth) == first && first != 'w' && (first != ' ' || m_tokens[behindMonth].digits == 2)) || (monthSign && separator(behindMonth) == 0));
+            && ((separator(behindMonth) == first && first != 'w' && (first != ' ' || m_tokens[behindMonth].digits == 2))
+                || (monthSign && separator(behindMonth) == 0));
         if (dayFollows) {
             const int second = m_tokens[behindMonth].value;
             const bool monthFirst = isValid(year, value, second);
@@ -498,7 +506,7 @@ bool Reader::readFromYear(int index, Single* result)
 }
 
 /** Dates that begin with a small number: 15.07.2024, 7-15-2024, 15.07., 07-2024, 15. Juli 2024, 1er mai, 6月15日. */
-bool Reader::readFromDayOrMonth(int index, Single* result)
+bool Reader::readFromDayOrMonth(int index, Single *result)
 {
     if (!isNumber(index, 1, 2))
         return false;
@@ -525,7 +533,8 @@ bool Reader::readFromDayOrMonth(int index, Single* result)
     const NyCalendarWords::Month named = monthAt(name);
     if (named.number > 0 && separator(name) != '?' && separator(name) != ',') {
         const char toName = separator(name);
-        const bool sameNumber = first == named.number && ordinal == at && name == at && (between == ' ' || between == '_' || between == '-' || between == 'w' || between == 0);
+        const bool sameNumber = first == named.number && ordinal == at && name == at
+            && (between == ' ' || between == '_' || between == '-' || between == 'w' || between == 0);
         int year = 0;
         int end = name + 1;
         // Two digits behind a day and a month are the year: "15. Juli 24".
@@ -534,7 +543,8 @@ bool Reader::readFromDayOrMonth(int index, Single* result)
             return false;
         // "03 Mar" is March by its number, but only when nothing else stands there: "iPhone 12 Pro" is no December.
         const bool alone = index == 0 && name + 1 == m_tokens.size();
-        const bool trusted = named.trust == Trust::Full || named.trust == Trust::Genitive || named.trust == Trust::Short || hasYear || (sameNumber && alone);
+        const bool trusted = named.trust == Trust::Full || named.trust == Trust::Genitive || named.trust == Trust::Short || hasYear
+            || (sameNumber && alone);
         if (trusted && isValid(year, named.number, first)) {
             if (named.trust == Trust::Foreign && !m_looseWords)
                 return false;
@@ -556,7 +566,8 @@ bool Reader::readFromDayOrMonth(int index, Single* result)
     }
 
     // Three numbers.
-    if (isNumber(at, 1, 2) && has(at + 1) && (between == '.' || between == '-' || between == '_' || between == ' ') && separator(at + 1) == between) {
+    if (isNumber(at, 1, 2) && has(at + 1) && (between == '.' || between == '-' || between == '_' || between == ' ')
+        && separator(at + 1) == between) {
         const int second = m_tokens[at].value;
         const bool bothPadded = firstPadded && m_tokens[at].digits == 2;
         int year = 0;
@@ -603,7 +614,7 @@ bool Reader::readFromDayOrMonth(int index, Single* result)
 }
 
 /** Juli, Juli 2024, July 15, 2024, July 15th, Juli '24. */
-bool Reader::readFromMonthName(int index, Single* result)
+bool Reader::readFromMonthName(int index, Single *result)
 {
     const NyCalendarWords::Month named = monthAt(index);
     if (named.number == 0 || named.trust == Trust::Genitive)
@@ -653,14 +664,15 @@ bool Reader::readFromMonthName(int index, Single* result)
     return true;
 }
 
-bool Reader::readSingle(int index, Single* result)
+bool Reader::readSingle(int index, Single *result)
 {
     *result = {};
-    return readFromYear(index, result) || readCompact(index, result) || readFromDayOrMonth(index, result) || readFromMonthName(index, result);
+    return readFromYear(index, result) || readCompact(index, result) || readFromDayOrMonth(index, result)
+        || readFromMonthName(index, result);
 }
 
 /** Quarters, calendar weeks, half-years, seasons and decades. */
-bool Reader::readPeriod(int index, Match* result)
+bool Reader::readPeriod(int index, Match *result)
 {
     result->form = DateForm::Period;
     const auto withYear = [this, result](int end, bool yearNeeded) {
@@ -675,7 +687,9 @@ bool Reader::readPeriod(int index, Match* result)
         // "Winter 2023-24", "Winter 2023/2024"
         if (found && isYear(behindYear - 1) && has(behindYear)) {
             const bool joined = !(m_tokens[behindYear].before & (Blank | Bracket)) && m_tokens[behindYear].before != 0;
-            if (joined && (m_tokens[behindYear].value == year + 1 || (isNumber(behindYear, 2, 2) && m_tokens[behindYear].value == (year + 1) % 100))) {
+            if (joined
+                && (m_tokens[behindYear].value == year + 1
+                    || (isNumber(behindYear, 2, 2) && m_tokens[behindYear].value == (year + 1) % 100))) {
                 result->to.year = year + 1;
                 ++result->end;
             }
@@ -689,7 +703,7 @@ bool Reader::readPeriod(int index, Match* result)
         const bool ordinal = (has(word) && (m_tokens[word].before & Dot)) || skipOrdinal(word) > word;
         word = skipOrdinal(word);
         if (isWord(word)) {
-            const QString& folded = m_tokens[word].folded;
+            const QString &folded = m_tokens[word].folded;
             if (m_calendar.isQuarter(folded) && folded.size() > 1 && value >= 1 && value <= 4)
                 return withYear(word + 1, false);
             if (m_calendar.isHalfYear(folded) && value >= 1 && value <= 2)
@@ -713,9 +727,9 @@ bool Reader::readPeriod(int index, Match* result)
     }
     if (!isWord(index))
         return false;
-    const QString& word = m_tokens[index].folded;
-    if (m_calendar.isDecade(word) && (isNumber(index + 1, 2, 2) || isYear(index + 1)) && m_tokens[index + 1].value % 10 == 0 && m_tokens[index + 1].value > 0
-        && word != u"jahre") {
+    const QString &word = m_tokens[index].folded;
+    if (m_calendar.isDecade(word) && (isNumber(index + 1, 2, 2) || isYear(index + 1)) && m_tokens[index + 1].value % 10 == 0
+        && m_tokens[index + 1].value > 0 && word != u"jahre") {
         const int decade = isYear(index + 1) ? m_tokens[index + 1].value : twoDigitYear(m_tokens[index + 1].value);
         result->form = DateForm::Years;
         result->from = {decade, 0, 0};
@@ -750,7 +764,7 @@ bool Reader::readPeriod(int index, Match* result)
 }
 
 /** Ranges whose first end is but a day: 12.-26.03.2024, 12 au 26 mars 2024, March 12-26, 2024. */
-bool Reader::readDayRange(int index, Match* result)
+bool Reader::readDayRange(int index, Match *result)
 {
     result->form = DateForm::Range;
     if (isNumber(index, 1, 2)) {
@@ -792,17 +806,18 @@ bool Reader::readDayRange(int index, Match* result)
 }
 
 /** The second end of a range whose first end has been read. */
-bool Reader::readRangeEnd(const Single& first, Match* result)
+bool Reader::readRangeEnd(const Single &first, Match *result)
 {
     int next = 0;
     if (!isRangeJoint(first.end, &next))
         return false;
-    const PartialDate& from = first.date;
+    const PartialDate &from = first.date;
     Single second;
 
     if (from.year > 0 && from.month == 0) {
         // 2019-2021, 2023-24
-        if (isYear(next) && !(isNumber(next + 1, 1, 2) && separator(next + 1) == '-' && m_tokens[next + 1].value <= 12) && m_tokens[next].value > from.year) {
+        if (isYear(next) && !(isNumber(next + 1, 1, 2) && separator(next + 1) == '-' && m_tokens[next + 1].value <= 12)
+            && m_tokens[next].value > from.year) {
             result->form = DateForm::Years;
             result->to = {m_tokens[next].value, 0, 0};
             result->end = next + 1;
@@ -819,8 +834,8 @@ bool Reader::readRangeEnd(const Single& first, Match* result)
 
     if (from.day > 0 && from.year > 0) {
         // The end may lack what the beginning has: 2024-03-12 - 03-26, 2024-03-12 bis 26, 20240312-26, 20240312-0326.
-        if (isNumber(next, 2, 2) && isNumber(next + 1, 2, 2) && separator(next + 1) == '-' && isValid(from.year, m_tokens[next].value, m_tokens[next + 1].value)
-            && !isNumber(next + 2, 1, 4)) {
+        if (isNumber(next, 2, 2) && isNumber(next + 1, 2, 2) && separator(next + 1) == '-'
+            && isValid(from.year, m_tokens[next].value, m_tokens[next + 1].value) && !isNumber(next + 2, 1, 4)) {
             result->form = DateForm::Range;
             result->to = {from.year, m_tokens[next].value, m_tokens[next + 1].value};
             result->end = next + 2;
@@ -836,7 +851,8 @@ bool Reader::readRangeEnd(const Single& first, Match* result)
     const bool secondIsDate = readSingle(next, &second);
     if (from.day > 0 && (!secondIsDate || second.date.day == 0) && isNumber(next, 1, 2) && !first.dayFirst) {
         const char behindDay = has(next + 1) ? separator(next + 1) : 0;
-        if (m_tokens[next].value > from.day && isValid(from.year, from.month, m_tokens[next].value) && !(isNumber(next + 1, 1, 2) && behindDay != ' ')) {
+        if (m_tokens[next].value > from.day && isValid(from.year, from.month, m_tokens[next].value)
+            && !(isNumber(next + 1, 1, 2) && behindDay != ' ')) {
             result->form = DateForm::Range;
             result->to = {from.year, from.month, m_tokens[next].value};
             result->end = next + 1;
@@ -854,7 +870,7 @@ bool Reader::readRangeEnd(const Single& first, Match* result)
     // "30.12.-02.01.2024" begins in the year before.
     if (begin.year == 0 && to.year > 0)
         begin.year = begin.month > to.month ? to.year - 1 : to.year;
-    const auto order = [](const PartialDate& date) { return (date.year * 16 + date.month) * 32 + date.day; };
+    const auto order = [](const PartialDate &date) { return (date.year * 16 + date.month) * 32 + date.day; };
     if (order(begin) >= order(to) && begin.year > 0)
         return false;
     result->form = to.day > 0 ? DateForm::Range : DateForm::Period;
@@ -864,7 +880,7 @@ bool Reader::readRangeEnd(const Single& first, Match* result)
     return true;
 }
 
-bool Reader::readMatch(int index, Match* result)
+bool Reader::readMatch(int index, Match *result)
 {
     *result = {};
     // The number of "Tag 3" is no part of a date, unless it is a whole one: "Tag 3 - 15. Juli".
@@ -879,7 +895,7 @@ bool Reader::readMatch(int index, Match* result)
     Single single;
     if (!readSingle(index, &single))
         return false;
-    const PartialDate& date = single.date;
+    const PartialDate &date = single.date;
     if (numbersSomething && (date.day == 0 || date.year == 0))
         return false;
     result->from = result->to = date;
@@ -901,7 +917,7 @@ bool Reader::readMatch(int index, Match* result)
 }
 
 /** Joins a further date to those read already: the more exact one stays, and gets the year from the other. */
-void Reader::add(const Match& match)
+void Reader::add(const Match &match)
 {
     const DateForm known = m_result.dateForm;
     if (known == DateForm::None) {
@@ -981,7 +997,8 @@ void Reader::readTimeOfDay(int index)
             return;
         ++end;
     } else if (isNumber(end, 1, 2) && m_tokens[end].value < 24) {
-        if (isWord(end + 1) && (m_tokens[end + 1].folded == u"uhr" || (m_tokens[end + 1].folded == u"h" && m_tokens[end + 1].before == 0))) {
+        if (isWord(end + 1)
+            && (m_tokens[end + 1].folded == u"uhr" || (m_tokens[end + 1].folded == u"h" && m_tokens[end + 1].before == 0))) {
             end += 2;
             if (isSixty(end) && m_tokens[end].before == 0)
                 ++end;
@@ -1026,7 +1043,7 @@ void Reader::readDates()
     }
     // '24 by itself is a year when nothing better is there.
     if (m_result.dateForm == DateForm::None) {
-        for (Token& token : m_tokens) {
+        for (Token &token : m_tokens) {
             if (!token.used && token.kind == Token::Kind::Number && token.digits == 2 && (token.before & Apostrophe)) {
                 token.used = true;
                 m_result.dateForm = DateForm::Year;
@@ -1041,7 +1058,7 @@ void Reader::dropWeekdays()
 {
     const bool single = m_result.hasDay();
     for (int at = 0; at < m_tokens.size(); ++at) {
-        Token& token = m_tokens[at];
+        Token &token = m_tokens[at];
         if (token.used || token.kind != Token::Kind::Word || !m_calendar.isWeekday(token.folded))
             continue;
         const bool besideDate = (at > 0 && m_tokens[at - 1].used) || (at + 1 < m_tokens.size() && m_tokens[at + 1].used);
@@ -1067,7 +1084,7 @@ bool Reader::readCameraNames()
         }
         const bool ends = m_name.size() == 8 || !m_name.at(8).isLetterOrNumber();
         if (camera && ends && letters > 0) {
-            for (Token& token : m_tokens) {
+            for (Token &token : m_tokens) {
                 if (token.position < 8)
                     token.used = true;
             }
@@ -1087,7 +1104,7 @@ bool Reader::readCameraNames()
                 hexadecimal = false;
         }
         if (hexadecimal && digits >= 4 && letters >= 3) {
-            for (Token& token : m_tokens)
+            for (Token &token : m_tokens)
                 token.used = true;
             return true;
         }
@@ -1123,7 +1140,9 @@ void Reader::assignRoles()
             QString phrase = m_tokens[index].folded;
             int at = index + 1;
             for (; at < index + length && has(at) && !m_tokens[at].used && m_tokens[at].kind != Token::Kind::Emoji; ++at)
-                phrase += QLatin1Char(' ') + (m_tokens[at].kind == Token::Kind::Word ? m_tokens[at].folded : m_name.mid(m_tokens[at].position, m_tokens[at].length));
+                phrase += QLatin1Char(' ')
+                    + (m_tokens[at].kind == Token::Kind::Word ? m_tokens[at].folded
+                                                              : m_name.mid(m_tokens[at].position, m_tokens[at].length));
             if (at != index + length)
                 continue;
             const Words::Roles roles = m_words.roles(phrase);
@@ -1145,18 +1164,20 @@ void Reader::assignRoles()
     }
     // "cr2" and "4k" fall apart into a word and a number.
     for (int at = 0; at + 1 < m_tokens.size(); ++at) {
-        Token& left = m_tokens[at];
-        Token& right = m_tokens[at + 1];
-        if (left.used || right.used || right.before != 0 || left.kind == right.kind || left.kind == Token::Kind::Emoji || right.kind == Token::Kind::Emoji)
+        Token &left = m_tokens[at];
+        Token &right = m_tokens[at + 1];
+        if (left.used || right.used || right.before != 0 || left.kind == right.kind || left.kind == Token::Kind::Emoji
+            || right.kind == Token::Kind::Emoji)
             continue;
-        const Words::Roles roles = m_words.roles(QStringView(m_name).mid(left.position, left.length + right.length).toString().toCaseFolded());
+        const Words::Roles roles
+            = m_words.roles(QStringView(m_name).mid(left.position, left.length + right.length).toString().toCaseFolded());
         if (roles != Words::NoRole)
             left.roles = right.roles = roles;
     }
     // Behind a device's name, what mixes letters and digits is its model: "Galaxy S21", "Canon EOS 5D".
     bool device = false;
     for (int at = 0; at < m_tokens.size(); ++at) {
-        Token& token = m_tokens[at];
+        Token &token = m_tokens[at];
         if (token.used)
             continue;
         if (token.roles & Words::Device) {
@@ -1173,7 +1194,7 @@ void Reader::assignRoles()
 void Reader::readParts()
 {
     for (int at = 0; at < m_tokens.size(); ++at) {
-        const Token& token = m_tokens[at];
+        const Token &token = m_tokens[at];
         const Words::Roles roles = token.roles & (Words::DayWord | Words::PartWord);
         if (token.used || token.kind != Token::Kind::Word || !roles)
             continue;
@@ -1206,13 +1227,14 @@ void Reader::readParts()
     }
 }
 
-void Reader::finishTitle(const QList<int>& rest)
+void Reader::finishTitle(const QList<int> &rest)
 {
     const auto isWeak = [this](int at) {
-        const Token& token = m_tokens[at];
+        const Token &token = m_tokens[at];
         if (token.kind == Token::Kind::Number)
             return false;
-        return bool(token.roles & (Words::Filler | Words::Connector)) && !(token.roles & ~(Words::Roles(Words::Filler) | Words::Connector | Words::Technical | Words::ModelWord));
+        return bool(token.roles & (Words::Filler | Words::Connector))
+            && !(token.roles & ~(Words::Roles(Words::Filler) | Words::Connector | Words::Technical | Words::ModelWord));
     };
     qsizetype first = 0;
     qsizetype last = rest.size();
@@ -1222,9 +1244,9 @@ void Reader::finishTitle(const QList<int>& rest)
         --last;
     QString title;
     for (qsizetype at = first; at < last; ++at) {
-        const Token& token = m_tokens[rest[at]];
+        const Token &token = m_tokens[rest[at]];
         if (at > first) {
-            const Token& previous = m_tokens[rest[at - 1]];
+            const Token &previous = m_tokens[rest[at - 1]];
             if (rest[at] == rest[at - 1] + 1) {
                 QString between = m_name.mid(previous.position + previous.length, token.position - previous.position - previous.length);
                 between.replace(QLatin1Char('_'), QLatin1Char(' '));
@@ -1240,14 +1262,14 @@ void Reader::finishTitle(const QList<int>& rest)
     title = title.simplified();
     // The closing bracket stands behind the last word.
     if (last > first && title.count(QLatin1Char('(')) > title.count(QLatin1Char(')'))) {
-        const Token& end = m_tokens[rest[last - 1]];
+        const Token &end = m_tokens[rest[last - 1]];
         if (m_name.indexOf(QLatin1Char(')'), end.position + end.length) >= 0)
             title += QLatin1Char(')');
     }
     m_result.title = title;
 }
 
-void Reader::readNumbers(const QList<int>& rest)
+void Reader::readNumbers(const QList<int> &rest)
 {
     QList<int> numbers;
     for (const int at : rest) {
@@ -1276,7 +1298,7 @@ void Reader::finish()
     int strangers = 0;
     const bool calendar = m_result.dateForm != DateForm::None && m_result.dateForm <= DateForm::Period;
     for (int at = 0; at < m_tokens.size(); ++at) {
-        const Token& token = m_tokens[at];
+        const Token &token = m_tokens[at];
         if (token.used)
             continue;
         rest.append(at);
@@ -1287,7 +1309,8 @@ void Reader::finish()
             titled = titled || !token.roles;
             continue;
         }
-        const Words::Roles roles = token.roles & ~(Words::Roles(Words::DayWord) | Words::PartWord | Words::CounterPrefix | Words::ModelWord);
+        const Words::Roles roles
+            = token.roles & ~(Words::Roles(Words::DayWord) | Words::PartWord | Words::CounterPrefix | Words::ModelWord);
         if (roles & Words::Title) {
             ++strangers;
             continue;
@@ -1312,20 +1335,21 @@ void Reader::finish()
         // "iPhone von Tom", "Tom's iPhone" and "Annas Handy" name an owner.
         const auto ofOwner = [this, &rest]() {
             for (qsizetype at = 0; at < rest.size(); ++at) {
-                const Token& token = m_tokens[rest[at]];
+                const Token &token = m_tokens[rest[at]];
                 if (!(token.roles & Words::Device))
                     continue;
                 if (at + 1 < rest.size() && (m_tokens[rest[at + 1]].roles & Words::Connector)) {
-                    static const QList<QString> owning{QStringLiteral("von"), QStringLiteral("vom"), QStringLiteral("of"), QStringLiteral("de"), QStringLiteral("d"),
-                        QStringLiteral("di"), QStringLiteral("van"), QStringLiteral("da"), QStringLiteral("od"), QStringLiteral("av"), QStringLiteral("del"),
-                        QStringLiteral("della"), QStringLiteral("du")};
+                    static const QList<QString> owning{QStringLiteral("von"), QStringLiteral("vom"), QStringLiteral("of"),
+                        QStringLiteral("de"), QStringLiteral("d"), QStringLiteral("di"), QStringLiteral("van"), QStringLiteral("da"),
+                        QStringLiteral("od"), QStringLiteral("av"), QStringLiteral("del"), QStringLiteral("della"), QStringLiteral("du")};
                     return owning.contains(m_tokens[rest[at + 1]].folded);
                 }
                 if (at > 0 && at <= 2) {
-                    const Token& before = m_tokens[rest[at - 1]];
+                    const Token &before = m_tokens[rest[at - 1]];
                     if (before.folded == u"s" && (before.before & Apostrophe))
                         return true;
-                    if (at == 1 && rest.size() == 2 && !before.roles && before.folded.size() > 3 && (before.folded.endsWith(QLatin1Char('s')) || (token.before & Apostrophe)))
+                    if (at == 1 && rest.size() == 2 && !before.roles && before.folded.size() > 3
+                        && (before.folded.endsWith(QLatin1Char('s')) || (token.before & Apostrophe)))
                         return true;
                 }
             }
@@ -1368,7 +1392,8 @@ void Reader::finish()
     }
     if (all & Words::Source)
         m_result.nature = Nature::Source;
-    else if ((all & Words::Technical) && !(m_result.dateForm != DateForm::None && (all & Words::Filler) && !(all & ~(Words::Roles(Words::Filler) | Words::Technical))))
+    else if ((all & Words::Technical)
+        && !(m_result.dateForm != DateForm::None && (all & Words::Filler) && !(all & ~(Words::Roles(Words::Filler) | Words::Technical))))
         m_result.nature = Nature::Technical;
     else if (m_result.dateForm != DateForm::None && !m_cameraName && !(all & (Words::Device | Words::Import | Words::Technical)))
         m_result.nature = Nature::Plain;
@@ -1391,7 +1416,7 @@ NyFolderName Reader::read()
 
 } // namespace
 
-NyFolderName NyFolderNameParser::parse(const QString& name)
+NyFolderName NyFolderNameParser::parse(const QString &name)
 {
     const QString composed = name.normalized(QString::NormalizationForm_C);
     Reader reader(composed, true);

@@ -21,26 +21,30 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
-namespace {
+namespace
+{
 
-struct DirectoryCloser {
-    void operator()(DIR* directory) const { ::closedir(directory); }
+struct DirectoryCloser
+{
+    void operator()(DIR *directory) const { ::closedir(directory); }
 };
 using Directory = std::unique_ptr<DIR, DirectoryCloser>;
 
-struct FileId {
+struct FileId
+{
     dev_t device = 0;
     ino_t inode = 0;
 
-    bool operator==(const FileId&) const = default;
+    bool operator==(const FileId &) const = default;
 };
 
-struct FileIdHash {
-    size_t operator()(const FileId& id) const noexcept { return std::hash<quint64>()(id.inode * 0x9e3779b97f4a7c15ULL ^ id.device); }
+struct FileIdHash
+{
+    size_t operator()(const FileId &id) const noexcept { return std::hash<quint64>()(id.inode * 0x9e3779b97f4a7c15ULL ^ id.device); }
 };
 
 /** Warns once for each text: the same tree is walked again and again while the service runs. */
-void warnOnce(const QString& text)
+void warnOnce(const QString &text)
 {
     constexpr qsizetype Limit = 1000;
     static QMutex mutex;
@@ -54,7 +58,7 @@ void warnOnce(const QString& text)
     qWarning().noquote() << text;
 }
 
-bool isAscii(const char* text)
+bool isAscii(const char *text)
 {
     for (; *text; ++text) {
         if (static_cast<unsigned char>(*text) >= 0x80)
@@ -64,7 +68,7 @@ bool isAscii(const char* text)
 }
 
 /** The name as text; null when it is not valid UTF-8. */
-QString decodedName(const char* name)
+QString decodedName(const char *name)
 {
     if (isAscii(name))
         return QString::fromLatin1(name);
@@ -73,24 +77,24 @@ QString decodedName(const char* name)
     return decoder.hasError() ? QString() : decoded;
 }
 
-bool isValidName(const char* name)
+bool isValidName(const char *name)
 {
     return isAscii(name) || !decodedName(name).isNull();
 }
 
-QString readable(const QByteArray& name)
+QString readable(const QByteArray &name)
 {
     return QString::fromLatin1(name.toPercentEncoding(" ()[]{}!#$&'+,;=@"));
 }
 
-QString childPath(const QString& folder, const QString& name)
+QString childPath(const QString &folder, const QString &name)
 {
     return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
 }
 
-bool hasSuffix(const char* name, const QList<QByteArray>& suffixes)
+bool hasSuffix(const char *name, const QList<QByteArray> &suffixes)
 {
-    const char* dot = std::strrchr(name, '.');
+    const char *dot = std::strrchr(name, '.');
     if (!dot || dot == name)
         return false;
     const size_t length = std::strlen(dot + 1);
@@ -104,13 +108,13 @@ bool hasSuffix(const char* name, const QList<QByteArray>& suffixes)
     return std::binary_search(suffixes.begin(), suffixes.end(), QByteArray::fromRawData(lower, qsizetype(length)));
 }
 
-bool isFolder(const QByteArray& path)
+bool isFolder(const QByteArray &path)
 {
     struct stat status;
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool isFile(const QByteArray& path)
+bool isFile(const QByteArray &path)
 {
     struct stat status;
     return ::stat(path.constData(), &status) == 0 && S_ISREG(status.st_mode);
@@ -118,14 +122,15 @@ bool isFile(const QByteArray& path)
 
 } // namespace
 
-class NyFolderTree::Walker {
+class NyFolderTree::Walker
+{
 public:
-    explicit Walker(NyFolderTree& tree)
+    explicit Walker(NyFolderTree &tree)
         : m_tree(tree)
     {
     }
 
-    void walk(const QString& startPath)
+    void walk(const QString &startPath)
     {
         if (m_config.isIgnorableFolder(startPath, false))
             return;
@@ -134,20 +139,22 @@ public:
         while (!m_links.empty()) {
             std::vector<Link> links = std::move(m_links);
             m_links.clear();
-            std::sort(links.begin(), links.end(), [](const Link& left, const Link& right) { return left.path < right.path; });
-            for (const Link& link : links)
+            std::sort(links.begin(), links.end(), [](const Link &left, const Link &right) { return left.path < right.path; });
+            for (const Link &link : links)
                 readAll(link.parent, link.name, link.path);
         }
         finish();
     }
 
 private:
-    struct Link {
+    struct Link
+    {
         int parent = 0;
         QString name;
         QString path;
     };
-    struct Listing {
+    struct Listing
+    {
         bool hasPictures = false;
         bool hasProjectFiles = false;
         std::vector<QString> subfolders;
@@ -155,7 +162,7 @@ private:
     };
 
     /** Reads a folder and the real folders below it. Returns false when the folder itself is no part of the tree. */
-    bool readAll(int parent, const QString& name, const QString& path)
+    bool readAll(int parent, const QString &name, const QString &path)
     {
         std::vector<Link> pending{{parent, name, path}};
         bool entered = false;
@@ -170,18 +177,19 @@ private:
             m_tree.m_folders.append(Folder{next.name, next.path, next.parent, {}, listing.hasPictures, false, listing.hasProjectFiles});
             if (next.parent >= 0)
                 m_tree.m_folders[next.parent].children.append(index);
-            for (const QString& link : listing.links)
+            for (const QString &link : listing.links)
                 m_links.push_back({index, link, childPath(next.path, link)});
             // The stack is emptied from its end, so that folders are read in the order of their names.
-            std::sort(listing.subfolders.begin(), listing.subfolders.end(), [](const QString& left, const QString& right) { return right < left; });
-            for (const QString& subfolder : listing.subfolders)
+            std::sort(listing.subfolders.begin(), listing.subfolders.end(),
+                [](const QString &left, const QString &right) { return right < left; });
+            for (const QString &subfolder : listing.subfolders)
                 pending.push_back({index, subfolder, childPath(next.path, subfolder)});
         }
         return entered;
     }
 
     /** Lists one folder. Returns false when it is ignorable, was entered already or cannot be opened. */
-    bool read(const QString& path, bool isStart, Listing* listing)
+    bool read(const QString &path, bool isStart, Listing *listing)
     {
         const QByteArray nativePath = QFile::encodeName(path);
         const Directory directory(::opendir(nativePath.constData()));
@@ -189,7 +197,8 @@ private:
             const int error = errno;
             // A folder that went away while its parent was read is nothing to warn of.
             if (error != ENOENT || isStart)
-                warnOnce(QStringLiteral("Folder cannot be classified: ") + path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(error)));
+                warnOnce(QStringLiteral("Folder cannot be classified: ") + path + QStringLiteral(": ")
+                    + QString::fromLocal8Bit(std::strerror(error)));
             return false;
         }
         struct stat status;
@@ -198,17 +207,19 @@ private:
 
         for (;;) {
             errno = 0;
-            const struct dirent* entry = ::readdir(directory.get());
+            const struct dirent *entry = ::readdir(directory.get());
             if (!entry) {
                 if (errno != 0)
-                    warnOnce(QStringLiteral("Folder cannot be read to its end: ") + path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errno)));
+                    warnOnce(QStringLiteral("Folder cannot be read to its end: ") + path + QStringLiteral(": ")
+                        + QString::fromLocal8Bit(std::strerror(errno)));
                 return true;
             }
-            const char* name = entry->d_name;
+            const char *name = entry->d_name;
             unsigned char type = entry->d_type;
             const auto fullPath = [&nativePath, name]() { return nativePath + '/' + name; };
             if (name[0] == '.') {
-                if (type != DT_DIR && NyDirectoryConfig::isIgnoreMarkerName(QString::fromLatin1(name)) && (type == DT_REG || isFile(fullPath())))
+                if (type != DT_DIR && NyDirectoryConfig::isIgnoreMarkerName(QString::fromLatin1(name))
+                    && (type == DT_REG || isFile(fullPath())))
                     return false;
                 continue;
             }
@@ -241,28 +252,29 @@ private:
 
     void finish()
     {
-        QList<Folder>& folders = m_tree.m_folders;
-        for (Folder& folder : folders)
-            std::sort(folder.children.begin(), folder.children.end(), [&folders](int a, int b) { return folders.at(a).name < folders.at(b).name; });
+        QList<Folder> &folders = m_tree.m_folders;
+        for (Folder &folder : folders)
+            std::sort(folder.children.begin(), folder.children.end(),
+                [&folders](int a, int b) { return folders.at(a).name < folders.at(b).name; });
         // A folder always stands behind its parent.
         for (qsizetype index = folders.size() - 1; index >= 0; --index) {
-            Folder& folder = folders[index];
+            Folder &folder = folders[index];
             folder.hasPicturesBelow = folder.hasOwnPictures;
             for (const int child : std::as_const(folder.children))
                 folder.hasPicturesBelow = folder.hasPicturesBelow || folders.at(child).hasPicturesBelow;
         }
     }
 
-    NyFolderTree& m_tree;
-    const NyDirectoryConfig& m_config = NyDirectoryConfig::instance();
+    NyFolderTree &m_tree;
+    const NyDirectoryConfig &m_config = NyDirectoryConfig::instance();
     const QList<QByteArray> m_projectSuffixes{QByteArrayLiteral("nqp"), QByteArrayLiteral("nqpx")};
     std::unordered_set<FileId, FileIdHash> m_entered;
     std::vector<Link> m_links;
 };
 
-NyFolderTree::NyFolderTree(const QString& startPath, const QStringList& pictureFilters)
+NyFolderTree::NyFolderTree(const QString &startPath, const QStringList &pictureFilters)
 {
-    for (const QString& filter : pictureFilters) {
+    for (const QString &filter : pictureFilters) {
         if (filter.startsWith(QLatin1String("*.")))
             m_suffixes.append(filter.mid(2).toLower().toUtf8());
     }
@@ -270,10 +282,11 @@ NyFolderTree::NyFolderTree(const QString& startPath, const QStringList& pictureF
     Walker(*this).walk(startPath);
 }
 
-QStringList NyFolderTree::samplePictures(const QList<int>& folders, int maximum) const
+QStringList NyFolderTree::samplePictures(const QList<int> &folders, int maximum) const
 {
     // Camera folders hold many thousands of pictures: all names lie in one buffer, and only those that are asked for become text.
-    struct Entry {
+    struct Entry
+    {
         int folder = 0;
         size_t name = 0;
     };
@@ -284,21 +297,22 @@ QStringList NyFolderTree::samplePictures(const QList<int>& folders, int maximum)
         if (!directory)
             continue;
         const auto first = std::ptrdiff_t(entries.size());
-        while (const struct dirent* entry = ::readdir(directory.get())) {
+        while (const struct dirent *entry = ::readdir(directory.get())) {
             if (entry->d_name[0] == '.' || entry->d_type == DT_DIR || !hasSuffix(entry->d_name, m_suffixes) || !isValidName(entry->d_name))
                 continue;
             entries.push_back({folder, names.size()});
             names.append(entry->d_name, std::strlen(entry->d_name) + 1);
         }
-        std::sort(entries.begin() + first, entries.end(),
-            [&names](const Entry& left, const Entry& right) { return std::strcmp(names.data() + left.name, names.data() + right.name) < 0; });
+        std::sort(entries.begin() + first, entries.end(), [&names](const Entry &left, const Entry &right) {
+            return std::strcmp(names.data() + left.name, names.data() + right.name) < 0;
+        });
     }
 
     QStringList paths;
     const size_t count = std::min(entries.size(), size_t(std::max(maximum, 0)));
     paths.reserve(qsizetype(count));
     for (size_t sample = 0; sample < count; ++sample) {
-        const Entry& entry = entries[count > 1 ? sample * (entries.size() - 1) / (count - 1) : 0];
+        const Entry &entry = entries[count > 1 ? sample * (entries.size() - 1) / (count - 1) : 0];
         paths.append(childPath(m_folders.at(entry.folder).path, decodedName(names.data() + entry.name)));
     }
     return paths;

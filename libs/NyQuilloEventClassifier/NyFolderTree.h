@@ -10,13 +10,15 @@
 /**
  * The folders of a picture collection as one walk finds them: a listing of each folder and no look at files.
  *
- * Hidden and ignorable folders are not entered. Links to folders are, but no folder is entered twice: real folders come first, then links in the
- * order of their paths, and the start folder counts as entered. A folder that cannot be read gives a warning, the first time in
- * a process, and counts as empty. Names that are not valid UTF-8 are left out, with a warning too where they name folders.
+ * Hidden and ignorable folders are not entered. Links to folders are, but no folder is entered twice: real folders come first, then links
+ * in the order of their paths, and the start folder counts as entered. A folder that cannot be read gives a warning, the first time in a
+ * process, and counts as empty. Names that are not valid UTF-8 are left out, with a warning too where they name folders.
  */
-class NYQUILLOEVENTCLASSIFIER_EXPORT NyFolderTree {
+class NYQUILLOEVENTCLASSIFIER_EXPORT NyFolderTree
+{
 public:
-    struct Folder {
+    struct Folder
+    {
         QString name;
         QString path; ///< absolute
         int parent = -1;
@@ -28,16 +30,16 @@ public:
 
     NyFolderTree() = default;
     /** Walks at once, on the caller's thread. @p pictureFilters are wildcard patterns such as "*.jpg", matched without regard to case. */
-    NyFolderTree(const QString& startPath, const QStringList& pictureFilters);
+    NyFolderTree(const QString &startPath, const QStringList &pictureFilters);
 
     /** The start folder first, each folder before those in it. Empty when the start folder is ignorable or cannot be read. */
-    const QList<Folder>& folders() const { return m_folders; }
+    const QList<Folder> &folders() const { return m_folders; }
 
     /**
      * The absolute paths of the pictures directly in the given folders, folder by folder and sorted by name; when there are more than
      * @p maximum, so many of them at even distances, the first and the last among them. Reads the folders again.
      */
-    QStringList samplePictures(const QList<int>& folders, int maximum) const;
+    QStringList samplePictures(const QList<int> &folders, int maximum) const;
 
 private:
     class Walker;

@@ -9,10 +9,11 @@
 /**
  * The words in folder names that are no title: what cameras, programs and tidy people write, in the languages of the program's users.
  *
- * Entries are single words or phrases, in composed form (NFC), case-folded, words joined by one blank. Built once on first use, then only read,
- * from any thread.
+ * Entries are single words or phrases, in composed form (NFC), case-folded, words joined by one blank. Built once on first use, then only
+ * read, from any thread.
  */
-class NYQUILLOEVENTCLASSIFIER_EXPORT NyFolderWords {
+class NYQUILLOEVENTCLASSIFIER_EXPORT NyFolderWords
+{
 public:
     enum Role : quint16 {
         NoRole = 0,
@@ -36,15 +37,15 @@ public:
 
     static constexpr int MaximumPhraseLength = 4;
 
-    static const NyFolderWords& instance();
+    static const NyFolderWords &instance();
 
-    Roles roles(const QString& phrase) const { return m_roles.value(phrase); }
+    Roles roles(const QString &phrase) const { return m_roles.value(phrase); }
     /** The number of words of the longest phrase that begins with this word, 1 if there is none. */
-    int longestPhrase(const QString& word) const { return m_phraseLengths.value(word, 1); }
+    int longestPhrase(const QString &word) const { return m_phraseLengths.value(word, 1); }
 
 private:
     NyFolderWords();
-    void add(const char16_t* phrases, Roles roles);
+    void add(const char16_t *phrases, Roles roles);
 
     QHash<QString, Roles> m_roles;
     QHash<QString, int> m_phraseLengths;

@@ -5,7 +5,8 @@
 #include "nyquilloeventclassifier_export.h"
 
 /** One occasion that a set of photos may show. */
-class NYQUILLOEVENTCLASSIFIER_EXPORT NyOccasionInfo {
+class NYQUILLOEVENTCLASSIFIER_EXPORT NyOccasionInfo
+{
 public:
     NyOccasionInfo() = default;
     /**
@@ -13,11 +14,11 @@ public:
      * @param source what told of the occasion, such as "title" or "vision"
      * @param probability 0 to 1
      */
-    NyOccasionInfo(const QString& keyword, const QString& source, double probability);
-    NyOccasionInfo(const NyOccasionInfo&) = default;
-    NyOccasionInfo(NyOccasionInfo&&) = default;
-    NyOccasionInfo& operator=(const NyOccasionInfo&) = default;
-    NyOccasionInfo& operator=(NyOccasionInfo&&) = default;
+    NyOccasionInfo(const QString &keyword, const QString &source, double probability);
+    NyOccasionInfo(const NyOccasionInfo &) = default;
+    NyOccasionInfo(NyOccasionInfo &&) = default;
+    NyOccasionInfo &operator=(const NyOccasionInfo &) = default;
+    NyOccasionInfo &operator=(NyOccasionInfo &&) = default;
     virtual ~NyOccasionInfo();
 
     QString keyword() const { return m_keyword; }
@@ -27,7 +28,7 @@ public:
     /** For logs: "wedding (title, 0.87)". */
     QString description() const;
 
-    bool operator==(const NyOccasionInfo& other) const;
+    bool operator==(const NyOccasionInfo &other) const;
 
 private:
     QString m_keyword;

@@ -1,6 +1,6 @@
 #include "NyOccasionInfoList.h"
 
-NyOccasionInfoList::NyOccasionInfoList(const QList<NyOccasionInfo>& occasions)
+NyOccasionInfoList::NyOccasionInfoList(const QList<NyOccasionInfo> &occasions)
     : QList<NyOccasionInfo>(occasions)
 {
 }
@@ -11,7 +11,7 @@ QStringList NyOccasionInfoList::descriptions() const
 {
     QStringList texts;
     texts.reserve(size());
-    for (const NyOccasionInfo& occasion : *this)
+    for (const NyOccasionInfo &occasion : *this)
         texts.append(occasion.description());
     return texts;
 }
@@ -24,7 +24,7 @@ QString NyOccasionInfoList::description() const
 QStringList NyOccasionInfoList::occasions() const
 {
     QStringList keywords;
-    for (const NyOccasionInfo& occasion : *this) {
+    for (const NyOccasionInfo &occasion : *this) {
         if (!occasion.keyword().isEmpty() && !keywords.contains(occasion.keyword()))
             keywords.append(occasion.keyword());
     }

@@ -7,14 +7,15 @@
 #include "nyquilloeventclassifier_export.h"
 
 /** The occasions of one set of photos, by convention the most probable one first. */
-class NYQUILLOEVENTCLASSIFIER_EXPORT NyOccasionInfoList : public QList<NyOccasionInfo> {
+class NYQUILLOEVENTCLASSIFIER_EXPORT NyOccasionInfoList : public QList<NyOccasionInfo>
+{
 public:
     NyOccasionInfoList() = default;
-    explicit NyOccasionInfoList(const QList<NyOccasionInfo>& occasions);
-    NyOccasionInfoList(const NyOccasionInfoList&) = default;
-    NyOccasionInfoList(NyOccasionInfoList&&) = default;
-    NyOccasionInfoList& operator=(const NyOccasionInfoList&) = default;
-    NyOccasionInfoList& operator=(NyOccasionInfoList&&) = default;
+    explicit NyOccasionInfoList(const QList<NyOccasionInfo> &occasions);
+    NyOccasionInfoList(const NyOccasionInfoList &) = default;
+    NyOccasionInfoList(NyOccasionInfoList &&) = default;
+    NyOccasionInfoList &operator=(const NyOccasionInfoList &) = default;
+    NyOccasionInfoList &operator=(NyOccasionInfoList &&) = default;
     virtual ~NyOccasionInfoList();
 
     /** One text an occasion, for logs, in the list's order. */

@@ -13,7 +13,8 @@
 #include "NyFolderNameParser.h"
 #include "NyFolderTree.h"
 
-namespace {
+namespace
+{
 
 using Kind = NyEventFolderTypeEnum;
 using DateForm = NyFolderName::DateForm;
@@ -26,7 +27,8 @@ constexpr qint64 EventSpanSeconds = 4 * 24 * 60 * 60;
 constexpr int LongestEventDays = 62;
 
 /** Where a folder stands: what the folders above it have settled. */
-struct Place {
+struct Place
+{
     int year = 0;
     int month = 0;
     bool inEvent = false;
@@ -36,50 +38,55 @@ struct Place {
     bool inSource = false;
 };
 
-struct Verdict {
+struct Verdict
+{
     Kind kind = Kind::Unknown;
     /** No rule said anything. */
     bool isUndecided = false;
 };
 
-bool isCalendar(const NyFolderName& name)
+bool isCalendar(const NyFolderName &name)
 {
     return name.dateForm != DateForm::None && !name.hasTitle() && name.nature != Nature::Project;
 }
 
 /** A name that tells nothing of the contents, or only how they came there. */
-bool isLoose(const NyFolderName& name)
+bool isLoose(const NyFolderName &name)
 {
-    return name.dateForm == DateForm::None && (name.nature == Nature::Camera || name.nature == Nature::Technical || name.nature == Nature::Source);
+    return name.dateForm == DateForm::None
+        && (name.nature == Nature::Camera || name.nature == Nature::Technical || name.nature == Nature::Source);
 }
 
 /** A name with neither date nor number nor title: what lies below counts for the folder above as well. */
-bool saysNothing(const NyFolderName& name)
+bool saysNothing(const NyFolderName &name)
 {
-    return name.dateForm == DateForm::None && !name.hasTitle() && name.number < 0 && name.nature != Nature::Source && name.nature != Nature::Project;
+    return name.dateForm == DateForm::None && !name.hasTitle() && name.number < 0 && name.nature != Nature::Source
+        && name.nature != Nature::Project;
 }
 
-class Sorter {
+class Sorter
+{
 public:
-    Sorter(const NyFolderTree& tree, bool startsAtRoot)
+    Sorter(const NyFolderTree &tree, bool startsAtRoot)
         : m_tree(tree)
         , m_startsAtRoot(startsAtRoot)
     {
-        const QList<NyFolderTree::Folder>& folders = tree.folders();
+        const QList<NyFolderTree::Folder> &folders = tree.folders();
         m_names.reserve(folders.size());
-        for (const NyFolderTree::Folder& folder : folders)
+        for (const NyFolderTree::Folder &folder : folders)
             m_names.append(folder.hasPicturesBelow ? NyFolderNameParser::parse(folder.name) : NyFolderName());
         lookInside();
     }
 
-    QList<NyEventFolderClassificationResult> results(const Place& place, const NyEventFolderClassificationResult& defaultResult);
+    QList<NyEventFolderClassificationResult> results(const Place &place, const NyEventFolderClassificationResult &defaultResult);
 
     /** The verdict on a folder by its name and place alone. */
-    static Verdict verdictByName(const NyFolderName& name, const Place& place);
-    static Place placeBelow(const NyFolderName& name, Kind kind, bool isUndecided, const Place& place);
+    static Verdict verdictByName(const NyFolderName &name, const Place &place);
+    static Place placeBelow(const NyFolderName &name, Kind kind, bool isUndecided, const Place &place);
 
 private:
-    struct Inside {
+    struct Inside
+    {
         bool onlyLoose = true; ///< all folders below are loose ones
         bool isCollection = false; ///< an undated title over several years, or over events far apart
         bool hasTitled = false; ///< a titled folder directly in it
@@ -91,18 +98,18 @@ private:
         QDate lastDay;
 
         void addYears(int first, int last);
-        void addDays(const QDate& first, const QDate& last);
+        void addDays(const QDate &first, const QDate &last);
     };
 
     void lookInside();
-    Verdict verdict(int index, const Place& place) const;
+    Verdict verdict(int index, const Place &place) const;
     Verdict verdictByContents(int index) const;
-    void addLooseFolders(int index, QList<int>* folders) const;
+    void addLooseFolders(int index, QList<int> *folders) const;
 
-    static Verdict verdictInEvent(const NyFolderName& name, const Place& place);
-    static Verdict verdictByNumber(const NyFolderName& name, const Place& place);
+    static Verdict verdictInEvent(const NyFolderName &name, const Place &place);
+    static Verdict verdictByNumber(const NyFolderName &name, const Place &place);
 
-    const NyFolderTree& m_tree;
+    const NyFolderTree &m_tree;
     const bool m_startsAtRoot;
     QList<NyFolderName> m_names;
     std::vector<Inside> m_inside;
@@ -116,7 +123,7 @@ void Sorter::Inside::addYears(int first, int last)
     lastYear = qMax(lastYear, last);
 }
 
-void Sorter::Inside::addDays(const QDate& first, const QDate& last)
+void Sorter::Inside::addDays(const QDate &first, const QDate &last)
 {
     if (first.isValid() && (!firstDay.isValid() || first < firstDay))
         firstDay = first;
@@ -127,15 +134,15 @@ void Sorter::Inside::addDays(const QDate& first, const QDate& last)
 /** Gathers what the names of subfolders say about the folder above them. */
 void Sorter::lookInside()
 {
-    const QList<NyFolderTree::Folder>& folders = m_tree.folders();
+    const QList<NyFolderTree::Folder> &folders = m_tree.folders();
     m_inside.resize(size_t(folders.size()));
     for (qsizetype index = folders.size() - 1; index >= 0; --index) {
-        Inside& inside = m_inside[size_t(index)];
+        Inside &inside = m_inside[size_t(index)];
         for (const int child : folders.at(index).children) {
             if (!folders.at(child).hasPicturesBelow)
                 continue;
-            const NyFolderName& name = m_names.at(child);
-            const Inside& below = m_inside[size_t(child)];
+            const NyFolderName &name = m_names.at(child);
+            const Inside &below = m_inside[size_t(child)];
             inside.onlyLoose = inside.onlyLoose && isLoose(name) && below.onlyLoose;
             inside.hasTitled = inside.hasTitled || (name.hasTitle() && (name.nature == Nature::Plain || name.nature == Nature::Project));
             inside.hasUnitsOfYears = inside.hasUnitsOfYears || (name.dateForm == DateForm::Year && !name.hasTitle()) || below.isCollection;
@@ -152,13 +159,13 @@ void Sorter::lookInside()
         }
         const bool farApart = inside.firstYear != inside.lastYear
             || (inside.firstDay.isValid() && inside.lastDay.isValid() && inside.firstDay.daysTo(inside.lastDay) > LongestEventDays);
-        const NyFolderName& own = m_names.at(index);
+        const NyFolderName &own = m_names.at(index);
         inside.isCollection = own.hasTitle() && own.dateForm == DateForm::None && own.nature == Nature::Plain
             && (inside.hasUnitsOfYears || farApart || (own.isCategory && !inside.onlyLoose));
     }
 }
 
-Verdict Sorter::verdictByNumber(const NyFolderName& name, const Place& place)
+Verdict Sorter::verdictByNumber(const NyFolderName &name, const Place &place)
 {
     const int first = name.number;
     const int second = name.secondNumber;
@@ -167,7 +174,9 @@ Verdict Sorter::verdictByNumber(const NyFolderName& name, const Place& place)
         const bool firstIsDay = name.numberDigits <= 2 && QDate::isValid(year, place.month, first);
         if (second < 0 && firstIsDay)
             return {Kind::Day};
-        if (second > 0 && ((first == place.month && QDate::isValid(year, first, second)) || (second == place.month && QDate::isValid(year, second, first))))
+        if (second > 0
+            && ((first == place.month && QDate::isValid(year, first, second))
+                || (second == place.month && QDate::isValid(year, second, first))))
             return {Kind::Day};
         if (second > first && firstIsDay && QDate::isValid(year, place.month, second))
             return {Kind::Event};
@@ -183,7 +192,7 @@ Verdict Sorter::verdictByNumber(const NyFolderName& name, const Place& place)
 }
 
 /** Parts of an event belong to it: they are days, or nothing of their own. */
-Verdict Sorter::verdictInEvent(const NyFolderName& name, const Place& place)
+Verdict Sorter::verdictInEvent(const NyFolderName &name, const Place &place)
 {
     if (name.nature == Nature::Project)
         return {Kind::Project};
@@ -211,7 +220,7 @@ Verdict Sorter::verdictInEvent(const NyFolderName& name, const Place& place)
     }
 }
 
-Verdict Sorter::verdictByName(const NyFolderName& name, const Place& place)
+Verdict Sorter::verdictByName(const NyFolderName &name, const Place &place)
 {
     if (name.nature == Nature::Source)
         return {Kind::Unknown};
@@ -254,11 +263,11 @@ Verdict Sorter::verdictByName(const NyFolderName& name, const Place& place)
     return {Kind::Unknown, true};
 }
 
-Verdict Sorter::verdict(int index, const Place& place) const
+Verdict Sorter::verdict(int index, const Place &place) const
 {
-    const NyFolderTree::Folder& folder = m_tree.folders().at(index);
-    const NyFolderName& name = m_names.at(index);
-    const Inside& inside = m_inside[size_t(index)];
+    const NyFolderTree::Folder &folder = m_tree.folders().at(index);
+    const NyFolderName &name = m_names.at(index);
+    const Inside &inside = m_inside[size_t(index)];
     if (index == 0 && m_startsAtRoot)
         return inside.onlyLoose ? verdictByContents(index) : Verdict{Kind::Unknown};
 
@@ -270,7 +279,9 @@ Verdict Sorter::verdict(int index, const Place& place) const
             return {Kind::Unknown};
         // A stretch of the calendar with events in it sorts them, as a month does.
         const bool stretch = !name.hasTitle()
-            && (name.dateForm == DateForm::Period || (name.dateForm == DateForm::Range && name.firstDay().isValid() && name.firstDay().daysTo(name.lastDay()) > LongestEventDays));
+            && (name.dateForm == DateForm::Period
+                || (name.dateForm == DateForm::Range && name.firstDay().isValid()
+                    && name.firstDay().daysTo(name.lastDay()) > LongestEventDays));
         if (stretch && inside.hasTitled)
             return {Kind::Unknown};
     }
@@ -282,7 +293,7 @@ Verdict Sorter::verdict(int index, const Place& place) const
     return verdict;
 }
 
-void Sorter::addLooseFolders(int index, QList<int>* folders) const
+void Sorter::addLooseFolders(int index, QList<int> *folders) const
 {
     if (m_tree.folders().at(index).hasOwnPictures)
         folders->append(index);
@@ -322,7 +333,7 @@ Verdict Sorter::verdictByContents(int index) const
     return {earliest.secsTo(latest) <= EventSpanSeconds ? Kind::Event : Kind::Year};
 }
 
-Place Sorter::placeBelow(const NyFolderName& name, Kind kind, bool isUndecided, const Place& place)
+Place Sorter::placeBelow(const NyFolderName &name, Kind kind, bool isUndecided, const Place &place)
 {
     Place below = place;
     switch (kind) {
@@ -363,17 +374,17 @@ Place Sorter::placeBelow(const NyFolderName& name, Kind kind, bool isUndecided, 
     return below;
 }
 
-QList<NyEventFolderClassificationResult> Sorter::results(const Place& start, const NyEventFolderClassificationResult& defaultResult)
+QList<NyEventFolderClassificationResult> Sorter::results(const Place &start, const NyEventFolderClassificationResult &defaultResult)
 {
     QList<NyEventFolderClassificationResult> results;
-    const QList<NyFolderTree::Folder>& folders = m_tree.folders();
+    const QList<NyFolderTree::Folder> &folders = m_tree.folders();
     if (folders.isEmpty())
         return results;
     std::vector<std::pair<int, Place>> pending{{0, start}};
     while (!pending.empty()) {
         const auto [index, place] = pending.back();
         pending.pop_back();
-        const NyFolderTree::Folder& folder = folders.at(index);
+        const NyFolderTree::Folder &folder = folders.at(index);
         if (!folder.hasPicturesBelow)
             continue;
         const bool isRoot = index == 0 && m_startsAtRoot;
@@ -398,14 +409,15 @@ QList<NyEventFolderClassificationResult> Sorter::results(const Place& start, con
 
 } // namespace
 
-NyQuilloEventClassifier::NyQuilloEventClassifier(const QFileInfo& startFolder)
+NyQuilloEventClassifier::NyQuilloEventClassifier(const QFileInfo &startFolder)
     : m_startFolder(startFolder)
 {
 }
 
 NyQuilloEventClassifier::~NyQuilloEventClassifier() = default;
 
-QList<NyEventFolderClassificationResult> NyQuilloEventClassifier::eventFolderTypes(const QFileInfo& folder, const NyEventFolderClassificationResult& defaultResult)
+QList<NyEventFolderClassificationResult> NyQuilloEventClassifier::eventFolderTypes(
+    const QFileInfo &folder, const NyEventFolderClassificationResult &defaultResult)
 {
     const QString path = folder.absoluteFilePath();
     if (path.isEmpty())
@@ -419,7 +431,7 @@ QList<NyEventFolderClassificationResult> NyQuilloEventClassifier::eventFolderTyp
     if (isBelowStart) {
         QStringList names = cleanPath.mid(startPrefix.size()).split(QLatin1Char('/'));
         names.removeLast();
-        for (const QString& name : std::as_const(names)) {
+        for (const QString &name : std::as_const(names)) {
             const NyFolderName parsed = NyFolderNameParser::parse(name);
             const Verdict verdict = Sorter::verdictByName(parsed, place);
             place = Sorter::placeBelow(parsed, verdict.kind, verdict.isUndecided, place);

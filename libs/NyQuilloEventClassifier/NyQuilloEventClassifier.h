@@ -9,15 +9,16 @@
 /**
  * Tells what the folders of a picture collection are: years, months, days, events, long-running projects, or none of these.
  *
- * Names decide first, then a folder's place in the tree, then what lies inside it. Has no state but the start folder, and may be used on any
- * thread.
+ * Names decide first, then a folder's place in the tree, then what lies inside it. Has no state but the start folder, and may be used on
+ * any thread.
  */
-class NYQUILLOEVENTCLASSIFIER_EXPORT NyQuilloEventClassifier {
+class NYQUILLOEVENTCLASSIFIER_EXPORT NyQuilloEventClassifier
+{
 public:
     /** @param startFolder the root of the collection: it bounds what counts as a folder's place in the tree. */
-    explicit NyQuilloEventClassifier(const QFileInfo& startFolder);
-    NyQuilloEventClassifier(const NyQuilloEventClassifier&) = default;
-    NyQuilloEventClassifier& operator=(const NyQuilloEventClassifier&) = default;
+    explicit NyQuilloEventClassifier(const QFileInfo &startFolder);
+    NyQuilloEventClassifier(const NyQuilloEventClassifier &) = default;
+    NyQuilloEventClassifier &operator=(const NyQuilloEventClassifier &) = default;
     virtual ~NyQuilloEventClassifier();
 
     /**
@@ -37,7 +38,8 @@ public:
      * Folders that cannot be read give a warning and no entries. Names that are not valid UTF-8 cannot be passed on
      * and are left out. Blocks while it reads the disk.
      */
-    QList<NyEventFolderClassificationResult> eventFolderTypes(const QFileInfo& folder, const NyEventFolderClassificationResult& defaultResult);
+    QList<NyEventFolderClassificationResult> eventFolderTypes(
+        const QFileInfo &folder, const NyEventFolderClassificationResult &defaultResult);
 
 private:
     QFileInfo m_startFolder;

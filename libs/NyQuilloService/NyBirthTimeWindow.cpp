@@ -2,7 +2,8 @@
 
 #include <QtCore/QDateTime>
 
-namespace {
+namespace
+{
 
 qint64 startOfDayMs(QDate day)
 {
@@ -17,7 +18,7 @@ qint64 startOfDayMs(QDate day)
 
 } // namespace
 
-NyBirthTimeWindow::NyBirthTimeWindow(const NyDateRange& range)
+NyBirthTimeWindow::NyBirthTimeWindow(const NyDateRange &range)
     : m_range(range)
     , m_hasBothEnds(range.from().isValid() && range.to().isValid())
 {

@@ -11,11 +11,12 @@
  *
  * The days' first moments are computed once, in the system's time zone: a day may begin later than 00:00 or have 23 or 25 hours.
  */
-class NYQUILLOSERVICE_EXPORT NyBirthTimeWindow {
+class NYQUILLOSERVICE_EXPORT NyBirthTimeWindow
+{
 public:
     enum class Verdict { Inside, After, Outside };
 
-    explicit NyBirthTimeWindow(const NyDateRange& range);
+    explicit NyBirthTimeWindow(const NyDateRange &range);
 
     /** @p birthTimeMs is in ms since 1970-01-01 UTC. After means: on a later day than the range's last. */
     Verdict verdict(qint64 birthTimeMs) const

@@ -11,19 +11,20 @@
 #include "NyEventFileGrouping.h"
 #include "NyQuilloServiceConfig.h"
 
-namespace {
+namespace
+{
 
 // In the mode that combines both kinds, an event spread over no more folders than this gives way to a year.
 constexpr int MostFoldersOfThinEvent = 2;
 
-QString kindText(const NyEventFolderType& kind)
+QString kindText(const NyEventFolderType &kind)
 {
     return kind.enumToStringTable()->encodeCSV(kind.value());
 }
 
 } // namespace
 
-NyEventFinder::NyEventFinder(const NyRecentFileResult& recentFileResult)
+NyEventFinder::NyEventFinder(const NyRecentFileResult &recentFileResult)
     : m_recentFileResult(recentFileResult)
 {
 }
@@ -44,8 +45,8 @@ NyRecentFileResult NyEventFinder::findEvent()
     if (takeYear)
         result = findFittingEvent(m_recentFileResult, NyEventFolderType(NyEventFolderTypeEnum::Year));
 
-    qInfo() << "Final Classic Result" << kindText(result.eventFolderType()) << result.files().size() << "; takeYear = "
-            << (takeYear ? "true" : "false") << "; takeAll = "
+    qInfo() << "Final Classic Result" << kindText(result.eventFolderType()) << result.files().size()
+            << "; takeYear = " << (takeYear ? "true" : "false") << "; takeAll = "
             << "false";
     return result;
 }
@@ -59,11 +60,10 @@ void NyEventFinder::initEventFolderClassificationList()
 {
     const QFileInfo startFolder(m_recentFileResult.startDirectory());
     m_recentFileResult.excludePreviouslyUsedFotos();
-    qDebug() << m_recentFileResult.relevantDateRange().dateDescription(QDate::currentDate()) << "found"
-             << m_recentFileResult.count();
+    qDebug() << m_recentFileResult.relevantDateRange().dateDescription(QDate::currentDate()) << "found" << m_recentFileResult.count();
     NyQuilloEventClassifier classifier(startFolder);
-    m_eventFolderClassificationList = NyEventFolderClassificationResultList(
-        classifier.eventFolderTypes(startFolder, NyEventFolderClassificationResult()));
+    m_eventFolderClassificationList
+        = NyEventFolderClassificationResultList(classifier.eventFolderTypes(startFolder, NyEventFolderClassificationResult()));
     logEventFolderTypeStatistics();
 }
 
@@ -75,7 +75,7 @@ void NyEventFinder::logEventFolderTypeStatistics()
     int days = 0;
     int projects = 0;
     int unknowns = 0;
-    for (const NyEventFolderClassificationResult& folder : std::as_const(m_eventFolderClassificationList)) {
+    for (const NyEventFolderClassificationResult &folder : std::as_const(m_eventFolderClassificationList)) {
         switch (folder.classification().value()) {
         case NyEventFolderTypeEnum::Year:
             ++years;
@@ -115,20 +115,19 @@ void NyEventFinder::logEventFolderTypeStatistics()
     qInfo() << counts;
 }
 
-NyRecentFileResult NyEventFinder::findFittingEvent(const NyRecentFileResult& recentFiles, const NyEventFolderType& kind)
+NyRecentFileResult NyEventFinder::findFittingEvent(const NyRecentFileResult &recentFiles, const NyEventFolderType &kind)
 {
     const NyEventFolderClassificationResultList eventsOfKind = m_eventFolderClassificationList.filtered(kind);
     qDebug() << "\n" << eventsOfKind.toString();
 
-    const NyEventFileGrouping::FilesOfEvents filesOfEvent
-        = NyEventFileGrouping::filesOfEvents(recentFiles.files(), eventsOfKind);
+    const NyEventFileGrouping::FilesOfEvents filesOfEvent = NyEventFileGrouping::filesOfEvents(recentFiles.files(), eventsOfKind);
 
     NyEventFolderClassificationResult selected;
     QList<QFileInfo> selectedFiles;
     int maxCount = 0;
     // All files of a folder follow each other in the hash. The log has one line a file, as a walk over the hash's keys gives it.
     for (auto file = filesOfEvent.cbegin(); file != filesOfEvent.cend();) {
-        const NyEventFolderClassificationResult& event = file.key();
+        const NyEventFolderClassificationResult &event = file.key();
         const auto firstFile = file;
         int count = 0;
         for (; file != filesOfEvent.cend() && file.key() == event; ++file)
@@ -139,13 +138,13 @@ NyRecentFileResult NyEventFinder::findFittingEvent(const NyRecentFileResult& rec
         if (count <= maxCount)
             continue;
         selectedFiles.clear();
-        std::for_each(firstFile, file, [&selectedFiles](const QFileInfo& info) { selectedFiles.append(info); });
+        std::for_each(firstFile, file, [&selectedFiles](const QFileInfo &info) { selectedFiles.append(info); });
         selected = event;
         maxCount = count;
     }
 
     qInfo() << "Chosen: " << selected.directory() << kindText(selected.classification()) << selectedFiles.size()
             << selected.occasionInformation().description();
-    return NyRecentFileResult(selectedFiles, recentFiles.relevantDateRange(), 0, selected,
-        NySingleton<NyQuilloServiceConfig>::instance().designStyleIds());
+    return NyRecentFileResult(
+        selectedFiles, recentFiles.relevantDateRange(), 0, selected, NySingleton<NyQuilloServiceConfig>::instance().designStyleIds());
 }

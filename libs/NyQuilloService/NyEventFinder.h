@@ -12,9 +12,10 @@
  *
  * One object serves one search, on the thread that searches. Errors are not reported: what cannot be read is not found.
  */
-class NYQUILLOSERVICE_EXPORT NyEventFinder {
+class NYQUILLOSERVICE_EXPORT NyEventFinder
+{
 public:
-    explicit NyEventFinder(const NyRecentFileResult& recentFileResult);
+    explicit NyEventFinder(const NyRecentFileResult &recentFileResult);
     virtual ~NyEventFinder();
 
     /**
@@ -31,7 +32,7 @@ public:
      * The folder of the kind that holds the most of the files, with those files, last in the list first. A file counts for every
      * folder whose path its own path begins with. Without such a folder the result has no files.
      */
-    NyRecentFileResult findFittingEvent(const NyRecentFileResult& recentFiles, const NyEventFolderType& kind);
+    NyRecentFileResult findFittingEvent(const NyRecentFileResult &recentFiles, const NyEventFolderType &kind);
 
 private:
     Q_DISABLE_COPY_MOVE(NyEventFinder)

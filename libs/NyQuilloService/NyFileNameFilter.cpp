@@ -4,17 +4,19 @@
 
 #include <QtCore/QString>
 
-namespace {
+namespace
+{
 
 constexpr int MaximumPackedExtension = 8;
 
 /** Gives a name's characters from its end, folded, as long as they are ASCII or fold to ASCII. */
-class BackwardReader {
+class BackwardReader
+{
 public:
     static constexpr unsigned char NotAscii = 0xff;
 
     explicit BackwardReader(QByteArrayView name)
-        : m_begin(reinterpret_cast<const unsigned char*>(name.data()))
+        : m_begin(reinterpret_cast<const unsigned char *>(name.data()))
         , m_position(m_begin + name.size())
     {
     }
@@ -39,8 +41,8 @@ public:
     }
 
 private:
-    const unsigned char* m_begin;
-    const unsigned char* m_position;
+    const unsigned char *m_begin;
+    const unsigned char *m_position;
 };
 
 /** The packed ending behind the last dot; 0 when there is no dot or the ending does not fit or is not ASCII. */
@@ -59,7 +61,7 @@ quint64 packedExtension(QByteArrayView name)
     return 0;
 }
 
-bool endsWithFolded(QByteArrayView name, const std::string& suffix)
+bool endsWithFolded(QByteArrayView name, const std::string &suffix)
 {
     BackwardReader reader(name);
     for (auto expected = suffix.crbegin(); expected != suffix.crend(); ++expected) {
@@ -70,29 +72,28 @@ bool endsWithFolded(QByteArrayView name, const std::string& suffix)
 }
 
 /** Whether the pattern is one star and plain ASCII text behind it. */
-bool isSuffixPattern(const QString& pattern)
+bool isSuffixPattern(const QString &pattern)
 {
     if (pattern.size() < 2 || pattern.front() != u'*')
         return false;
-    return std::all_of(pattern.cbegin() + 1, pattern.cend(), [](QChar c) {
-        return c > u' ' && c < QChar(0x7f) && c != u'*' && c != u'?' && c != u'[' && c != u']' && c != u'\\' && c != u'/';
-    });
+    return std::all_of(pattern.cbegin() + 1, pattern.cend(),
+        [](QChar c) { return c > u' ' && c < QChar(0x7f) && c != u'*' && c != u'?' && c != u'[' && c != u']' && c != u'\\' && c != u'/'; });
 }
 
 } // namespace
 
-NyFileNameFilter::NyFileNameFilter(const QStringList& patterns)
+NyFileNameFilter::NyFileNameFilter(const QStringList &patterns)
     : m_matchesEverything(patterns.isEmpty() || patterns.contains(QStringLiteral("*")))
 {
-    for (const QString& pattern : patterns) {
+    for (const QString &pattern : patterns) {
         if (!isSuffixPattern(pattern)) {
             m_expressions.push_back(QRegularExpression::fromWildcard(pattern, Qt::CaseInsensitive));
             m_expressions.back().optimize();
             continue;
         }
         const QByteArray suffix = pattern.sliced(1).toLower().toLatin1();
-        const bool isPlainExtension = suffix.front() == '.' && suffix.size() > 1
-            && suffix.size() <= MaximumPackedExtension + 1 && suffix.count('.') == 1;
+        const bool isPlainExtension
+            = suffix.front() == '.' && suffix.size() > 1 && suffix.size() <= MaximumPackedExtension + 1 && suffix.count('.') == 1;
         if (isPlainExtension)
             m_extensions.push_back(packedExtension(suffix));
         else
@@ -110,7 +111,7 @@ bool NyFileNameFilter::matches(QByteArrayView utf8Name) const
         if (extension && std::binary_search(m_extensions.cbegin(), m_extensions.cend(), extension))
             return true;
     }
-    for (const std::string& suffix : m_suffixes) {
+    for (const std::string &suffix : m_suffixes) {
         if (endsWithFolded(utf8Name, suffix))
             return true;
     }
@@ -118,5 +119,5 @@ bool NyFileNameFilter::matches(QByteArrayView utf8Name) const
         return false;
     const QString name = QString::fromUtf8(utf8Name);
     return std::any_of(m_expressions.cbegin(), m_expressions.cend(),
-        [&name](const QRegularExpression& expression) { return expression.match(name).hasMatch(); });
+        [&name](const QRegularExpression &expression) { return expression.match(name).hasMatch(); });
 }

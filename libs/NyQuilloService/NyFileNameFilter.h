@@ -16,9 +16,10 @@
  * Patterns of the form "*.jpg" are compared as bytes, every other form through a regular expression made once. Immutable
  * after construction; may be read from any thread.
  */
-class NYQUILLOSERVICE_EXPORT NyFileNameFilter {
+class NYQUILLOSERVICE_EXPORT NyFileNameFilter
+{
 public:
-    explicit NyFileNameFilter(const QStringList& patterns);
+    explicit NyFileNameFilter(const QStringList &patterns);
 
     /** @p utf8Name is a file name as the file system gives it, without a folder. */
     bool matches(QByteArrayView utf8Name) const;

@@ -18,7 +18,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringView>
 
-namespace {
+namespace
+{
 
 // Below that many files, asking for each is cheaper than reading the whole folder.
 constexpr int FilesWorthAListing = 4;
@@ -26,24 +27,27 @@ constexpr int FilesWorthAListing = 4;
 constexpr qsizetype MaximumPlainPathLength = 1000;
 
 /** Paths that Qt may resolve by other means than the file system's, and those that equal nothing. */
-bool isSpecial(const QString& path)
+bool isSpecial(const QString &path)
 {
     return path.isEmpty() || path.contains(QChar(u'\0')) || (path.front() != u'/' && path.contains(QLatin1Char(':')));
 }
 
-struct Free {
-    void operator()(char* memory) const { std::free(memory); }
+struct Free
+{
+    void operator()(char *memory) const { std::free(memory); }
 };
 
-struct CloseDirectory {
-    void operator()(DIR* directory) const { ::closedir(directory); }
+struct CloseDirectory
+{
+    void operator()(DIR *directory) const { ::closedir(directory); }
 };
 
 /** Canonical paths of many files, the same that QFileInfo::canonicalFilePath() gives. Files must exist. */
-class CanonicalPaths {
+class CanonicalPaths
+{
 public:
     /** Announces a file, so that it is known how many lie in a folder. The path's characters must stay where they are. */
-    void announce(const QString& path)
+    void announce(const QString &path)
     {
         const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
         if (slash >= 0)
@@ -51,14 +55,13 @@ public:
     }
 
     /** What is returned lasts until the next call. */
-    const QString& canonicalPath(const QFileInfo& file, const QString& path)
+    const QString &canonicalPath(const QFileInfo &file, const QString &path)
     {
         const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
         const QStringView name = QStringView(path).sliced(slash + 1);
-        if (slash < 0 || path.size() > MaximumPlainPathLength || name.isEmpty() || name == u"." || name == u".."
-            || !path.isValidUtf16())
+        if (slash < 0 || path.size() > MaximumPlainPathLength || name.isEmpty() || name == u"." || name == u".." || !path.isValidUtf16())
             return m_canonical = file.canonicalFilePath();
-        Folder& parent = folder(QStringView(path).first(slash));
+        Folder &parent = folder(QStringView(path).first(slash));
         if (!parent.isRead)
             read(parent, path.first(slash));
         if (!parent.isUsable || mayBeLink(parent, path, name))
@@ -72,7 +75,8 @@ public:
     }
 
 private:
-    struct Folder {
+    struct Folder
+    {
         int fileCount = 0;
         bool isRead = false;
         bool isUsable = false;
@@ -81,7 +85,7 @@ private:
         QSet<QString> links; // only when listed
     };
 
-    Folder& folder(QStringView path)
+    Folder &folder(QStringView path)
     {
         // Photos of one folder mostly follow each other.
         if (m_last && path == m_lastPath)
@@ -91,7 +95,7 @@ private:
         return *m_last;
     }
 
-    static void read(Folder& folder, const QString& path)
+    static void read(Folder &folder, const QString &path)
     {
         folder.isRead = true;
         const QByteArray nativePath = path.isEmpty() ? QByteArrayLiteral("/") : QFile::encodeName(path);
@@ -109,14 +113,14 @@ private:
             listLinks(folder, resolved.get());
     }
 
-    static void listLinks(Folder& folder, const char* nativePath)
+    static void listLinks(Folder &folder, const char *nativePath)
     {
         const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(nativePath));
         if (!directory)
             return;
         for (;;) {
             errno = 0;
-            const struct dirent64* entry = ::readdir64(directory.get());
+            const struct dirent64 *entry = ::readdir64(directory.get());
             if (!entry)
                 break;
             if (entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN)
@@ -125,7 +129,7 @@ private:
         folder.isListed = errno == 0;
     }
 
-    static bool mayBeLink(const Folder& folder, const QString& path, QStringView name)
+    static bool mayBeLink(const Folder &folder, const QString &path, QStringView name)
     {
         if (folder.isListed)
             return !folder.links.isEmpty() && folder.links.contains(name.toString());
@@ -133,23 +137,25 @@ private:
         return ::lstat(QFile::encodeName(path).constData(), &status) != 0 || S_ISLNK(status.st_mode);
     }
 
-    struct Hash {
+    struct Hash
+    {
         std::size_t operator()(QStringView path) const { return qHash(path); }
     };
 
     std::unordered_map<QStringView, Folder, Hash> m_folders;
-    Folder* m_last = nullptr;
+    Folder *m_last = nullptr;
     QStringView m_lastPath;
     QString m_canonical;
 };
 
 /** Places in the list, front to back. */
-class Places {
+class Places
+{
 public:
     void append(qsizetype place) { m_places.push_back(place); }
 
     /** The first place that is not removed yet; @p end when there is none. */
-    qsizetype first(const std::vector<bool>& removed, qsizetype end)
+    qsizetype first(const std::vector<bool> &removed, qsizetype end)
     {
         while (m_next < m_places.size() && removed[std::size_t(m_places[m_next])])
             ++m_next;
@@ -161,31 +167,32 @@ private:
     std::size_t m_next = 0;
 };
 
-struct PlacesOfPath {
+struct PlacesOfPath
+{
     Places given; // of files with this path
     Places canonical; // of files with this canonical path
 };
 
 } // namespace
 
-void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QFileInfo>& unwanted)
+void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo> &files, const QList<QFileInfo> &unwanted)
 {
     if (files.isEmpty() || unwanted.isEmpty())
         return;
 
     QList<QString> unwantedPaths;
     unwantedPaths.reserve(unwanted.size());
-    for (const QFileInfo& file : unwanted)
+    for (const QFileInfo &file : unwanted)
         unwantedPaths.append(file.filePath());
     QList<QString> paths;
     paths.reserve(files.size());
-    for (const QFileInfo& file : std::as_const(files))
+    for (const QFileInfo &file : std::as_const(files))
         paths.append(file.filePath());
 
     CanonicalPaths canonicalPaths;
-    for (const QString& path : std::as_const(unwantedPaths))
+    for (const QString &path : std::as_const(unwantedPaths))
         canonicalPaths.announce(path);
-    for (const QString& path : std::as_const(paths))
+    for (const QString &path : std::as_const(paths))
         canonicalPaths.announce(path);
 
     // Only what is unwanted is indexed; the files are then looked up one by one.
@@ -197,15 +204,15 @@ void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QF
             continue;
         const bool exists = unwanted.at(i).exists();
         someAreGone = someAreGone || !exists;
-        unwantedCanonicalPaths[i] = exists ? canonicalPaths.canonicalPath(unwanted.at(i), unwantedPaths.at(i))
-                                           : unwanted.at(i).canonicalFilePath();
+        unwantedCanonicalPaths[i]
+            = exists ? canonicalPaths.canonicalPath(unwanted.at(i), unwantedPaths.at(i)) : unwanted.at(i).canonicalFilePath();
         places.insert(unwantedPaths.at(i), {});
         places.insert(unwantedCanonicalPaths.at(i), {});
     }
 
     std::vector<qsizetype> specialPlaces;
     for (qsizetype i = 0; i < files.size(); ++i) {
-        const QString& path = paths.at(i);
+        const QString &path = paths.at(i);
         if (isSpecial(path)) {
             specialPlaces.push_back(i);
             continue;
@@ -215,7 +222,7 @@ void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QF
             ofPath->given.append(i);
         // A file that is gone equals only those that are gone too, so its existence matters only beside such ones.
         const QString asked = someAreGone ? files.at(i).canonicalFilePath() : QString();
-        const QString& canonical = someAreGone ? asked : canonicalPaths.canonicalPath(files.at(i), path);
+        const QString &canonical = someAreGone ? asked : canonicalPaths.canonicalPath(files.at(i), path);
         const auto ofCanonical = &canonical == &path ? ofPath : places.find(canonical);
         if (ofCanonical != places.end())
             ofCanonical->canonical.append(i);
@@ -223,7 +230,7 @@ void NyFirstEqualFileRemover::removeFrom(QList<QFileInfo>& files, const QList<QF
 
     std::vector<bool> removed(std::size_t(files.size()), false);
     const auto firstEqual = [&](qsizetype unwantedIndex) {
-        const QFileInfo& file = unwanted.at(unwantedIndex);
+        const QFileInfo &file = unwanted.at(unwantedIndex);
         const qsizetype end = files.size();
         if (isSpecial(unwantedPaths.at(unwantedIndex))) {
             for (qsizetype i = 0; i < end; ++i) {

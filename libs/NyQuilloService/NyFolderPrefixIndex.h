@@ -14,15 +14,17 @@
  * Prefixes of the text, that is: without a separator behind them, so that /p/summer is one of /p/summer2/a.jpg, and with regard to case.
  * Immutable after construction.
  */
-class NYQUILLOSERVICE_EXPORT NyFolderPrefixIndex {
+class NYQUILLOSERVICE_EXPORT NyFolderPrefixIndex
+{
 public:
-    explicit NyFolderPrefixIndex(const QList<QString>& folderPaths);
+    explicit NyFolderPrefixIndex(const QList<QString> &folderPaths);
 
     /** The positions in the list given to the constructor, ascending; a path that stands there twice gives both. */
-    const std::vector<int>& positionsOfPrefixes(QStringView filePath) const;
+    const std::vector<int> &positionsOfPrefixes(QStringView filePath) const;
 
 private:
-    struct Entry {
+    struct Entry
+    {
         QString path;
         // The next shorter entry that is a prefix of this one; -1 when there is none.
         int nextShorter = -1;

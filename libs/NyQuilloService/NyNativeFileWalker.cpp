@@ -16,25 +16,26 @@
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
 
-namespace {
+namespace
+{
 
 constexpr std::size_t ListingBufferBytes = 128 * 1024;
 constexpr qsizetype MaximumReportedNames = 10;
 
 /** In ms since 1970-01-01 UTC, rounded down as QFileInfo does; 0 where the file system records no birth time. */
-qint64 birthTimeMs(const struct statx& status)
+qint64 birthTimeMs(const struct statx &status)
 {
     if (!(status.stx_mask & STATX_BTIME))
         return 0;
     return qint64(status.stx_btime.tv_sec) * 1000 + status.stx_btime.tv_nsec / 1000000;
 }
 
-std::pair<quint64, quint64> fileId(const struct statx& status)
+std::pair<quint64, quint64> fileId(const struct statx &status)
 {
     return {(quint64(status.stx_dev_major) << 32) | status.stx_dev_minor, status.stx_ino};
 }
 
-unsigned char typeOf(int descriptor, const char* name)
+unsigned char typeOf(int descriptor, const char *name)
 {
     struct statx status;
     if (::statx(descriptor, name, AT_SYMLINK_NOFOLLOW, STATX_TYPE, &status) != 0)
@@ -47,7 +48,7 @@ bool isAscii(std::string_view text)
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-QString escaped(const QByteArray& name)
+QString escaped(const QByteArray &name)
 {
     QString text;
     for (const char c : name) {
@@ -60,7 +61,7 @@ QString escaped(const QByteArray& name)
     return text;
 }
 
-QString withSeparatorAtEnd(const QString& path)
+QString withSeparatorAtEnd(const QString &path)
 {
     return path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/');
 }
@@ -69,15 +70,14 @@ QString withSeparatorAtEnd(const QString& path)
 
 bool NyNativeFileWalker::Step::contains(FileId folder) const
 {
-    for (const Step* step = this; step; step = step->above) {
+    for (const Step *step = this; step; step = step->above) {
         if (step->id == folder)
             return true;
     }
     return false;
 }
 
-NyNativeFileWalker::NyNativeFileWalker(
-    const NyFileNameFilter& filter, const NyBirthTimeWindow& window, QSet<QString>* reportedFolders)
+NyNativeFileWalker::NyNativeFileWalker(const NyFileNameFilter &filter, const NyBirthTimeWindow &window, QSet<QString> *reportedFolders)
     : m_filter(filter)
     , m_window(window)
     , m_reportedFolders(reportedFolders)
@@ -85,14 +85,14 @@ NyNativeFileWalker::NyNativeFileWalker(
 {
 }
 
-bool NyNativeFileWalker::canWalk(const QString& path)
+bool NyNativeFileWalker::canWalk(const QString &path)
 {
     if (path.isEmpty() || path.contains(QChar(u'\0')))
         return false;
     return path.startsWith(QLatin1Char('/')) || !path.contains(QLatin1Char(':'));
 }
 
-void NyNativeFileWalker::walk(const QString& path)
+void NyNativeFileWalker::walk(const QString &path)
 {
     m_nativePath = QFile::encodeName(path).toStdString();
     walkFolder(path, nullptr, false);
@@ -100,11 +100,11 @@ void NyNativeFileWalker::walk(const QString& path)
 
 QList<QFileInfo> NyNativeFileWalker::takeFiles()
 {
-    std::sort(m_keptFiles.begin(), m_keptFiles.end(),
-        [this](const KeptFile& left, const KeptFile& right) { return isBefore(left, right); });
+    std::sort(
+        m_keptFiles.begin(), m_keptFiles.end(), [this](const KeptFile &left, const KeptFile &right) { return isBefore(left, right); });
     QList<QFileInfo> files;
     files.reserve(qsizetype(m_keptFiles.size()));
-    for (const KeptFile& file : m_keptFiles)
+    for (const KeptFile &file : m_keptFiles)
         files.emplace_back(path(file));
     m_keptFiles = {};
     m_keptPrefixes = {};
@@ -112,7 +112,7 @@ QList<QFileInfo> NyNativeFileWalker::takeFiles()
     return files;
 }
 
-bool NyNativeFileWalker::isBefore(const KeptFile& left, const KeptFile& right) const
+bool NyNativeFileWalker::isBefore(const KeptFile &left, const KeptFile &right) const
 {
     if (left.birthTimeMs != right.birthTimeMs)
         return left.birthTimeMs < right.birthTimeMs;
@@ -123,19 +123,19 @@ bool NyNativeFileWalker::isBefore(const KeptFile& left, const KeptFile& right) c
     return path(left) < path(right);
 }
 
-QString NyNativeFileWalker::path(const KeptFile& file) const
+QString NyNativeFileWalker::path(const KeptFile &file) const
 {
-    const QString& prefix = m_keptPrefixes[file.folder];
+    const QString &prefix = m_keptPrefixes[file.folder];
     const std::string_view name(m_keptNames.c_str() + file.name);
     if (!isAscii(name))
         return prefix + QString::fromUtf8(name.data(), qsizetype(name.size()));
     QString path(prefix.size() + qsizetype(name.size()), Qt::Uninitialized);
-    QChar* const end = std::copy(prefix.cbegin(), prefix.cend(), path.data());
+    QChar *const end = std::copy(prefix.cbegin(), prefix.cend(), path.data());
     std::transform(name.begin(), name.end(), end, [](char c) { return QLatin1Char(c); });
     return path;
 }
 
-void NyNativeFileWalker::walkFolder(const QString& path, const Step* above, bool isBehindLink)
+void NyNativeFileWalker::walkFolder(const QString &path, const Step *above, bool isBehindLink)
 {
     if (QCoreApplication::closingDown()) {
         m_isInterrupted = true;
@@ -143,7 +143,7 @@ void NyNativeFileWalker::walkFolder(const QString& path, const Step* above, bool
     }
     // Below the first folder every path is absolute and clean.
     const QString absolutePath = above ? path : QFileInfo(path).absoluteFilePath();
-    const auto& directories = NySingleton<NyDirectoryConfig>::instance();
+    const auto &directories = NySingleton<NyDirectoryConfig>::instance();
     const QStringView name = QStringView(absolutePath).sliced(absolutePath.lastIndexOf(QLatin1Char('/')) + 1);
     if (NyDirectoryConfig::isIgnorableFolderName(name) || directories.isOwnDataFolder(absolutePath))
         return;
@@ -192,7 +192,7 @@ bool NyNativeFileWalker::enterOften(FileId folder)
 }
 
 /** Reads all entries of the folder. Afterwards errno is 0 or tells why the reading ended early. */
-void NyNativeFileWalker::list(int descriptor, Listing& listing)
+void NyNativeFileWalker::list(int descriptor, Listing &listing)
 {
     for (;;) {
         const ssize_t bytes = ::getdents64(descriptor, m_buffer.data(), m_buffer.size());
@@ -202,7 +202,7 @@ void NyNativeFileWalker::list(int descriptor, Listing& listing)
             return;
         }
         for (ssize_t offset = 0; offset < bytes;) {
-            const auto* entry = reinterpret_cast<const struct dirent64*>(m_buffer.data() + offset);
+            const auto *entry = reinterpret_cast<const struct dirent64 *>(m_buffer.data() + offset);
             offset += entry->d_reclen;
             addEntry(descriptor, entry->d_name, entry->d_type, listing);
             if (listing.isIgnorable) {
@@ -213,7 +213,7 @@ void NyNativeFileWalker::list(int descriptor, Listing& listing)
     }
 }
 
-void NyNativeFileWalker::addEntry(int descriptor, const char* name, unsigned char type, Listing& listing)
+void NyNativeFileWalker::addEntry(int descriptor, const char *name, unsigned char type, Listing &listing)
 {
     if (name[0] == '.') {
         listing.isIgnorable = marksAsIgnorable(name, type, listing.absolutePath);
@@ -246,7 +246,7 @@ void NyNativeFileWalker::addEntry(int descriptor, const char* name, unsigned cha
         addFile(birthTimeMs(status), name, length, listing);
 }
 
-void NyNativeFileWalker::addLink(const char* name, Listing& listing)
+void NyNativeFileWalker::addLink(const char *name, Listing &listing)
 {
     // The whole path, not the name: the system's limits for links and lengths are those of a user of the path.
     const std::string path = pathOfEntry(name);
@@ -264,7 +264,7 @@ void NyNativeFileWalker::addLink(const char* name, Listing& listing)
         addFile(birthTimeMs(status), name, std::strlen(name), listing);
 }
 
-void NyNativeFileWalker::addFile(qint64 birthTimeMs, const char* name, std::size_t length, Listing& listing)
+void NyNativeFileWalker::addFile(qint64 birthTimeMs, const char *name, std::size_t length, Listing &listing)
 {
     if (birthTimeMs == 0)
         return;
@@ -281,15 +281,15 @@ void NyNativeFileWalker::addFile(qint64 birthTimeMs, const char* name, std::size
     m_keptNames.append(name, length + 1);
 }
 
-void NyNativeFileWalker::walkSubfolders(Listing& listing, const Step& step)
+void NyNativeFileWalker::walkSubfolders(Listing &listing, const Step &step)
 {
     std::sort(listing.subfolders.begin(), listing.subfolders.end(),
-        [](const Subfolder& left, const Subfolder& right) { return left.name < right.name; });
+        [](const Subfolder &left, const Subfolder &right) { return left.name < right.name; });
     const QString prefix = withSeparatorAtEnd(listing.absolutePath);
     const std::string presentPath = m_nativePath;
     // The first folder may have been given by a relative path; what lies below is reached by absolute ones.
     const std::string nativePrefix = step.above ? presentPath + '/' : QFile::encodeName(prefix).toStdString();
-    for (const Subfolder& subfolder : listing.subfolders) {
+    for (const Subfolder &subfolder : listing.subfolders) {
         m_nativePath = nativePrefix + subfolder.name;
         const QString path = prefix + QString::fromUtf8(subfolder.name.data(), qsizetype(subfolder.name.size()));
         if (subfolder.linkTarget && !mayFollow(subfolder, step))
@@ -302,7 +302,7 @@ void NyNativeFileWalker::walkSubfolders(Listing& listing, const Step& step)
     m_nativePath = presentPath;
 }
 
-bool NyNativeFileWalker::mayFollow(const Subfolder& link, const Step& step)
+bool NyNativeFileWalker::mayFollow(const Subfolder &link, const Step &step)
 {
     if (!step.contains(*link.linkTarget))
         return true;
@@ -311,7 +311,7 @@ bool NyNativeFileWalker::mayFollow(const Subfolder& link, const Step& step)
     return m_followedLoop->first == step.id && m_followedLoop->second == link.name;
 }
 
-bool NyNativeFileWalker::marksAsIgnorable(const char* name, unsigned char type, const QString& absoluteFolder)
+bool NyNativeFileWalker::marksAsIgnorable(const char *name, unsigned char type, const QString &absoluteFolder)
 {
     const QLatin1StringView text(name);
     if (text.size() <= 2)
@@ -319,8 +319,7 @@ bool NyNativeFileWalker::marksAsIgnorable(const char* name, unsigned char type, 
     if (type == DT_REG && NyDirectoryConfig::isIgnoreMarkerName(QString(text)))
         return true;
     // A link, or a file system that ignores case: the question by path decides.
-    return NyDirectoryConfig::isIgnoreMarkerName(QString(text).toLower())
-        && NyDirectoryConfig::hasIgnoreMarker(absoluteFolder);
+    return NyDirectoryConfig::isIgnoreMarkerName(QString(text).toLower()) && NyDirectoryConfig::hasIgnoreMarker(absoluteFolder);
 }
 
 std::string NyNativeFileWalker::pathOfEntry(std::string_view name) const
@@ -332,7 +331,7 @@ std::string NyNativeFileWalker::pathOfEntry(std::string_view name) const
     return path;
 }
 
-void NyNativeFileWalker::report(const QString& folder, const QString& fault)
+void NyNativeFileWalker::report(const QString &folder, const QString &fault)
 {
     if (m_reportedFolders->contains(folder))
         return;
@@ -340,14 +339,14 @@ void NyNativeFileWalker::report(const QString& folder, const QString& fault)
     qWarning() << "QUILLO_SERVICE: folder left out of the scan:" << folder << fault;
 }
 
-void NyNativeFileWalker::reportUndecodable(const QString& folder, const QByteArrayList& names)
+void NyNativeFileWalker::reportUndecodable(const QString &folder, const QByteArrayList &names)
 {
     if (m_reportedFolders->contains(folder))
         return;
     m_reportedFolders->insert(folder);
     QStringList texts;
-    for (const QByteArray& name : names.first(std::min(names.size(), MaximumReportedNames)))
+    for (const QByteArray &name : names.first(std::min(names.size(), MaximumReportedNames)))
         texts.append(escaped(name));
-    qWarning() << "QUILLO_SERVICE: names that are not valid UTF-8 left out of the scan:" << names.size() << "in" << folder
-               << "such as" << texts;
+    qWarning() << "QUILLO_SERVICE: names that are not valid UTF-8 left out of the scan:" << names.size() << "in" << folder << "such as"
+               << texts;
 }

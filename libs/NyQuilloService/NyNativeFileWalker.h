@@ -31,7 +31,8 @@
  *
  * One object serves one walk, on one thread. Closing down of the application ends the walk before the next folder.
  */
-class NYQUILLOSERVICE_EXPORT NyNativeFileWalker {
+class NYQUILLOSERVICE_EXPORT NyNativeFileWalker
+{
 public:
     static constexpr int MaximumVisitsBehindLinks = 64;
 
@@ -39,12 +40,12 @@ public:
      * @p reportedFolders holds the folders for which a fault was logged already; those found now are logged and
      * added. The arguments must outlive the walker.
      */
-    NyNativeFileWalker(const NyFileNameFilter& filter, const NyBirthTimeWindow& window, QSet<QString>* reportedFolders);
+    NyNativeFileWalker(const NyFileNameFilter &filter, const NyBirthTimeWindow &window, QSet<QString> *reportedFolders);
 
     /** False for paths that Qt may resolve in another way: resources, search paths and other prefixes with a colon. */
-    static bool canWalk(const QString& path);
+    static bool canWalk(const QString &path);
 
-    void walk(const QString& path);
+    void walk(const QString &path);
 
     /** The kept files, oldest birth time first, by path where it is the same. Empties the walker. */
     QList<QFileInfo> takeFiles();
@@ -58,24 +59,28 @@ public:
 private:
     using FileId = std::pair<quint64, quint64>; // device, inode
 
-    struct KeptFile {
+    struct KeptFile
+    {
         qint64 birthTimeMs;
         std::size_t folder; // in m_keptPrefixes
         std::size_t name; // where it begins in m_keptNames
     };
-    struct Subfolder {
+    struct Subfolder
+    {
         std::string name;
         std::optional<FileId> linkTarget;
     };
     /** One folder on the way from the first folder to the present one. */
-    struct Step {
-        const Step* above;
+    struct Step
+    {
+        const Step *above;
         FileId id;
         bool isBehindLink;
 
         bool contains(FileId folder) const;
     };
-    struct Listing {
+    struct Listing
+    {
         QString absolutePath;
         QString prefix; // what stands before a file's name
         std::vector<Subfolder> subfolders;
@@ -85,24 +90,24 @@ private:
         bool isIgnorable = false;
     };
 
-    void walkFolder(const QString& path, const Step* above, bool isBehindLink);
+    void walkFolder(const QString &path, const Step *above, bool isBehindLink);
     bool enterOften(FileId folder);
-    void list(int descriptor, Listing& listing);
-    void addEntry(int descriptor, const char* name, unsigned char type, Listing& listing);
-    void addLink(const char* name, Listing& listing);
-    void addFile(qint64 birthTimeMs, const char* name, std::size_t length, Listing& listing);
-    bool isBefore(const KeptFile& left, const KeptFile& right) const;
-    QString path(const KeptFile& file) const;
-    void walkSubfolders(Listing& listing, const Step& step);
-    bool mayFollow(const Subfolder& link, const Step& step);
-    static bool marksAsIgnorable(const char* name, unsigned char type, const QString& absoluteFolder);
+    void list(int descriptor, Listing &listing);
+    void addEntry(int descriptor, const char *name, unsigned char type, Listing &listing);
+    void addLink(const char *name, Listing &listing);
+    void addFile(qint64 birthTimeMs, const char *name, std::size_t length, Listing &listing);
+    bool isBefore(const KeptFile &left, const KeptFile &right) const;
+    QString path(const KeptFile &file) const;
+    void walkSubfolders(Listing &listing, const Step &step);
+    bool mayFollow(const Subfolder &link, const Step &step);
+    static bool marksAsIgnorable(const char *name, unsigned char type, const QString &absoluteFolder);
     std::string pathOfEntry(std::string_view name) const;
-    void report(const QString& folder, const QString& fault);
-    void reportUndecodable(const QString& folder, const QByteArrayList& names);
+    void report(const QString &folder, const QString &fault);
+    void reportUndecodable(const QString &folder, const QByteArrayList &names);
 
-    const NyFileNameFilter& m_filter;
-    const NyBirthTimeWindow& m_window;
-    QSet<QString>* m_reportedFolders;
+    const NyFileNameFilter &m_filter;
+    const NyBirthTimeWindow &m_window;
+    QSet<QString> *m_reportedFolders;
     std::vector<char> m_buffer;
     std::string m_nativePath; // of the folder that is being looked at
     // Small records and bare names: sorting them is cheap, and what is rolled back or too old never became an object.

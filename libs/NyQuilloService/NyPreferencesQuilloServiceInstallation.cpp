@@ -42,9 +42,8 @@ NyPreferencesQuilloServiceInstallation::NyPreferencesQuilloServiceInstallation(Q
     QWidget::setTabOrder(m_autoStartCheckBox, m_allowToastsCheckBox);
     QWidget::setTabOrder(m_allowToastsCheckBox, m_photoFolderBox);
 
-    connect(m_autoStartCheckBox, &QCheckBox::stateChanged, m_allowToastsCheckBox, [this](int state) {
-        m_allowToastsCheckBox->setEnabled(state != Qt::Unchecked);
-    });
+    connect(m_autoStartCheckBox, &QCheckBox::stateChanged, m_allowToastsCheckBox,
+        [this](int state) { m_allowToastsCheckBox->setEnabled(state != Qt::Unchecked); });
 }
 
 NyPreferencesQuilloServiceInstallation::~NyPreferencesQuilloServiceInstallation() = default;
@@ -59,8 +58,7 @@ void NyPreferencesQuilloServiceInstallation::writeToConfig()
 
     NyInstallationSettings &installation = NyInstallationSettings::instance();
     if (autoStart != installation.autoStartService()) {
-        NyLogger::instance().logQuilloService(
-            QStringLiteral("setAutoStartService VALUE:%1 SOURCE:settingswindow").arg(autoStart ? 1 : 0));
+        NyLogger::instance().logQuilloService(QStringLiteral("setAutoStartService VALUE:%1 SOURCE:settingswindow").arg(autoStart ? 1 : 0));
         installation.setAutoStartService(autoStart, false);
         installation.applyAutoStartServiceSetting();
         Q_EMIT quilloServiceSettings().searchHomeChanged();

@@ -66,6 +66,4 @@ QString NyQuilloDornRunner::processFilePathMac() const
     return QFileInfo(QCoreApplication::applicationDirPath()).canonicalPath() + QStringLiteral("/Helpers/QuilloBuilder");
 }
 
-void NyQuilloDornRunner::parseProcessMessage(const QString &)
-{
-}
+void NyQuilloDornRunner::parseProcessMessage(const QString &) { }

@@ -86,12 +86,10 @@ NyQuilloServiceController::NyQuilloServiceController()
 
     connect(&m_fileSystemWatcher, &QFileSystemWatcher::directoryChanged, this, &NyQuilloServiceController::watchedFileChanged);
     connect(&m_fileSystemWatcher, &QFileSystemWatcher::fileChanged, this, &NyQuilloServiceController::watchedFileChanged);
-    connect(&toastMessaging(), &NyToastMessaging::showProjectRequested, this, &NyQuilloServiceController::showProject, Qt::QueuedConnection);
-    connect(&toastMessaging(),
-            &NyToastMessaging::rescheduleToastRequested,
-            this,
-            &NyQuilloServiceController::rescheduleToast,
-            Qt::QueuedConnection);
+    connect(
+        &toastMessaging(), &NyToastMessaging::showProjectRequested, this, &NyQuilloServiceController::showProject, Qt::QueuedConnection);
+    connect(&toastMessaging(), &NyToastMessaging::rescheduleToastRequested, this, &NyQuilloServiceController::rescheduleToast,
+        Qt::QueuedConnection);
     connect(&m_idleCheckTimer, &QTimer::timeout, this, &NyQuilloServiceController::considerCreatingProductSuggestion);
     connect(&m_toastRescheduleTimer, &QTimer::timeout, this, &NyQuilloServiceController::checkRescheduledToast);
 
@@ -201,10 +199,8 @@ void NyQuilloServiceController::initRecentFileManager()
     // The manager reads the photo settings while it is made, and again on its worker.
     NyFotoSettings::instance();
     m_recentFileManager = new NyRecentFileManager(this);
-    connect(m_recentFileManager,
-            &NyRecentFileManager::productSuggestionRecommended,
-            this,
-            &NyQuilloServiceController::considerCreatingProductSuggestion);
+    connect(m_recentFileManager, &NyRecentFileManager::productSuggestionRecommended, this,
+        &NyQuilloServiceController::considerCreatingProductSuggestion);
 }
 
 void NyQuilloServiceController::initSystemTray()
@@ -213,14 +209,10 @@ void NyQuilloServiceController::initSystemTray()
     connect(m_systemTray, &NySystemTrayService::quitRequested, this, &NyQuilloServiceController::quit);
     connect(m_systemTray, &NySystemTrayService::launchMainApplicationRequested, this, &NyQuilloServiceController::launchMainApplication);
     connect(m_systemTray, &NySystemTrayService::showInfoRequested, this, &NyQuilloServiceController::showInfo);
-    connect(m_systemTray,
-            &NySystemTrayService::productSuggestionRequested,
-            this,
-            &NyQuilloServiceController::launchCreateProductSuggestionProcessForced);
-    connect(m_systemTray,
-            &NySystemTrayService::productSuggestionWithPicturesHomePhotosRequested,
-            this,
-            &NyQuilloServiceController::launchCreateProductSuggestionProcessWithPicturesHomePhotos);
+    connect(m_systemTray, &NySystemTrayService::productSuggestionRequested, this,
+        &NyQuilloServiceController::launchCreateProductSuggestionProcessForced);
+    connect(m_systemTray, &NySystemTrayService::productSuggestionWithPicturesHomePhotosRequested, this,
+        &NyQuilloServiceController::launchCreateProductSuggestionProcessWithPicturesHomePhotos);
     connect(m_systemTray, &NySystemTrayService::showLastProposalRequested, this, &NyQuilloServiceController::showLastProposal);
     m_systemTray->show();
 }
@@ -250,10 +242,7 @@ void NyQuilloServiceController::showInfo()
     logUsage(QStringLiteral("showInfo"));
     const QString version = versionDescription(NyKeyAccount::instance().keyAccountId().isTestClient());
     const NyToastMessage message(tr("VELMORA ALBUMA") + QStringLiteral("\n%1").arg(version),
-                                 tr("Automatische Ereigniserkennung zur Erstellung persönlicher Buchvorschläge."),
-                                 QFileInfo(),
-                                 QString(),
-                                 false);
+        tr("Automatische Ereigniserkennung zur Erstellung persönlicher Buchvorschläge."), QFileInfo(), QString(), false);
     toastMessaging().sendToastMessage(message);
     flushLogFile();
 }
@@ -306,11 +295,9 @@ void NyQuilloServiceController::launchCreateProductSuggestionProcess()
         qInfo() << "QUILLO_SERVICE: no recent files found";
         if (config().enableDebuggingFeatures()) {
             toastMessaging().sendToastMessage(NyToastMessage(tr("VELMORA ALBUMA"),
-                                                             tr("Es wurden leider keine neuen Foto-Ereignisse auf Ihrem Gerät gefunden. Doch "
-                                                                "Ihr nächstes Ereignis steht bestimmt bevor."),
-                                                             QFileInfo(),
-                                                             QString(),
-                                                             false));
+                tr("Es wurden leider keine neuen Foto-Ereignisse auf Ihrem Gerät gefunden. Doch "
+                   "Ihr nächstes Ereignis steht bestimmt bevor."),
+                QFileInfo(), QString(), false));
         }
         return;
     }
@@ -330,7 +317,8 @@ void NyQuilloServiceController::launchCreateProductSuggestionProcess()
     m_builderRunner->startAsService(builderArguments(config().numberOfBackgroundJobs(), lastProposalFilename(), styleIds, occasions));
 }
 
-QStringList NyQuilloServiceController::builderArguments(int jobs, const QString &path, const QStringList &styleIds, const QStringList &occasions)
+QStringList NyQuilloServiceController::builderArguments(
+    int jobs, const QString &path, const QStringList &styleIds, const QStringList &occasions)
 {
     QStringList arguments;
     if (jobs != 0)
@@ -358,8 +346,7 @@ void NyQuilloServiceController::launchCreateProductSuggestionProcessForced() con
 QString NyQuilloServiceController::suggestProposalFilename() const
 {
     const QString date = QDate::currentDate().toString(Qt::ISODate);
-    const QString path =
-        settings().bookProposalFileFolder() + tr("Produktvorschlag") + QLatin1Char('_') + date + QStringLiteral(".nqp");
+    const QString path = settings().bookProposalFileFolder() + tr("Produktvorschlag") + QLatin1Char('_') + date + QStringLiteral(".nqp");
     return NyUniqueFilenameMaker::makeHumanCompatibleUniqueFileName(QFileInfo(path), QStringLiteral("_")).absoluteFilePath();
 }
 
@@ -390,11 +377,8 @@ QString NyQuilloServiceController::lastProposalFilenameIcon() const
 
 NyToastMessage NyQuilloServiceController::createProposalReadyToast(const QFileInfo &image, const QString &id) const
 {
-    return NyToastMessage(tr("VELMORA ALBUMA"),
-                          tr("Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt."),
-                          image,
-                          id,
-                          true);
+    return NyToastMessage(
+        tr("VELMORA ALBUMA"), tr("Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt."), image, id, true);
 }
 
 void NyQuilloServiceController::watchFile(const QString &path)
@@ -455,7 +439,8 @@ void NyQuilloServiceController::showCreationResults()
     updateSystemTrayActions();
     logUsage(QStringLiteral("showCreationResults"));
     NyLogger::instance().closeFile();
-    const NyToastMessage toast = createProposalReadyToast(QFileInfo(lastProposalFilenameIcon()), settings().projectId(lastProposalFilename()));
+    const NyToastMessage toast
+        = createProposalReadyToast(QFileInfo(lastProposalFilenameIcon()), settings().projectId(lastProposalFilename()));
     toastMessaging().sendToastMessage(toast);
     flushLogFile();
 }

@@ -15,9 +15,7 @@ NyQuilloServiceInitializer::NyQuilloServiceInitializer()
 
 NyQuilloServiceInitializer::~NyQuilloServiceInitializer() = default;
 
-void NyQuilloServiceInitializer::addCommandLineOptionHandlers(NyCommandLineParserAbstract *)
-{
-}
+void NyQuilloServiceInitializer::addCommandLineOptionHandlers(NyCommandLineParserAbstract *) { }
 
 void NyQuilloServiceInitializer::setup(NyInitializerOption)
 {
@@ -26,6 +24,4 @@ void NyQuilloServiceInitializer::setup(NyInitializerOption)
     NyQuilloServiceSettings::instance().loadSettings();
 }
 
-void NyQuilloServiceInitializer::teardown()
-{
-}
+void NyQuilloServiceInitializer::teardown() { }

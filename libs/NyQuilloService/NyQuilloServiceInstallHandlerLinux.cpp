@@ -53,9 +53,8 @@ QFileInfo NyQuilloServiceInstallHandlerLinux::autoStartFileInfo() const
 
 bool NyQuilloServiceInstallHandlerLinux::createAutoStartFile() const
 {
-    const QString icon = QStringLiteral("dorn-%1-%2")
-                             .arg(NyKeyAccount::instance().keyAccountId().id())
-                             .arg(NyVersionConfig::instance().versionString());
+    const QString icon
+        = QStringLiteral("dorn-%1-%2").arg(NyKeyAccount::instance().keyAccountId().id()).arg(NyVersionConfig::instance().versionString());
     // One arg call for each value, in this order: the names are not replaced in one go.
     const QString text = QStringLiteral("[Desktop Entry]\nExec=\"%1\"\nIcon=%2\nName=%3\nType=Application\n"
                                         "X-GNOME-Autostart-enabled=true\nX-GNOME-Autostart-Delay=0\n")

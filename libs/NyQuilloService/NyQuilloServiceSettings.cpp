@@ -14,13 +14,13 @@ namespace
 constexpr bool programScope = true;
 constexpr bool commonScope = false;
 
-template<typename T>
+template <typename T>
 NyConfigItem<T> item(const QString &key, const T &defaultValue, bool scope)
 {
     return NyConfigItem<T>(defaultValue, defaultValue, key, scope);
 }
 
-template<typename T>
+template <typename T>
 void assignIfDifferent(NyConfigItem<T> &configItem, const T &value)
 {
     if (configItem.value() != value)
@@ -29,7 +29,8 @@ void assignIfDifferent(NyConfigItem<T> &configItem, const T &value)
 }
 
 NyQuilloServiceSettings::NyQuilloServiceSettings()
-    : m_lastProductSuggestionDate(item(QStringLiteral("lastProductSuggestionDate"), QDateTime::currentDateTime().addDays(-365), programScope))
+    : m_lastProductSuggestionDate(
+        item(QStringLiteral("lastProductSuggestionDate"), QDateTime::currentDateTime().addDays(-365), programScope))
     , m_lastBookProposalId(item(QStringLiteral("lastBookProposalFilePath"), QString(), programScope))
     , m_nextToastRepeat(item(QStringLiteral("nextToastRepeat"), QDate(), programScope))
     , m_lastStartScreenProposalViewDate(item(QStringLiteral("lastStartScreenProposalView"), QDateTime(), programScope))

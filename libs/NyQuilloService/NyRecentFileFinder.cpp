@@ -14,7 +14,7 @@
 #include "NyNativeFileWalker.h"
 #include "NyQuilloServiceConfig.h"
 
-NyRecentFileFinder::NyRecentFileFinder(const QString& observedDirectory, const QList<QString>& nameFilters)
+NyRecentFileFinder::NyRecentFileFinder(const QString &observedDirectory, const QList<QString> &nameFilters)
     : m_observedDirectory(QString())
     , m_nameFilters(nameFilters)
     , m_mutex(new QMutex)
@@ -25,7 +25,7 @@ NyRecentFileFinder::NyRecentFileFinder(const QString& observedDirectory, const Q
 
 NyRecentFileFinder::~NyRecentFileFinder() = default;
 
-void NyRecentFileFinder::setObservedDirectory(const QString& path)
+void NyRecentFileFinder::setObservedDirectory(const QString &path)
 {
     const QMutexLocker locker(m_mutex);
     const QString scheme = QStringLiteral("photokit:");
@@ -38,7 +38,7 @@ void NyRecentFileFinder::setObservedDirectory(const QString& path)
     m_observedDirectory.setPath(scannedPath);
 }
 
-NyRecentFileResult NyRecentFileFinder::lastAddedFiles(const NyDateRange& range)
+NyRecentFileResult NyRecentFileFinder::lastAddedFiles(const NyDateRange &range)
 {
     const QMutexLocker locker(m_mutex);
     qInfo() << "Checking " << m_observedDirectory.absolutePath() << "for files from Timespan"
@@ -48,7 +48,7 @@ NyRecentFileResult NyRecentFileFinder::lastAddedFiles(const NyDateRange& range)
     return result;
 }
 
-NyRecentFileResult NyRecentFileFinder::collectLastAddedFilesRecursively(const QDir& dir, const NyDateRange& range)
+NyRecentFileResult NyRecentFileFinder::collectLastAddedFilesRecursively(const QDir &dir, const NyDateRange &range)
 {
     if (QCoreApplication::closingDown())
         return NyRecentFileResult();
@@ -62,7 +62,7 @@ NyRecentFileResult NyRecentFileFinder::collectLastAddedFilesRecursively(const QD
     QList<QFileInfo> files;
     int countAfterRange = 0;
     const QFileInfoList candidates = dir.entryInfoList(m_nameFilters, QDir::Files, QDir::NoSort);
-    for (const QFileInfo& file : candidates) {
+    for (const QFileInfo &file : candidates) {
         const QDate date = file.fileTime(QFileDevice::FileBirthTime).date();
         if (range.contains(date))
             files.append(file);
@@ -70,23 +70,21 @@ NyRecentFileResult NyRecentFileFinder::collectLastAddedFilesRecursively(const QD
             ++countAfterRange;
     }
     NyRecentFileResult result(files, range, countAfterRange, NyEventFolderClassificationResult(), styleIds);
-    const QFileInfoList subfolders
-        = dir.entryInfoList({QStringLiteral("*")}, QDir::AllDirs | QDir::NoDotAndDotDot, QDir::NoSort);
-    for (const QFileInfo& subfolder : subfolders)
+    const QFileInfoList subfolders = dir.entryInfoList({QStringLiteral("*")}, QDir::AllDirs | QDir::NoDotAndDotDot, QDir::NoSort);
+    for (const QFileInfo &subfolder : subfolders)
         result.merge(collectLastAddedFilesRecursively(QDir(subfolder.absoluteFilePath()), range));
     result.sort();
     return result;
 }
 
-NyRecentFileResult NyRecentFileFinder::collectNatively(const QDir& dir, const NyDateRange& range)
+NyRecentFileResult NyRecentFileFinder::collectNatively(const QDir &dir, const NyDateRange &range)
 {
     const NyFileNameFilter filter(m_nameFilters);
     const NyBirthTimeWindow window(range);
     NyNativeFileWalker walker(filter, window, &m_reportedFolders);
     walker.walk(dir.path());
     const QList<QString> styleIds = NySingleton<NyQuilloServiceConfig>::instance().designStyleIds();
-    NyRecentFileResult result(
-        walker.takeFiles(), range, walker.countAfterWindow(), NyEventFolderClassificationResult(), styleIds);
+    NyRecentFileResult result(walker.takeFiles(), range, walker.countAfterWindow(), NyEventFolderClassificationResult(), styleIds);
     // All subfolders have the same range, ids and kind, so merging one nameless subfolder has the effect of merging them all.
     if (walker.hasSubfolders())
         result.merge(NyRecentFileResult({}, range, 0, NyEventFolderClassificationResult(), styleIds));

@@ -17,8 +17,8 @@
 
 NyRecentFileResult::NyRecentFileResult() = default;
 
-NyRecentFileResult::NyRecentFileResult(const QList<QFileInfo>& files, const NyDateRange& relevantDateRange,
-    int countAfterDateRange, const NyEventFolderClassificationResult& classification, const QList<QString>& suggestedStyleIds)
+NyRecentFileResult::NyRecentFileResult(const QList<QFileInfo> &files, const NyDateRange &relevantDateRange, int countAfterDateRange,
+    const NyEventFolderClassificationResult &classification, const QList<QString> &suggestedStyleIds)
     : m_files(files)
     , m_relevantDateRange(relevantDateRange)
     , m_countAfterDateRange(countAfterDateRange)
@@ -27,13 +27,13 @@ NyRecentFileResult::NyRecentFileResult(const QList<QFileInfo>& files, const NyDa
 {
 }
 
-NyRecentFileResult::NyRecentFileResult(const NyRecentFileResult&) = default;
-NyRecentFileResult::NyRecentFileResult(NyRecentFileResult&&) noexcept = default;
-NyRecentFileResult& NyRecentFileResult::operator=(const NyRecentFileResult&) = default;
-NyRecentFileResult& NyRecentFileResult::operator=(NyRecentFileResult&&) noexcept = default;
+NyRecentFileResult::NyRecentFileResult(const NyRecentFileResult &) = default;
+NyRecentFileResult::NyRecentFileResult(NyRecentFileResult &&) noexcept = default;
+NyRecentFileResult &NyRecentFileResult::operator=(const NyRecentFileResult &) = default;
+NyRecentFileResult &NyRecentFileResult::operator=(NyRecentFileResult &&) noexcept = default;
 NyRecentFileResult::~NyRecentFileResult() = default;
 
-NyRecentFileResult NyRecentFileResult::fromFolder(const QDir& folder)
+NyRecentFileResult NyRecentFileResult::fromFolder(const QDir &folder)
 {
     const QStringList nameFilters{QStringLiteral("*.jpg"), QStringLiteral("*.jpeg")};
     return NyRecentFileResult(folder.entryInfoList(nameFilters, QDir::NoFilter, QDir::NoSort), NyDateRange(), 0,
@@ -43,7 +43,7 @@ NyRecentFileResult NyRecentFileResult::fromFolder(const QDir& folder)
 QMap<QString, int> NyRecentFileResult::filesPerDirCount() const
 {
     QMap<QString, int> counts;
-    for (const QFileInfo& file : m_files)
+    for (const QFileInfo &file : m_files)
         ++counts[file.dir().absolutePath()];
     return counts;
 }
@@ -53,7 +53,7 @@ QList<QUrl> NyRecentFileResult::photoUrls(int maximum) const
     QList<QUrl> urls;
     const QList<QFileInfo> files = m_files.mid(0, maximum);
     urls.reserve(files.size());
-    for (const QFileInfo& file : files) {
+    for (const QFileInfo &file : files) {
         const QString path = file.canonicalFilePath();
         if (path.startsWith(QStringLiteral("photokit:"), Qt::CaseSensitive))
             urls.append(QUrl(path, QUrl::TolerantMode));
@@ -65,34 +65,34 @@ QList<QUrl> NyRecentFileResult::photoUrls(int maximum) const
 
 void NyRecentFileResult::sort()
 {
-    struct Key {
+    struct Key
+    {
         qint64 birthTimeMs;
         qsizetype index;
         QString path;
     };
     std::vector<Key> keys;
     keys.reserve(std::size_t(m_files.size()));
-    for (const QFileInfo& file : std::as_const(m_files)) {
+    for (const QFileInfo &file : std::as_const(m_files)) {
         // Asked for once a file: each time costs a look at the system's time zone. Unknown times sort before all others, as
         // invalid dates do.
         const QDateTime birthTime = file.fileTime(QFileDevice::FileBirthTime);
-        const qint64 birthTimeMs
-            = birthTime.isValid() ? birthTime.toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
+        const qint64 birthTimeMs = birthTime.isValid() ? birthTime.toMSecsSinceEpoch() : std::numeric_limits<qint64>::min();
         keys.push_back({birthTimeMs, qsizetype(keys.size()), file.filePath()});
     }
-    std::sort(keys.begin(), keys.end(), [](const Key& left, const Key& right) {
+    std::sort(keys.begin(), keys.end(), [](const Key &left, const Key &right) {
         if (left.birthTimeMs != right.birthTimeMs)
             return left.birthTimeMs < right.birthTimeMs;
         return left.path < right.path;
     });
     QList<QFileInfo> sorted;
     sorted.reserve(m_files.size());
-    for (const Key& key : keys)
+    for (const Key &key : keys)
         sorted.append(m_files.at(key.index));
     m_files = sorted;
 }
 
-void NyRecentFileResult::merge(const NyRecentFileResult& other)
+void NyRecentFileResult::merge(const NyRecentFileResult &other)
 {
     m_files.append(other.m_files);
     m_countAfterDateRange += other.m_countAfterDateRange;
@@ -106,11 +106,10 @@ void NyRecentFileResult::merge(const NyRecentFileResult& other)
 
 void NyRecentFileResult::excludePreviouslyUsedFotos()
 {
-    const QList<QFileInfo> usedFiles
-        = NySingleton<NyFotoListRegistry>::instance().fotosUsedForBookProposals().toLocalFileInfoList();
+    const QList<QFileInfo> usedFiles = NySingleton<NyFotoListRegistry>::instance().fotosUsedForBookProposals().toLocalFileInfoList();
     qDebug() << usedFiles.size() << "photos to be excluded from" << m_files.size();
     QList<QFileInfo> unwanted;
-    for (const QFileInfo& file : usedFiles) {
+    for (const QFileInfo &file : usedFiles) {
         const QDate birthDate = file.fileTime(QFileDevice::FileBirthTime).date();
         if (birthDate < m_relevantDateRange.from() || birthDate > m_relevantDateRange.to())
             continue;
@@ -120,14 +119,14 @@ void NyRecentFileResult::excludePreviouslyUsedFotos()
     qDebug() << m_files.size() << "remaining";
 }
 
-void NyRecentFileResult::readFromFileRegistry(const QString& key)
+void NyRecentFileResult::readFromFileRegistry(const QString &key)
 {
     const NyFotoList fotos = NySingleton<NyFotoListRegistry>::instance().fotoList(key);
-    for (const NyFoto& foto : fotos)
+    for (const NyFoto &foto : fotos)
         m_files.append(foto.localFileInfo());
 }
 
-void NyRecentFileResult::writeToFileRegistry(const QString& key) const
+void NyRecentFileResult::writeToFileRegistry(const QString &key) const
 {
     NySingleton<NyFotoListRegistry>::instance().add(key, NyFotoList(m_files));
 }

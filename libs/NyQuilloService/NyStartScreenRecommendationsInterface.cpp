@@ -60,8 +60,8 @@ QString NyStartScreenRecommendationsInterface::getRecommendationsPath() const
 QString NyStartScreenRecommendationsInterface::getRecommendations() const
 {
     const QDir folder(settings().bookProposalFileFolder());
-    const QFileInfoList files =
-        folder.entryInfoList({QStringLiteral("*.nqp.json"), QStringLiteral("*.nqpx.json")}, QDir::NoFilter, QDir::Time);
+    const QFileInfoList files
+        = folder.entryInfoList({QStringLiteral("*.nqp.json"), QStringLiteral("*.nqpx.json")}, QDir::NoFilter, QDir::Time);
 
     QList<QJsonObject> proposals;
     for (const QFileInfo &file : files) {

@@ -59,18 +59,19 @@ QMenu *NySystemTrayService::createTaskBarContextMenu()
     auto *menu = new QMenu(tr("VELMORA BILDARA QUILLO"));
     NyActionRegistry &registry = NySingleton<NyActionRegistry>::instance();
 
-    if (QAction *action = registry.unregisteredAction(NyActionType::ShowServiceInformation, this, &NySystemTrayService::showInfoRequested, menu))
+    if (QAction *action
+        = registry.unregisteredAction(NyActionType::ShowServiceInformation, this, &NySystemTrayService::showInfoRequested, menu))
         menu->addAction(action);
     if (m_offersLastProposal) {
-        m_showLastProposalAction =
-            registry.unregisteredAction(NyActionType::ShowLastProposal, this, &NySystemTrayService::showLastProposalRequested, menu);
+        m_showLastProposalAction
+            = registry.unregisteredAction(NyActionType::ShowLastProposal, this, &NySystemTrayService::showLastProposalRequested, menu);
         if (m_showLastProposalAction) {
             m_showLastProposalAction->setEnabled(false);
             menu->addAction(m_showLastProposalAction);
         }
     }
-    if (QAction *action =
-            registry.unregisteredAction(NyActionType::LaunchMainApplication, this, &NySystemTrayService::launchMainApplicationRequested, menu)) {
+    if (QAction *action = registry.unregisteredAction(
+            NyActionType::LaunchMainApplication, this, &NySystemTrayService::launchMainApplicationRequested, menu)) {
         action->setText(tr("%1 starten").arg(NySingleton<NyProgramConfig>::instance().programName(NyProgramID::MainProgram)));
         menu->addAction(action);
     }
@@ -84,11 +85,8 @@ QMenu *NySystemTrayService::createTaskBarContextMenu()
         menu->addAction(suggest);
         // Never translated, unlike the entry above.
         auto *suggestAll = new QAction(QString::fromUtf8("DEBUG: Jetzt Produktvorschlag mit Fotos aus Pictures Home erstellen"), menu);
-        connect(suggestAll,
-                &QAction::triggered,
-                this,
-                &NySystemTrayService::productSuggestionWithPicturesHomePhotosRequested,
-                Qt::QueuedConnection);
+        connect(suggestAll, &QAction::triggered, this, &NySystemTrayService::productSuggestionWithPicturesHomePhotosRequested,
+            Qt::QueuedConnection);
         menu->addAction(suggestAll);
     }
     return menu;
@@ -123,10 +121,8 @@ void NySystemTrayService::showSystemTrayMessage(const NyToastMessage &theMessage
         qInfo() << "the desktop has no tray that could show the message" << theMessage.title();
         return;
     }
-    m_trayIcon->showMessage(theMessage.title(),
-                            theMessage.description(),
-                            QSystemTrayIcon::Information,
-                            m_showLaunchButtons ? TIMEOUT_WITH_BUTTONS_MS : TIMEOUT_WITHOUT_BUTTONS_MS);
+    m_trayIcon->showMessage(theMessage.title(), theMessage.description(), QSystemTrayIcon::Information,
+        m_showLaunchButtons ? TIMEOUT_WITH_BUTTONS_MS : TIMEOUT_WITHOUT_BUTTONS_MS);
 }
 
 void NySystemTrayService::onActivate(QSystemTrayIcon::ActivationReason theReason)
@@ -135,4 +131,4 @@ void NySystemTrayService::onActivate(QSystemTrayIcon::ActivationReason theReason
         m_contextMenu->exec(QCursor::pos());
 }
 
-void NySystemTrayService::onMessageClick() {}
+void NySystemTrayService::onMessageClick() { }

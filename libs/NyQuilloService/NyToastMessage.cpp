@@ -1,6 +1,7 @@
 #include "NyToastMessage.h"
 
-NyToastMessage::NyToastMessage(const QString &title, const QString &description, const QFileInfo &image, const QString &id, bool showLaunchButtons)
+NyToastMessage::NyToastMessage(
+    const QString &title, const QString &description, const QFileInfo &image, const QString &id, bool showLaunchButtons)
     : m_title(title)
     , m_description(description)
     , m_image(image)
@@ -27,7 +28,7 @@ QUrl NyToastMessage::imageUrl() const
 
 QString NyToastMessage::toString() const
 {
-    return QStringLiteral("Toast Message") + QStringLiteral("\nTitle           = ") + m_title + QStringLiteral("\nDescription     = ") + m_description
-        + QStringLiteral("\nId              = ") + m_id + QStringLiteral("\nShowing Buttons = ")
+    return QStringLiteral("Toast Message") + QStringLiteral("\nTitle           = ") + m_title + QStringLiteral("\nDescription     = ")
+        + m_description + QStringLiteral("\nId              = ") + m_id + QStringLiteral("\nShowing Buttons = ")
         + (m_showLaunchButtons ? QStringLiteral("Yes") : QStringLiteral("No"));
 }

@@ -4,7 +4,8 @@
 #include "nyxml_export.h"
 
 /** The configuration of the background service, the file "quilloservice.xml". */
-class NYXML_EXPORT NyQuilloServiceConfigBase : public NyXMLConfig {
+class NYXML_EXPORT NyQuilloServiceConfigBase : public NyXMLConfig
+{
     Q_OBJECT
 
 public:

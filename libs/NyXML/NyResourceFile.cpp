@@ -4,7 +4,7 @@
 
 #include <NyDirectoryConfig.h>
 
-NyResourceFile::NyResourceFile(const QString& fileName)
+NyResourceFile::NyResourceFile(const QString &fileName)
     : m_fileName(fileName)
 {
 }

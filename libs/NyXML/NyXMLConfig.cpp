@@ -9,8 +9,9 @@
 #include "NyXMLParser.h"
 
 /** One reading of the file. Never changed, so threads share it without a lock. */
-struct NyXMLConfig::Content {
-    std::optional<QString> text(const QString& node, const QString& attribute) const
+struct NyXMLConfig::Content
+{
+    std::optional<QString> text(const QString &node, const QString &attribute) const
     {
         const auto section = sections.constFind(node);
         if (section == sections.constEnd())
@@ -24,7 +25,7 @@ struct NyXMLConfig::Content {
     QHash<QString, QHash<QString, QString>> sections;
 };
 
-NyXMLConfig::NyXMLConfig(const NyResourceFile& file, QObject* parent)
+NyXMLConfig::NyXMLConfig(const NyResourceFile &file, QObject *parent)
     : QObject(parent)
     , m_file(file)
     , m_content(read(file))
@@ -41,7 +42,7 @@ void NyXMLConfig::reload()
     m_reported.clear();
 }
 
-int NyXMLConfig::getIntAttributeOfNode(const QString& node, const QString& attribute, int defaultValue) const
+int NyXMLConfig::getIntAttributeOfNode(const QString &node, const QString &attribute, int defaultValue) const
 {
     const std::shared_ptr<const Content> now = content();
     const std::optional<QString> text = now->text(node, attribute);
@@ -53,7 +54,7 @@ int NyXMLConfig::getIntAttributeOfNode(const QString& node, const QString& attri
     return value.value_or(defaultValue);
 }
 
-bool NyXMLConfig::getBoolAttributeOfNode(const QString& node, const QString& attribute, bool defaultValue) const
+bool NyXMLConfig::getBoolAttributeOfNode(const QString &node, const QString &attribute, bool defaultValue) const
 {
     const std::shared_ptr<const Content> now = content();
     const std::optional<QString> text = now->text(node, attribute);
@@ -65,7 +66,7 @@ bool NyXMLConfig::getBoolAttributeOfNode(const QString& node, const QString& att
     return value.value_or(defaultValue);
 }
 
-QString NyXMLConfig::getAttributeOfNode(const QString& node, const QString& attribute, const QString& defaultValue) const
+QString NyXMLConfig::getAttributeOfNode(const QString &node, const QString &attribute, const QString &defaultValue) const
 {
     return content()->text(node, attribute).value_or(defaultValue);
 }
@@ -75,7 +76,7 @@ QDomElement NyXMLConfig::documentElement() const
     return content()->document.documentElement();
 }
 
-std::shared_ptr<const NyXMLConfig::Content> NyXMLConfig::read(const NyResourceFile& file)
+std::shared_ptr<const NyXMLConfig::Content> NyXMLConfig::read(const NyResourceFile &file)
 {
     auto content = std::make_shared<Content>();
     content->path = file.path();
@@ -86,7 +87,7 @@ std::shared_ptr<const NyXMLConfig::Content> NyXMLConfig::read(const NyResourceFi
          section = section.nextSiblingElement()) {
         if (content->sections.contains(section.tagName()))
             continue;
-        QHash<QString, QString>& values = content->sections[section.tagName()];
+        QHash<QString, QString> &values = content->sections[section.tagName()];
         const QDomNamedNodeMap attributes = section.attributes();
         for (int i = 0; i < attributes.count(); ++i)
             values.insert(attributes.item(i).nodeName(), attributes.item(i).nodeValue());
@@ -100,8 +101,8 @@ std::shared_ptr<const NyXMLConfig::Content> NyXMLConfig::content() const
     return m_content;
 }
 
-void NyXMLConfig::reportValue(const Content& content, const QString& node, const QString& attribute, const QString& text,
-                              const char* expected) const
+void NyXMLConfig::reportValue(
+    const Content &content, const QString &node, const QString &attribute, const QString &text, const char *expected) const
 {
     {
         const QMutexLocker locker(&m_mutex);

@@ -19,19 +19,20 @@
  * default and one warning that names file, section and attribute. Of two sections of one name the first counts. Any thread
  * may read, also during reload().
  */
-class NYXML_EXPORT NyXMLConfig : public QObject {
+class NYXML_EXPORT NyXMLConfig : public QObject
+{
     Q_OBJECT
 
 public:
-    explicit NyXMLConfig(const NyResourceFile& file, QObject* parent = nullptr);
+    explicit NyXMLConfig(const NyResourceFile &file, QObject *parent = nullptr);
     ~NyXMLConfig() override;
 
     /** Looks the file up and reads it again. */
     virtual void reload();
 
-    int getIntAttributeOfNode(const QString& node, const QString& attribute, int defaultValue) const;
-    bool getBoolAttributeOfNode(const QString& node, const QString& attribute, bool defaultValue) const;
-    QString getAttributeOfNode(const QString& node, const QString& attribute, const QString& defaultValue) const;
+    int getIntAttributeOfNode(const QString &node, const QString &attribute, int defaultValue) const;
+    bool getBoolAttributeOfNode(const QString &node, const QString &attribute, bool defaultValue) const;
+    QString getAttributeOfNode(const QString &node, const QString &attribute, const QString &defaultValue) const;
 
     /** The document element, null without a usable file. Not to be changed: others may be reading it. */
     QDomElement documentElement() const;
@@ -40,9 +41,10 @@ private:
     Q_DISABLE_COPY_MOVE(NyXMLConfig)
 
     struct Content;
-    static std::shared_ptr<const Content> read(const NyResourceFile& file);
+    static std::shared_ptr<const Content> read(const NyResourceFile &file);
     std::shared_ptr<const Content> content() const;
-    void reportValue(const Content& content, const QString& node, const QString& attribute, const QString& text, const char* expected) const;
+    void reportValue(
+        const Content &content, const QString &node, const QString &attribute, const QString &text, const char *expected) const;
 
     NyResourceFile m_file;
     mutable QMutex m_mutex;

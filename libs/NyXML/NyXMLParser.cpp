@@ -5,18 +5,19 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QXmlStreamReader>
 
-namespace {
+namespace
+{
 
 constexpr qint64 LargestFile = 16 * 1024 * 1024;
 /** The document's destructor recurses, so a deeply nested file would exhaust the stack. */
 constexpr int DeepestNesting = 256;
 
-void reportProblem(const QString& path, qint64 line, qint64 column, const QString& problem)
+void reportProblem(const QString &path, qint64 line, qint64 column, const QString &problem)
 {
     qWarning().noquote() << "cannot parse" << path << "line" << line << "column" << column << problem;
 }
 
-bool isTooDeep(const QString& path, const QByteArray& content)
+bool isTooDeep(const QString &path, const QByteArray &content)
 {
     QXmlStreamReader xml(content);
     int depth = 0;
@@ -32,7 +33,7 @@ bool isTooDeep(const QString& path, const QByteArray& content)
     return false;
 }
 
-void reportValue(const QDomElement& element, const QString& name, const QString& text, const char* expected)
+void reportValue(const QDomElement &element, const QString &name, const QString &text, const char *expected)
 {
     qWarning().noquote() << "line" << element.lineNumber() << "element" << element.tagName() << "attribute" << name << "is no" << expected
                          << text;
@@ -40,7 +41,7 @@ void reportValue(const QDomElement& element, const QString& name, const QString&
 
 } // namespace
 
-QString NyXMLParser::attribute(const QDomElement& element, const QString& name, const QString& defaultValue, bool trimmed)
+QString NyXMLParser::attribute(const QDomElement &element, const QString &name, const QString &defaultValue, bool trimmed)
 {
     if (!element.hasAttribute(name))
         return defaultValue;
@@ -48,7 +49,7 @@ QString NyXMLParser::attribute(const QDomElement& element, const QString& name, 
     return trimmed ? text.trimmed() : text;
 }
 
-bool NyXMLParser::boolAttribute(const QDomElement& element, const QString& name, bool defaultValue)
+bool NyXMLParser::boolAttribute(const QDomElement &element, const QString &name, bool defaultValue)
 {
     if (!element.hasAttribute(name))
         return defaultValue;
@@ -59,7 +60,7 @@ bool NyXMLParser::boolAttribute(const QDomElement& element, const QString& name,
     return value.value_or(defaultValue);
 }
 
-int NyXMLParser::intAttribute(const QDomElement& element, const QString& name, int defaultValue)
+int NyXMLParser::intAttribute(const QDomElement &element, const QString &name, int defaultValue)
 {
     if (!element.hasAttribute(name))
         return defaultValue;
@@ -87,7 +88,7 @@ std::optional<int> NyXMLParser::toInt(QStringView text)
     return isNumber ? std::optional(value) : std::nullopt;
 }
 
-QDomDocument NyXMLParser::parseFile(const QString& path)
+QDomDocument NyXMLParser::parseFile(const QString &path)
 {
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {

@@ -7,22 +7,26 @@
 
 #include "OrrinRuntime.h"
 
-namespace orrin {
+namespace orrin
+{
 
 /** How much of an occasion one photo shows, by its model. */
-struct OccasionScore {
+struct OccasionScore
+{
     std::string keyword; ///< stable lower-case English word, such as "wedding"
     float probability = 0.0F; ///< 0 to 1
 };
 
 /** What a model sees in one photo. */
-struct Scene {
+struct Scene
+{
     std::string label;
     float probability = 0.0F; ///< 0 to 1
 };
 
 /** What is known of one photo's content. Everything but the three lists needs no model. */
-struct Descriptors {
+struct Descriptors
+{
     /** Whether a picture was looked at; if not, all other values mean nothing. */
     bool isValid = false;
 

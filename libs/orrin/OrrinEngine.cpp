@@ -7,20 +7,22 @@
 #include "OrrinImageStatistics.h"
 #include "OrrinModel.h"
 
-namespace orrin {
+namespace orrin
+{
 
-class Engine::Private {
+class Engine::Private
+{
 public:
     std::shared_ptr<Model> model() noexcept
     {
         const std::lock_guard<std::mutex> locker(m_mutex);
         while (!m_model && m_next < m_sources.size()) {
-            const ModelSource& source = m_sources[m_next++];
+            const ModelSource &source = m_sources[m_next++];
             try {
                 m_model = Model::load(source, m_threads, m_log);
                 if (m_model)
                     m_log(LogLevel::Info, "image understanding uses the model " + source.name);
-            } catch (const std::exception& problem) {
+            } catch (const std::exception &problem) {
                 warn(source.name + " cannot be loaded: " + problem.what());
             } catch (...) {
                 warn(source.name + " cannot be loaded");
@@ -34,7 +36,7 @@ public:
     }
 
     /** A model that fails on a photo is not asked again. */
-    void giveUp(const std::shared_ptr<Model>& model, const std::string& error) noexcept
+    void giveUp(const std::shared_ptr<Model> &model, const std::string &error) noexcept
     {
         const std::lock_guard<std::mutex> locker(m_mutex);
         if (m_model != model)
@@ -49,7 +51,7 @@ public:
         return m_model ? m_model->name() : std::string();
     }
 
-    void warn(const std::string& text) const noexcept
+    void warn(const std::string &text) const noexcept
     {
         try {
             m_log(LogLevel::Warning, text);
@@ -72,12 +74,12 @@ Engine::Engine(std::vector<ModelSource> models, Options options, LogCallback log
 {
     d->m_sources = std::move(models);
     d->m_threads = std::max(1, options.threads);
-    d->m_log = log ? std::move(log) : [](LogLevel, const std::string&) {};
+    d->m_log = log ? std::move(log) : [](LogLevel, const std::string &) {};
 }
 
 Engine::~Engine() = default;
 
-Descriptors Engine::describe(const ImageView& image) noexcept
+Descriptors Engine::describe(const ImageView &image) noexcept
 {
     Descriptors result;
     try {
@@ -90,7 +92,7 @@ Descriptors Engine::describe(const ImageView& image) noexcept
                 break;
             d->giveUp(model, error);
         }
-    } catch (const std::exception& problem) {
+    } catch (const std::exception &problem) {
         d->warn(std::string("a photo could not be looked at: ") + problem.what());
     }
     return result;

@@ -4,9 +4,11 @@
 #include <bit>
 #include <cmath>
 
-namespace orrin {
+namespace orrin
+{
 
-namespace {
+namespace
+{
 
 constexpr int TilesPerSide = 4;
 constexpr int SignatureCellsPerSide = 3;
@@ -15,16 +17,17 @@ constexpr int HashRows = 8;
 constexpr int DarkBelow = 10;
 constexpr int BrightAbove = 245;
 
-class Luma {
+class Luma
+{
 public:
-    explicit Luma(const ImageView& image)
+    explicit Luma(const ImageView &image)
         : m_width(image.widthPx)
         , m_height(image.heightPx)
         , m_values(static_cast<std::size_t>(image.widthPx) * static_cast<std::size_t>(image.heightPx))
     {
-        std::uint8_t* out = m_values.data();
+        std::uint8_t *out = m_values.data();
         for (int y = 0; y < m_height; ++y) {
-            const std::uint8_t* in = image.row(y);
+            const std::uint8_t *in = image.row(y);
             // BT.601 weights in 1/65536.
             for (int x = 0; x < m_width; ++x, in += 3)
                 *out++ = static_cast<std::uint8_t>((19595U * in[0] + 38470U * in[1] + 7471U * in[2] + 32768U) >> 16);
@@ -33,8 +36,8 @@ public:
 
     int width() const { return m_width; }
     int height() const { return m_height; }
-    const std::uint8_t* row(int y) const { return m_values.data() + static_cast<std::ptrdiff_t>(y) * m_width; }
-    const std::vector<std::uint8_t>& values() const { return m_values; }
+    const std::uint8_t *row(int y) const { return m_values.data() + static_cast<std::ptrdiff_t>(y) * m_width; }
+    const std::vector<std::uint8_t> &values() const { return m_values; }
 
 private:
     int m_width;
@@ -47,7 +50,7 @@ int cellBegin(int cell, int cells, int length)
     return static_cast<int>(static_cast<std::int64_t>(cell) * length / cells);
 }
 
-float sharpness(const Luma& luma)
+float sharpness(const Luma &luma)
 {
     double sharpest = 0.0;
     for (int tileY = 0; tileY < TilesPerSide; ++tileY) {
@@ -60,9 +63,9 @@ float sharpness(const Luma& luma)
             std::int64_t squares = 0;
             std::int64_t count = 0;
             for (int y = top; y < bottom; ++y) {
-                const std::uint8_t* above = luma.row(y - 1);
-                const std::uint8_t* here = luma.row(y);
-                const std::uint8_t* below = luma.row(y + 1);
+                const std::uint8_t *above = luma.row(y - 1);
+                const std::uint8_t *here = luma.row(y);
+                const std::uint8_t *below = luma.row(y + 1);
                 for (int x = left; x < right; ++x) {
                     const int laplacian = above[x] + below[x] + here[x - 1] + here[x + 1] - 4 * here[x];
                     sum += laplacian;
@@ -79,7 +82,7 @@ float sharpness(const Luma& luma)
     return static_cast<float>(std::sqrt(std::max(0.0, sharpest)));
 }
 
-void fillColorSignature(const ImageView& image, Descriptors& result)
+void fillColorSignature(const ImageView &image, Descriptors &result)
 {
     std::size_t index = 0;
     for (int cellY = 0; cellY < SignatureCellsPerSide; ++cellY) {
@@ -91,7 +94,7 @@ void fillColorSignature(const ImageView& image, Descriptors& result)
             const int right = std::max(left + 1, cellBegin(cellX + 1, SignatureCellsPerSide, image.widthPx));
             std::array<std::uint64_t, 3> sums{};
             for (int y = top; y < bottom; ++y) {
-                const std::uint8_t* in = image.row(y) + std::ptrdiff_t{3} * left;
+                const std::uint8_t *in = image.row(y) + std::ptrdiff_t{3} * left;
                 for (int x = left; x < right; ++x, in += 3) {
                     sums[0] += in[0];
                     sums[1] += in[1];
@@ -105,7 +108,7 @@ void fillColorSignature(const ImageView& image, Descriptors& result)
     }
 }
 
-double meanOf(const Luma& luma, double left, double right, double top, double bottom)
+double meanOf(const Luma &luma, double left, double right, double top, double bottom)
 {
     const int firstY = static_cast<int>(top);
     const int lastY = std::min(luma.height() - 1, static_cast<int>(std::ceil(bottom)) - 1);
@@ -115,7 +118,7 @@ double meanOf(const Luma& luma, double left, double right, double top, double bo
     double area = 0.0;
     for (int y = firstY; y <= lastY; ++y) {
         const double rowShare = std::min(bottom, y + 1.0) - std::max(top, static_cast<double>(y));
-        const std::uint8_t* values = luma.row(y);
+        const std::uint8_t *values = luma.row(y);
         for (int x = firstX; x <= lastX; ++x) {
             const double share = rowShare * (std::min(right, x + 1.0) - std::max(left, static_cast<double>(x)));
             sum += share * values[x];
@@ -125,7 +128,7 @@ double meanOf(const Luma& luma, double left, double right, double top, double bo
     return area > 0.0 ? sum / area : 0.0;
 }
 
-std::uint64_t differenceHash(const Luma& luma)
+std::uint64_t differenceHash(const Luma &luma)
 {
     const double cellWidth = static_cast<double>(luma.width()) / HashColumns;
     const double cellHeight = static_cast<double>(luma.height()) / HashRows;
@@ -145,7 +148,7 @@ std::uint64_t differenceHash(const Luma& luma)
 
 } // namespace
 
-Descriptors ImageStatistics::describe(const ImageView& image)
+Descriptors ImageStatistics::describe(const ImageView &image)
 {
     Descriptors result;
     if (!image.isValid())

@@ -5,11 +5,13 @@
 #include <exception>
 #include <map>
 
-namespace orrin {
+namespace orrin
+{
 
-namespace {
+namespace
+{
 
-std::string shapeText(const std::vector<std::int64_t>& shape)
+std::string shapeText(const std::vector<std::int64_t> &shape)
 {
     std::string text = "[";
     for (std::size_t i = 0; i < shape.size(); ++i)
@@ -17,27 +19,27 @@ std::string shapeText(const std::vector<std::int64_t>& shape)
     return text + ']';
 }
 
-std::string namesOf(const std::vector<Session::TensorInfo>& infos)
+std::string namesOf(const std::vector<Session::TensorInfo> &infos)
 {
     std::string names;
-    for (const Session::TensorInfo& info : infos)
+    for (const Session::TensorInfo &info : infos)
         names += (names.empty() ? "" : ", ") + info.name;
     return names;
 }
 
-const Session::TensorInfo* find(const std::vector<Session::TensorInfo>& infos, const std::string& name)
+const Session::TensorInfo *find(const std::vector<Session::TensorInfo> &infos, const std::string &name)
 {
-    const auto found = std::find_if(infos.begin(), infos.end(), [&name](const auto& info) { return info.name == name; });
+    const auto found = std::find_if(infos.begin(), infos.end(), [&name](const auto &info) { return info.name == name; });
     return found == infos.end() ? nullptr : &*found;
 }
 
-bool allFinite(const std::vector<float>& values)
+bool allFinite(const std::vector<float> &values)
 {
     return std::all_of(values.begin(), values.end(), [](float value) { return std::isfinite(value); });
 }
 
 /** Scales to length 1; false for a vector without a direction. */
-bool normalize(std::vector<float>& values)
+bool normalize(std::vector<float> &values)
 {
     double squares = 0.0;
     for (const float value : values)
@@ -45,30 +47,31 @@ bool normalize(std::vector<float>& values)
     if (!(squares > 1e-12))
         return false;
     const double length = std::sqrt(squares);
-    for (float& value : values)
+    for (float &value : values)
         value = static_cast<float>(value / length);
     return true;
 }
 
-void softmax(std::vector<float>& values, float temperature)
+void softmax(std::vector<float> &values, float temperature)
 {
     const float largest = *std::max_element(values.begin(), values.end());
     double sum = 0.0;
-    for (float& value : values) {
+    for (float &value : values) {
         const double power = std::exp((static_cast<double>(value) - largest) / temperature);
         value = static_cast<float>(power);
         sum += power;
     }
-    for (float& value : values)
+    for (float &value : values)
         value = static_cast<float>(value / sum);
 }
 
 /** The models in use, so that no model is in memory twice. */
-class Registry {
+class Registry
+{
 public:
-    static Registry& instance()
+    static Registry &instance()
     {
-        static Registry* const registry = new Registry;
+        static Registry *const registry = new Registry;
         return *registry;
     }
 
@@ -76,7 +79,7 @@ public:
     std::map<std::string, std::weak_ptr<Model>> models;
 };
 
-std::string keyOf(const ModelSource& source, int threads)
+std::string keyOf(const ModelSource &source, int threads)
 {
     std::error_code error;
     const std::filesystem::path path = std::filesystem::canonical(source.folder, error);
@@ -84,7 +87,7 @@ std::string keyOf(const ModelSource& source, int threads)
     std::string place = error ? source.folder.string() : path.string();
     if (source.isInMemory()) {
         place = ':' + source.name;
-        for (const auto& [name, content] : source.files)
+        for (const auto &[name, content] : source.files)
             place += '/' + name + '@' + std::to_string(reinterpret_cast<std::uintptr_t>(content.data()));
     }
     return place + '*' + std::to_string(threads);
@@ -99,9 +102,9 @@ Model::Model(std::string name, ModelConfig config)
 {
 }
 
-std::shared_ptr<Model> Model::load(const ModelSource& source, int threads, const LogCallback& log)
+std::shared_ptr<Model> Model::load(const ModelSource &source, int threads, const LogCallback &log)
 {
-    Registry& registry = Registry::instance();
+    Registry &registry = Registry::instance();
     const std::lock_guard<std::mutex> locker(registry.mutex);
     const std::string key = keyOf(source, threads);
     if (std::shared_ptr<Model> known = registry.models[key].lock())
@@ -119,7 +122,7 @@ std::shared_ptr<Model> Model::load(const ModelSource& source, int threads, const
     return model;
 }
 
-bool Model::start(const ModelSource& source, int threads, std::string& error)
+bool Model::start(const ModelSource &source, int threads, std::string &error)
 {
     m_session = Session::load(source, m_config.file, threads, error);
     if (!m_session || !checkInput(error))
@@ -139,14 +142,14 @@ bool Model::start(const ModelSource& source, int threads, std::string& error)
     return run(error);
 }
 
-bool Model::checkInput(std::string& error)
+bool Model::checkInput(std::string &error)
 {
-    const std::string& name = m_config.inputName;
+    const std::string &name = m_config.inputName;
     if (m_session->inputs().size() != 1) {
         error = "takes " + std::to_string(m_session->inputs().size()) + " inputs (" + namesOf(m_session->inputs()) + ") instead of one";
         return false;
     }
-    const Session::TensorInfo* input = find(m_session->inputs(), name);
+    const Session::TensorInfo *input = find(m_session->inputs(), name);
     if (!input) {
         error = "has no input \"" + name + "\" as \"input.name\" says, but " + namesOf(m_session->inputs());
         return false;
@@ -157,12 +160,11 @@ bool Model::checkInput(std::string& error)
     }
     const std::int64_t width = m_config.inputWidthPx;
     const std::int64_t height = m_config.inputHeightPx;
-    const std::vector<std::int64_t> shape = m_config.layout == ModelConfig::Layout::Nchw
-        ? std::vector<std::int64_t>{1, 3, height, width}
-        : std::vector<std::int64_t>{1, height, width, 3};
+    const std::vector<std::int64_t> shape = m_config.layout == ModelConfig::Layout::Nchw ? std::vector<std::int64_t>{1, 3, height, width}
+                                                                                         : std::vector<std::int64_t>{1, height, width, 3};
     const bool fits = input->shape.size() == shape.size()
         && std::equal(shape.begin(), shape.end(), input->shape.begin(),
-                      [](std::int64_t ours, std::int64_t models) { return models < 0 || models == ours; });
+            [](std::int64_t ours, std::int64_t models) { return models < 0 || models == ours; });
     if (!fits) {
         error = "takes input \"" + name + "\" of shape " + shapeText(input->shape) + ", but \"input\" describes " + shapeText(shape);
         return false;
@@ -176,9 +178,9 @@ bool Model::checkInput(std::string& error)
     return m_session->bindInput(name, m_inputType, m_floats.data(), m_floats.size() * sizeof(float), shape, error);
 }
 
-bool Model::checkOutput(const std::string& field, const std::string& name, std::size_t valueCount, std::string& error) const
+bool Model::checkOutput(const std::string &field, const std::string &name, std::size_t valueCount, std::string &error) const
 {
-    const Session::TensorInfo* output = find(m_session->outputs(), name);
+    const Session::TensorInfo *output = find(m_session->outputs(), name);
     if (!output) {
         error = "has no output \"" + name + "\" as \"" + field + "\" says, but " + namesOf(m_session->outputs());
         return false;
@@ -203,7 +205,7 @@ bool Model::checkOutput(const std::string& field, const std::string& name, std::
     return true;
 }
 
-bool Model::run(std::string& error)
+bool Model::run(std::string &error)
 {
     if (!m_session->run(m_outputNames, m_results, error)) {
         error = "fails at work: " + error;
@@ -226,10 +228,10 @@ bool Model::run(std::string& error)
 void Model::fillProbabilities()
 {
     if (m_config.isClipKind()) {
-        const std::vector<float>& embedding = m_results.back();
+        const std::vector<float> &embedding = m_results.back();
         m_probabilities.resize(m_config.labels.size());
         for (std::size_t label = 0; label < m_probabilities.size(); ++label) {
-            const std::vector<float>& row = m_config.labelEmbeddings[label];
+            const std::vector<float> &row = m_config.labelEmbeddings[label];
             float similarity = 0.0F;
             for (std::size_t i = 0; i < row.size(); ++i)
                 similarity += row[i] * embedding[i];
@@ -244,17 +246,17 @@ void Model::fillProbabilities()
         softmax(m_probabilities, m_config.temperature);
         break;
     case ModelConfig::Activation::Sigmoid:
-        for (float& value : m_probabilities)
+        for (float &value : m_probabilities)
             value = 1.0F / (1.0F + std::exp(-value));
         break;
     case ModelConfig::Activation::None:
-        for (float& value : m_probabilities)
+        for (float &value : m_probabilities)
             value = std::clamp(value, 0.0F, 1.0F);
         break;
     }
 }
 
-bool Model::describe(const ImageView& image, Descriptors& descriptors, std::string& error)
+bool Model::describe(const ImageView &image, Descriptors &descriptors, std::string &error)
 {
     const std::lock_guard<std::mutex> locker(m_mutex);
     if (m_inputType == Session::ElementType::Byte)
@@ -263,7 +265,7 @@ bool Model::describe(const ImageView& image, Descriptors& descriptors, std::stri
         m_preprocessor.fill(image, m_floats.data());
     if (!run(error))
         return false;
-    for (const std::vector<float>& values : m_results) {
+    for (const std::vector<float> &values : m_results) {
         if (!allFinite(values)) {
             error = "gives values that are no numbers";
             return false;
@@ -280,11 +282,11 @@ bool Model::describe(const ImageView& image, Descriptors& descriptors, std::stri
     descriptors.scenes.reserve(m_config.labels.size());
     for (std::size_t label = 0; label < m_config.labels.size(); ++label) {
         descriptors.scenes.push_back({m_config.labels[label], m_probabilities[label]});
-        for (const auto& [keyword, weight] : m_config.occasionsOfLabel[label])
+        for (const auto &[keyword, weight] : m_config.occasionsOfLabel[label])
             occasions[keyword] += static_cast<double>(weight) * m_probabilities[label];
     }
     descriptors.occasions.clear();
-    for (const auto& [keyword, probability] : occasions)
+    for (const auto &[keyword, probability] : occasions)
         descriptors.occasions.push_back({keyword, static_cast<float>(std::min(1.0, probability))});
     descriptors.embedding.clear();
     if (!m_config.embeddingOutput.empty())

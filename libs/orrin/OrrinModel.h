@@ -14,30 +14,32 @@
 #include "OrrinSession.h"
 #include "orrin_export.h"
 
-namespace orrin {
+namespace orrin
+{
 
 /** A model and its model.json, ready to look at pictures. Thread-safe: one picture after the other. */
-class ORRIN_EXPORT Model {
+class ORRIN_EXPORT Model
+{
 public:
     /**
      * Reads, checks and tries the model. Null, and one warning that names the file, when anything is wrong with it. A model that is
      * in use already in this process is not loaded again, as long as the number of threads is the same.
      */
-    static std::shared_ptr<Model> load(const ModelSource& source, int threads, const LogCallback& log);
+    static std::shared_ptr<Model> load(const ModelSource &source, int threads, const LogCallback &log);
 
-    const std::string& name() const { return m_name; }
-    const ModelConfig& config() const { return m_config; }
+    const std::string &name() const { return m_name; }
+    const ModelConfig &config() const { return m_config; }
 
     /** Fills the model's lists in @p descriptors, or leaves them empty and says why in @p error. */
-    bool describe(const ImageView& image, Descriptors& descriptors, std::string& error);
+    bool describe(const ImageView &image, Descriptors &descriptors, std::string &error);
 
 private:
     Model(std::string name, ModelConfig config);
 
-    bool start(const ModelSource& source, int threads, std::string& error);
-    bool checkInput(std::string& error);
-    bool checkOutput(const std::string& field, const std::string& name, std::size_t valueCount, std::string& error) const;
-    bool run(std::string& error);
+    bool start(const ModelSource &source, int threads, std::string &error);
+    bool checkInput(std::string &error);
+    bool checkOutput(const std::string &field, const std::string &name, std::size_t valueCount, std::string &error) const;
+    bool run(std::string &error);
     void fillProbabilities();
 
     std::mutex m_mutex;

@@ -10,10 +10,12 @@
 #include "OrrinModelSource.h"
 #include "orrin_export.h"
 
-namespace orrin {
+namespace orrin
+{
 
 /** What a model.json says of its model. Value type; docs/models.md describes the file. */
-struct ORRIN_EXPORT ModelConfig {
+struct ORRIN_EXPORT ModelConfig
+{
     enum class Layout { Nchw, Nhwc };
     enum class ChannelOrder { Rgb, Bgr };
     enum class Fit {
@@ -54,7 +56,7 @@ struct ORRIN_EXPORT ModelConfig {
     bool isClipKind() const { return !labelEmbeddings.empty(); }
 
     /** Nothing, and a warning that names file and field, when the file is missing or wrong. Unknown fields are warned of and left out. */
-    static std::optional<ModelConfig> read(const ModelSource& source, const LogCallback& log);
+    static std::optional<ModelConfig> read(const ModelSource &source, const LogCallback &log);
 };
 
 } // namespace orrin

@@ -4,15 +4,17 @@
 #include <exception>
 #include <fstream>
 
-namespace orrin {
+namespace orrin
+{
 
 namespace fs = std::filesystem;
 
-namespace {
+namespace
+{
 
-const char* const ConfigFile = "model.json";
+const char *const ConfigFile = "model.json";
 
-bool holdsModel(const fs::path& folder)
+bool holdsModel(const fs::path &folder)
 {
     std::error_code error;
     return fs::exists(folder / ConfigFile, error);
@@ -20,7 +22,7 @@ bool holdsModel(const fs::path& folder)
 
 } // namespace
 
-ModelSource ModelSource::inFolder(const fs::path& folder)
+ModelSource ModelSource::inFolder(const fs::path &folder)
 {
     return {folder.string(), folder, {}};
 }
@@ -30,7 +32,7 @@ ModelSource ModelSource::inMemory(std::string name, std::vector<std::pair<std::s
     return {std::move(name), {}, std::move(files)};
 }
 
-std::vector<ModelSource> ModelSource::allIn(const fs::path& modelsFolder) noexcept
+std::vector<ModelSource> ModelSource::allIn(const fs::path &modelsFolder) noexcept
 {
     try {
         std::vector<fs::path> folders;
@@ -44,24 +46,24 @@ std::vector<ModelSource> ModelSource::allIn(const fs::path& modelsFolder) noexce
         std::vector<ModelSource> sources;
         if (holdsModel(modelsFolder))
             sources.push_back(inFolder(modelsFolder));
-        for (const fs::path& folder : folders)
+        for (const fs::path &folder : folders)
             sources.push_back(inFolder(folder));
         return sources;
-    } catch (const std::exception&) {
+    } catch (const std::exception &) {
         return {};
     }
 }
 
-std::string ModelSource::fileName(const std::string& file) const
+std::string ModelSource::fileName(const std::string &file) const
 {
     return isInMemory() ? name + '/' + file : (folder / file).string();
 }
 
-std::optional<std::string> ModelSource::read(const std::string& file, std::size_t maximumBytes, std::string& error) const
+std::optional<std::string> ModelSource::read(const std::string &file, std::size_t maximumBytes, std::string &error) const
 {
     std::string content;
     if (isInMemory()) {
-        const auto found = std::find_if(files.begin(), files.end(), [&file](const auto& entry) { return entry.first == file; });
+        const auto found = std::find_if(files.begin(), files.end(), [&file](const auto &entry) { return entry.first == file; });
         if (found == files.end()) {
             error = "is missing";
             return std::nullopt;

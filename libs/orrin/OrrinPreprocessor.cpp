@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
-namespace orrin {
+namespace orrin
+{
 
-Preprocessor::Preprocessor(const ModelConfig& config)
+Preprocessor::Preprocessor(const ModelConfig &config)
     : m_layout(config.layout)
     , m_channelOrder(config.channelOrder)
     , m_fit(config.fit)
@@ -22,13 +23,13 @@ std::size_t Preprocessor::valueCount() const
     return m_scaled.size();
 }
 
-void Preprocessor::computeTaps(std::vector<Tap>& taps, int target, double sourceBegin, double sourceLength, int sourceSize)
+void Preprocessor::computeTaps(std::vector<Tap> &taps, int target, double sourceBegin, double sourceLength, int sourceSize)
 {
     taps.resize(static_cast<std::size_t>(target));
     const double step = sourceLength / target;
     const double reach = std::max(1.0, step);
     for (int i = 0; i < target; ++i) {
-        Tap& tap = taps[static_cast<std::size_t>(i)];
+        Tap &tap = taps[static_cast<std::size_t>(i)];
         const double center = sourceBegin + (i + 0.5) * step - 0.5;
         const int first = std::clamp(static_cast<int>(std::ceil(center - reach)), 0, sourceSize - 1);
         const int last = std::clamp(static_cast<int>(std::floor(center + reach)), first, sourceSize - 1);
@@ -45,12 +46,12 @@ void Preprocessor::computeTaps(std::vector<Tap>& taps, int target, double source
             tap.first = std::clamp(static_cast<int>(std::lround(center)), 0, sourceSize - 1);
             continue;
         }
-        for (float& weight : tap.weights)
+        for (float &weight : tap.weights)
             weight = static_cast<float>(weight / sum);
     }
 }
 
-void Preprocessor::scale(const ImageView& image)
+void Preprocessor::scale(const ImageView &image)
 {
     int targetWidth = m_width;
     int targetHeight = m_height;
@@ -78,11 +79,11 @@ void Preprocessor::scale(const ImageView& image)
     const int lastRow = m_rows.back().first + static_cast<int>(m_rows.back().weights.size()) - 1;
     const std::size_t rowLength = static_cast<std::size_t>(targetWidth) * 3;
     m_narrowed.resize(rowLength * static_cast<std::size_t>(lastRow - firstRow + 1));
-    float* narrowed = m_narrowed.data();
+    float *narrowed = m_narrowed.data();
     for (int y = firstRow; y <= lastRow; ++y) {
-        const std::uint8_t* row = image.row(y);
-        for (const Tap& tap : m_columns) {
-            const std::uint8_t* in = row + std::ptrdiff_t{3} * tap.first;
+        const std::uint8_t *row = image.row(y);
+        for (const Tap &tap : m_columns) {
+            const std::uint8_t *in = row + std::ptrdiff_t{3} * tap.first;
             float red = 0.0F;
             float green = 0.0F;
             float blue = 0.0F;
@@ -101,10 +102,10 @@ void Preprocessor::scale(const ImageView& image)
     const std::size_t offsetX = static_cast<std::size_t>((m_width - targetWidth) / 2) * 3;
     const auto offsetY = static_cast<std::size_t>((m_height - targetHeight) / 2);
     for (std::size_t y = 0; y < m_rows.size(); ++y) {
-        const Tap& tap = m_rows[y];
-        float* out = m_scaled.data() + (offsetY + y) * static_cast<std::size_t>(m_width) * 3 + offsetX;
+        const Tap &tap = m_rows[y];
+        float *out = m_scaled.data() + (offsetY + y) * static_cast<std::size_t>(m_width) * 3 + offsetX;
         std::fill_n(out, rowLength, 0.0F);
-        const float* in = m_narrowed.data() + static_cast<std::size_t>(tap.first - firstRow) * rowLength;
+        const float *in = m_narrowed.data() + static_cast<std::size_t>(tap.first - firstRow) * rowLength;
         for (const float weight : tap.weights) {
             for (std::size_t i = 0; i < rowLength; ++i)
                 out[i] += weight * in[i];
@@ -113,33 +114,31 @@ void Preprocessor::scale(const ImageView& image)
     }
 }
 
-template<class Value, class Convert>
-void Preprocessor::layOut(Value* values, Convert convert) const
+template <class Value, class Convert>
+void Preprocessor::layOut(Value *values, Convert convert) const
 {
     const std::size_t pixels = m_scaled.size() / 3;
     for (std::size_t position = 0; position < 3; ++position) {
         const std::size_t channel = m_channelOrder == ModelConfig::ChannelOrder::Rgb ? position : 2 - position;
         const bool planes = m_layout == ModelConfig::Layout::Nchw;
-        Value* out = values + (planes ? position * pixels : position);
+        Value *out = values + (planes ? position * pixels : position);
         const std::size_t step = planes ? 1 : 3;
-        const float* in = m_scaled.data() + channel;
+        const float *in = m_scaled.data() + channel;
         for (std::size_t i = 0; i < pixels; ++i, in += 3, out += step)
             *out = convert(*in, channel);
     }
 }
 
-void Preprocessor::fill(const ImageView& image, float* values)
+void Preprocessor::fill(const ImageView &image, float *values)
 {
     scale(image);
     layOut(values, [this](float value, std::size_t channel) { return (value / 255.0F - m_mean[channel]) / m_deviation[channel]; });
 }
 
-void Preprocessor::fill(const ImageView& image, std::uint8_t* values)
+void Preprocessor::fill(const ImageView &image, std::uint8_t *values)
 {
     scale(image);
-    layOut(values, [](float value, std::size_t) {
-        return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, 255L));
-    });
+    layOut(values, [](float value, std::size_t) { return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, 255L)); });
 }
 
 } // namespace orrin

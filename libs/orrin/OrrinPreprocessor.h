@@ -7,31 +7,34 @@
 #include "OrrinModelConfig.h"
 #include "orrin_export.h"
 
-namespace orrin {
+namespace orrin
+{
 
 /**
  * Brings pictures into the form that a model takes: scaled with a triangle filter that widens when it shrinks (so fine patterns do not
  * alias), then laid out and normalised. Its working memory is reused; not thread-safe.
  */
-class ORRIN_EXPORT Preprocessor {
+class ORRIN_EXPORT Preprocessor
+{
 public:
-    explicit Preprocessor(const ModelConfig& config);
+    explicit Preprocessor(const ModelConfig &config);
 
     std::size_t valueCount() const;
     /** Writes valueCount() values. @p image must be valid. */
-    void fill(const ImageView& image, float* values);
-    void fill(const ImageView& image, std::uint8_t* values);
+    void fill(const ImageView &image, float *values);
+    void fill(const ImageView &image, std::uint8_t *values);
 
 private:
-    struct Tap {
+    struct Tap
+    {
         int first = 0;
         std::vector<float> weights;
     };
 
-    void scale(const ImageView& image);
-    void computeTaps(std::vector<Tap>& taps, int target, double sourceBegin, double sourceLength, int sourceSize);
-    template<class Value, class Convert>
-    void layOut(Value* values, Convert convert) const;
+    void scale(const ImageView &image);
+    void computeTaps(std::vector<Tap> &taps, int target, double sourceBegin, double sourceLength, int sourceSize);
+    template <class Value, class Convert>
+    void layOut(Value *values, Convert convert) const;
 
     ModelConfig::Layout m_layout;
     ModelConfig::ChannelOrder m_channelOrder;

@@ -8,35 +8,38 @@
 
 #include "OrrinRuntimeTable.h"
 
-namespace orrin {
+namespace orrin
+{
 
-namespace {
+namespace
+{
 
 constexpr std::uint32_t InterfaceVersion = 11;
 constexpr std::size_t MaximumDimensions = 16;
 
 /** The function table and the one environment of the process. Both live until the process ends. */
-class Runtime {
+class Runtime
+{
 public:
-    static const Runtime& instance()
+    static const Runtime &instance()
     {
         // Never destroyed: sessions of static objects may outlive any other order.
-        static const Runtime* const runtime = new Runtime;
+        static const Runtime *const runtime = new Runtime;
         return *runtime;
     }
 
-    const OrtApi* api() const { return m_api; }
-    const OrtEnv* environment() const { return m_environment; }
-    const std::string& error() const { return m_error; }
+    const OrtApi *api() const { return m_api; }
+    const OrtEnv *environment() const { return m_environment; }
+    const std::string &error() const { return m_error; }
 
     /** True without a problem; takes the status over. */
-    static bool succeeded(const OrtApi* api, OrtStatus* status, std::string& error)
+    static bool succeeded(const OrtApi *api, OrtStatus *status, std::string &error)
     {
         if (!status)
             return true;
         error = api->GetErrorMessage(status);
         // Messages quote the runtime's own sources over several lines.
-        for (char& character : error) {
+        for (char &character : error) {
             if (character == '\n' || character == '\r')
                 character = ' ';
         }
@@ -47,9 +50,9 @@ public:
 private:
     Runtime()
     {
-        const OrtApi* api = runtimeApiBase ? runtimeApiBase->GetApi(InterfaceVersion) : nullptr;
+        const OrtApi *api = runtimeApiBase ? runtimeApiBase->GetApi(InterfaceVersion) : nullptr;
         if (!api) {
-            const char* version = runtimeApiBase ? runtimeApiBase->GetVersionString() : "without a name";
+            const char *version = runtimeApiBase ? runtimeApiBase->GetVersionString() : "without a name";
             m_error = std::string("ONNX Runtime ") + version + " does not know interface version " + std::to_string(InterfaceVersion);
             return;
         }
@@ -58,14 +61,15 @@ private:
             m_api = api;
     }
 
-    const OrtApi* m_api = nullptr;
-    OrtEnv* m_environment = nullptr;
+    const OrtApi *m_api = nullptr;
+    OrtEnv *m_environment = nullptr;
     std::string m_error;
 };
 
 /** Releases what the runtime handed out. */
-template<class Object, class Release>
-class Owned {
+template <class Object, class Release>
+class Owned
+{
 public:
     Owned(Release release)
         : m_release(release)
@@ -76,18 +80,18 @@ public:
         if (m_object)
             m_release(m_object);
     }
-    Owned(const Owned&) = delete;
-    Owned& operator=(const Owned&) = delete;
+    Owned(const Owned &) = delete;
+    Owned &operator=(const Owned &) = delete;
 
-    Object** out() { return &m_object; }
-    Object* get() const { return m_object; }
+    Object **out() { return &m_object; }
+    Object *get() const { return m_object; }
 
 private:
-    Object* m_object = nullptr;
+    Object *m_object = nullptr;
     Release m_release;
 };
 
-template<class Object, class Release>
+template <class Object, class Release>
 Owned<Object, Release> owned(Release release)
 {
     return Owned<Object, Release>(release);
@@ -107,15 +111,16 @@ Session::ElementType elementType(ONNXTensorElementDataType type)
 
 } // namespace
 
-struct Session::Private {
-    const OrtApi* api = Runtime::instance().api();
-    OrtSession* session = nullptr;
-    OrtValue* input = nullptr;
+struct Session::Private
+{
+    const OrtApi *api = Runtime::instance().api();
+    OrtSession *session = nullptr;
+    OrtValue *input = nullptr;
     std::string inputName;
 
     Private() = default;
-    Private(const Private&) = delete;
-    Private& operator=(const Private&) = delete;
+    Private(const Private &) = delete;
+    Private &operator=(const Private &) = delete;
     ~Private()
     {
         if (input)
@@ -124,11 +129,11 @@ struct Session::Private {
             api->ReleaseSession(session);
     }
 
-    bool ok(OrtStatus* status, std::string& error) const { return Runtime::succeeded(api, status, error); }
+    bool ok(OrtStatus *status, std::string &error) const { return Runtime::succeeded(api, status, error); }
 
-    bool describe(const OrtTypeInfo* type, TensorInfo& info, std::string& error) const
+    bool describe(const OrtTypeInfo *type, TensorInfo &info, std::string &error) const
     {
-        const OrtTensorTypeAndShapeInfo* tensor = nullptr;
+        const OrtTensorTypeAndShapeInfo *tensor = nullptr;
         if (!ok(api->CastTypeInfoToTensorInfo(type, &tensor), error))
             return false;
         // Sequences and maps have no tensor information.
@@ -147,27 +152,26 @@ struct Session::Private {
         return count == 0 || ok(api->GetDimensions(tensor, info.shape.data(), count), error);
     }
 
-    bool list(bool ofInputs, std::vector<TensorInfo>& infos, std::string& error) const
+    bool list(bool ofInputs, std::vector<TensorInfo> &infos, std::string &error) const
     {
-        OrtAllocator* allocator = nullptr;
+        OrtAllocator *allocator = nullptr;
         std::size_t count = 0;
         if (!ok(api->GetAllocatorWithDefaultOptions(&allocator), error)
             || !ok(ofInputs ? api->SessionGetInputCount(session, &count) : api->SessionGetOutputCount(session, &count), error))
             return false;
         for (std::size_t i = 0; i < count; ++i) {
-            TensorInfo& info = infos.emplace_back();
-            char* name = nullptr;
+            TensorInfo &info = infos.emplace_back();
+            char *name = nullptr;
             if (!ok(ofInputs ? api->SessionGetInputName(session, i, allocator, &name)
                              : api->SessionGetOutputName(session, i, allocator, &name),
                     error))
                 return false;
             info.name = name;
-            OrtStatus* freed = api->AllocatorFree(allocator, name);
+            OrtStatus *freed = api->AllocatorFree(allocator, name);
             if (!ok(freed, error))
                 return false;
             auto type = owned<OrtTypeInfo>(api->ReleaseTypeInfo);
-            if (!ok(ofInputs ? api->SessionGetInputTypeInfo(session, i, type.out())
-                             : api->SessionGetOutputTypeInfo(session, i, type.out()),
+            if (!ok(ofInputs ? api->SessionGetInputTypeInfo(session, i, type.out()) : api->SessionGetOutputTypeInfo(session, i, type.out()),
                     error)
                 || !describe(type.get(), info, error))
                 return false;
@@ -175,7 +179,7 @@ struct Session::Private {
         return true;
     }
 
-    bool copyOutput(OrtValue* value, std::vector<float>& result, std::string& error) const
+    bool copyOutput(OrtValue *value, std::vector<float> &result, std::string &error) const
     {
         int isTensor = 0;
         if (!ok(api->IsTensor(value, &isTensor), error))
@@ -187,7 +191,7 @@ struct Session::Private {
         auto info = owned<OrtTensorTypeAndShapeInfo>(api->ReleaseTensorTypeAndShapeInfo);
         ONNXTensorElementDataType type = ONNX_TENSOR_ELEMENT_DATA_TYPE_UNDEFINED;
         std::size_t count = 0;
-        void* data = nullptr;
+        void *data = nullptr;
         if (!ok(api->GetTensorTypeAndShape(value, info.out()), error) || !ok(api->GetTensorElementType(info.get(), &type), error)
             || !ok(api->GetTensorShapeElementCount(info.get(), &count), error) || !ok(api->GetTensorMutableData(value, &data), error))
             return false;
@@ -195,7 +199,7 @@ struct Session::Private {
             error = "gives an output that is no float";
             return false;
         }
-        const auto* values = static_cast<const float*>(data);
+        const auto *values = static_cast<const float *>(data);
         result.assign(values, values + count);
         return true;
     }
@@ -213,10 +217,10 @@ bool Session::isRuntimeUsable()
     return Runtime::instance().api() != nullptr;
 }
 
-std::unique_ptr<Session> Session::load(const ModelSource& source, const std::string& file, int threads, std::string& error)
+std::unique_ptr<Session> Session::load(const ModelSource &source, const std::string &file, int threads, std::string &error)
 {
-    const Runtime& runtime = Runtime::instance();
-    const OrtApi* api = runtime.api();
+    const Runtime &runtime = Runtime::instance();
+    const OrtApi *api = runtime.api();
     if (!api) {
         error = "cannot be run: " + runtime.error();
         return nullptr;
@@ -225,16 +229,15 @@ std::unique_ptr<Session> Session::load(const ModelSource& source, const std::str
     auto options = owned<OrtSessionOptions>(api->ReleaseSessionOptions);
     if (!d->ok(api->CreateSessionOptions(options.out()), error)
         || !d->ok(api->SetSessionGraphOptimizationLevel(options.get(), ORT_ENABLE_ALL), error)
-        || !d->ok(api->SetIntraOpNumThreads(options.get(), threads), error)
-        || !d->ok(api->SetInterOpNumThreads(options.get(), 1), error))
+        || !d->ok(api->SetIntraOpNumThreads(options.get(), threads), error) || !d->ok(api->SetInterOpNumThreads(options.get(), 1), error))
         return nullptr;
     bool loaded = false;
     if (source.isInMemory()) {
         const std::optional<std::string> content = source.read(file, std::numeric_limits<std::int32_t>::max(), error);
         if (!content)
             return nullptr;
-        loaded = d->ok(api->CreateSessionFromArray(runtime.environment(), content->data(), content->size(), options.get(), &d->session),
-                       error);
+        loaded = d->ok(
+            api->CreateSessionFromArray(runtime.environment(), content->data(), content->size(), options.get(), &d->session), error);
     } else {
         std::error_code problem;
         const std::filesystem::path path = source.folder / file;
@@ -258,8 +261,8 @@ std::unique_ptr<Session> Session::load(const ModelSource& source, const std::str
     return session;
 }
 
-bool Session::bindInput(const std::string& name, ElementType type, void* data, std::size_t bytes, const std::vector<std::int64_t>& shape,
-                        std::string& error)
+bool Session::bindInput(
+    const std::string &name, ElementType type, void *data, std::size_t bytes, const std::vector<std::int64_t> &shape, std::string &error)
 {
     auto memory = owned<OrtMemoryInfo>(d->api->ReleaseMemoryInfo);
     if (!d->ok(d->api->CreateCpuMemoryInfo(OrtArenaAllocator, OrtMemTypeDefault, memory.out()), error))
@@ -269,36 +272,36 @@ bool Session::bindInput(const std::string& name, ElementType type, void* data, s
         d->input = nullptr;
     }
     d->inputName = name;
-    return d->ok(d->api->CreateTensorWithDataAsOrtValue(
-                     memory.get(), data, bytes, shape.data(), shape.size(),
+    return d->ok(d->api->CreateTensorWithDataAsOrtValue(memory.get(), data, bytes, shape.data(), shape.size(),
                      type == ElementType::Byte ? ONNX_TENSOR_ELEMENT_DATA_TYPE_UINT8 : ONNX_TENSOR_ELEMENT_DATA_TYPE_FLOAT, &d->input),
-                 error);
+        error);
 }
 
-bool Session::run(const std::vector<std::string>& outputNames, std::vector<std::vector<float>>& values, std::string& error)
+bool Session::run(const std::vector<std::string> &outputNames, std::vector<std::vector<float>> &values, std::string &error)
 {
     if (!d->input) {
         error = "has no input bound";
         return false;
     }
-    struct Outputs {
-        const OrtApi* api;
-        std::vector<OrtValue*> all;
+    struct Outputs
+    {
+        const OrtApi *api;
+        std::vector<OrtValue *> all;
 
         ~Outputs()
         {
-            for (OrtValue* value : all) {
+            for (OrtValue *value : all) {
                 if (value)
                     api->ReleaseValue(value);
             }
         }
-    } outputs{d->api, std::vector<OrtValue*>(outputNames.size(), nullptr)};
-    std::vector<const char*> names;
+    } outputs{d->api, std::vector<OrtValue *>(outputNames.size(), nullptr)};
+    std::vector<const char *> names;
     names.reserve(outputNames.size());
-    for (const std::string& name : outputNames)
+    for (const std::string &name : outputNames)
         names.push_back(name.c_str());
-    const char* const inputName = d->inputName.c_str();
-    const OrtValue* const input = d->input;
+    const char *const inputName = d->inputName.c_str();
+    const OrtValue *const input = d->input;
     if (!d->ok(d->api->Run(d->session, nullptr, &inputName, &input, 1, names.data(), names.size(), outputs.all.data()), error))
         return false;
     values.resize(outputNames.size());
@@ -313,9 +316,12 @@ bool Session::run(const std::vector<std::string>& outputNames, std::vector<std::
 
 #else
 
-namespace orrin {
+namespace orrin
+{
 
-struct Session::Private {};
+struct Session::Private
+{
+};
 
 Session::Session(std::unique_ptr<Private> theD)
     : d(std::move(theD))
@@ -329,19 +335,19 @@ bool Session::isRuntimeUsable()
     return false;
 }
 
-std::unique_ptr<Session> Session::load(const ModelSource&, const std::string&, int, std::string& error)
+std::unique_ptr<Session> Session::load(const ModelSource &, const std::string &, int, std::string &error)
 {
     error = "cannot be run: this program was built without ONNX Runtime";
     return nullptr;
 }
 
-bool Session::bindInput(const std::string&, ElementType, void*, std::size_t, const std::vector<std::int64_t>&, std::string& error)
+bool Session::bindInput(const std::string &, ElementType, void *, std::size_t, const std::vector<std::int64_t> &, std::string &error)
 {
     error = "cannot be run";
     return false;
 }
 
-bool Session::run(const std::vector<std::string>&, std::vector<std::vector<float>>&, std::string& error)
+bool Session::run(const std::vector<std::string> &, std::vector<std::vector<float>> &, std::string &error)
 {
     error = "cannot be run";
     return false;

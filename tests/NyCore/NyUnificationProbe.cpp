@@ -1,16 +1,16 @@
 #include "NyUnificationProbe.h"
 
-NyProbeSingleton* probeSingletonOfLibrary()
+NyProbeSingleton *probeSingletonOfLibrary()
 {
     return &NyProbeSingleton::instance();
 }
 
-NyProgramConfig* programConfigOfLibrary()
+NyProgramConfig *programConfigOfLibrary()
 {
     return &NySingleton<NyProgramConfig>::instance();
 }
 
-const NyEnumToStringTable<NyProbeEnum>* probeTableOfLibrary()
+const NyEnumToStringTable<NyProbeEnum> *probeTableOfLibrary()
 {
     return NyProbeWrapper().enumToStringTable();
 }

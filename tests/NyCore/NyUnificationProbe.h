@@ -6,7 +6,8 @@
 #include <NyProgramConfig.h>
 #include <NySingleton.h>
 
-class Q_DECL_EXPORT NyProbeSingleton : public NySingleton<NyProbeSingleton> {
+class Q_DECL_EXPORT NyProbeSingleton : public NySingleton<NyProbeSingleton>
+{
 public:
     NyProbeSingleton() { ++constructions; }
     void setupInstance() override { ++setups; }
@@ -17,10 +18,11 @@ public:
 
 enum NyProbeEnum : int { ProbeNothing = 0, ProbeOne = 1, ProbeTwo = 2 };
 
-class Q_DECL_EXPORT NyProbeWrapper : public NyEnumWrapper<NyProbeEnum> {
+class Q_DECL_EXPORT NyProbeWrapper : public NyEnumWrapper<NyProbeEnum>
+{
 public:
     using NyEnumWrapper<NyProbeEnum>::NyEnumWrapper;
-    void fillTable(NyEnumToStringTable<NyProbeEnum>* table) const override
+    void fillTable(NyEnumToStringTable<NyProbeEnum> *table) const override
     {
         table->insert(QStringLiteral("one"), ProbeOne);
         ++fillings;
@@ -30,6 +32,6 @@ public:
 };
 
 /** What another library of the process sees. */
-Q_DECL_EXPORT NyProbeSingleton* probeSingletonOfLibrary();
-Q_DECL_EXPORT NyProgramConfig* programConfigOfLibrary();
-Q_DECL_EXPORT const NyEnumToStringTable<NyProbeEnum>* probeTableOfLibrary();
+Q_DECL_EXPORT NyProbeSingleton *probeSingletonOfLibrary();
+Q_DECL_EXPORT NyProgramConfig *programConfigOfLibrary();
+Q_DECL_EXPORT const NyEnumToStringTable<NyProbeEnum> *probeTableOfLibrary();

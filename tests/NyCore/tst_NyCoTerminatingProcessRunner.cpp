@@ -17,21 +17,23 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 /** Runs what the test says and writes down what the base tells it. */
-class Runner : public NyCoTerminatingProcessRunner {
+class Runner : public NyCoTerminatingProcessRunner
+{
     Q_OBJECT
 
 public:
-    explicit Runner(const QString& path = u"/bin/sh"_s)
+    explicit Runner(const QString &path = u"/bin/sh"_s)
         : m_path(path)
     {
         initProcess();
     }
 
     QString processFilePath() const override { return m_path; }
-    void parseProcessMessage(const QString& message) override
+    void parseProcessMessage(const QString &message) override
     {
         m_messages.append(message);
         Q_EMIT said(message);
@@ -40,14 +42,14 @@ public:
     void logStartSucceeded() const override
     {
         m_calls.append(u"succeeded"_s);
-        m_id = m_calls.isEmpty() ? 0 : findChildren<QProcess*>().constLast()->processId();
+        m_id = m_calls.isEmpty() ? 0 : findChildren<QProcess *>().constLast()->processId();
     }
     void logStartFailed() const override
     {
         m_calls.append(u"failed"_s);
         NyCoTerminatingProcessRunner::logStartFailed();
     }
-    void log(const QString& text) const override { m_logged.append(text); }
+    void log(const QString &text) const override { m_logged.append(text); }
     void onProcessStarting() override { m_calls.append(u"starting"_s); }
     void onProcessRunning() override
     {
@@ -67,12 +69,12 @@ public:
         Q_EMIT ended();
     }
 
-    void runShell(const QString& script)
+    void runShell(const QString &script)
     {
         setArguments({u"-c"_s, script});
         start();
     }
-    bool waitForMessage(const QString& message)
+    bool waitForMessage(const QString &message)
     {
         return QTest::qWaitFor([this, &message] { return m_messages.contains(message); }, 10000);
     }
@@ -84,7 +86,7 @@ public:
     mutable qint64 m_id = 0;
 
 Q_SIGNALS:
-    void said(const QString& message);
+    void said(const QString &message);
     void ended();
 };
 
@@ -109,10 +111,10 @@ qsizetype openDescriptors()
 }
 
 /** A service in miniature: supervises a shell, tells its number, and waits to be ended. */
-int runService(const QStringList& arguments)
+int runService(const QStringList &arguments)
 {
     Runner runner;
-    QObject::connect(&runner, &Runner::said, &runner, [](const QString& message) {
+    QObject::connect(&runner, &Runner::said, &runner, [](const QString &message) {
         std::fputs(message.toUtf8().append('\n').constData(), stdout);
         std::fflush(stdout);
     });
@@ -129,7 +131,8 @@ int runService(const QStringList& arguments)
 
 } // namespace
 
-class tst_NyCoTerminatingProcessRunner : public QObject {
+class tst_NyCoTerminatingProcessRunner : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -176,8 +179,7 @@ void tst_NyCoTerminatingProcessRunner::orderOfCalls()
     QSignalSpy ended(&runner, &Runner::ended);
     runner.runShell(u"exit 0"_s);
     QVERIFY(ended.wait());
-    QCOMPARE(runner.m_calls,
-             QStringList({u"entry"_s, u"starting"_s, u"running"_s, u"succeeded"_s, u"not running"_s, u"finished 0 0"_s}));
+    QCOMPARE(runner.m_calls, QStringList({u"entry"_s, u"starting"_s, u"running"_s, u"succeeded"_s, u"not running"_s, u"finished 0 0"_s}));
     // And once more with the same object.
     runner.m_calls.clear();
     runner.runShell(u"exit 3"_s);
@@ -238,7 +240,8 @@ void tst_NyCoTerminatingProcessRunner::programThatIsNone()
     QTemporaryDir folder;
     QFile file(folder.filePath(u"VELMORA ALBUMA"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("\x7f" "ELF garbage");
+    file.write("\x7f"
+               "ELF garbage");
     file.close();
     QVERIFY(file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
     Runner runner(file.fileName());
@@ -334,7 +337,7 @@ void tst_NyCoTerminatingProcessRunner::errorOutputIsLoggedUpToALimit()
     runner.runShell(u"head -c 1000000 /dev/zero | tr '\\0' e >&2"_s);
     QVERIFY(ended.wait());
     qsizetype logged = 0;
-    for (const QString& text : std::as_const(runner.m_logged))
+    for (const QString &text : std::as_const(runner.m_logged))
         logged += text.count(u'e');
     QVERIFY2(logged >= 64 * 1024 && logged < 300 * 1024, QByteArray::number(logged).constData());
     QCOMPARE(runner.m_logged.filter(u"more error output is dropped"_s).size(), 1);
@@ -501,8 +504,8 @@ void tst_NyCoTerminatingProcessRunner::detachedProgramOutlivesItsStarter()
 
 void tst_NyCoTerminatingProcessRunner::detachedProgramThatIsNone()
 {
-    const NyPlatformIndependent& platform = NyPlatformIndependent::instance();
-    for (const QString& path : {u"/nowhere/program"_s, u"/usr"_s, u"/etc/passwd"_s, u""_s}) {
+    const NyPlatformIndependent &platform = NyPlatformIndependent::instance();
+    for (const QString &path : {u"/nowhere/program"_s, u"/usr"_s, u"/etc/passwd"_s, u""_s}) {
         QTest::ignoreMessage(QtWarningMsg, (u"no executable program: \""_s + path + u'"').toUtf8().constData());
         QVERIFY(!platform.runProgram(path, {}, QString()));
     }
@@ -510,7 +513,7 @@ void tst_NyCoTerminatingProcessRunner::detachedProgramThatIsNone()
     QCOMPARE(&NyPlatformIndependent::instance(), &platform);
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();

@@ -10,35 +10,39 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
-void say(const QString& text)
+void say(const QString &text)
 {
     std::fputs(text.toUtf8().append('\n').constData(), stdout);
 }
 
-class Handler : public NyCommandLineOptionHandlerAbstract {
+class Handler : public NyCommandLineOptionHandlerAbstract
+{
 public:
-    explicit Handler(const QString& name)
+    explicit Handler(const QString &name)
         : m_name(name)
     {
     }
     ~Handler() override { say(u"gone "_s + m_name); }
     using NyCommandLineOptionHandlerAbstract::optionUsed;
-    void optionUsed(const QString& value) override { say(m_name + u'=' + (value.isNull() ? u"(null)"_s : value)); }
+    void optionUsed(const QString &value) override { say(m_name + u'=' + (value.isNull() ? u"(null)"_s : value)); }
 
 private:
     QString m_name;
 };
 
-class ListHandler : public NyCommandLineOptionHandlerAbstract {
+class ListHandler : public NyCommandLineOptionHandlerAbstract
+{
 public:
     using NyCommandLineOptionHandlerAbstract::optionUsed;
-    void optionUsed(const QString&) override { say(u"not to be called"_s); }
-    void optionUsed(const QString& name, QStringList values) override { say(name + u": "_s + values.join(u'|')); }
+    void optionUsed(const QString &) override { say(u"not to be called"_s); }
+    void optionUsed(const QString &name, QStringList values) override { say(name + u": "_s + values.join(u'|')); }
 };
 
-class Parser : public NyCommandLineParserAbstract {
+class Parser : public NyCommandLineParserAbstract
+{
 public:
     Parser()
     {
@@ -63,22 +67,24 @@ int runChild()
     {
         Parser parser;
         const QStringList files = parser.processCommandLine();
-        for (const QString& file : files)
+        for (const QString &file : files)
             say(u"file "_s + file);
-        say(u"embedding %1 plain %2 mode %3"_s.arg(parser.isSet(u"Embedding"_s)).arg(parser.value(u"plain"_s), parser.value(u"serviceMode"_s)));
+        say(u"embedding %1 plain %2 mode %3"_s.arg(parser.isSet(u"Embedding"_s))
+                .arg(parser.value(u"plain"_s), parser.value(u"serviceMode"_s)));
         result = parser.positionalArguments() == files ? 0 : 9;
     }
     std::fflush(stdout);
     return result;
 }
 
-struct Result {
+struct Result
+{
     int exitCode = -1;
     QStringList output;
     QString errors;
 };
 
-Result run(const QStringList& arguments)
+Result run(const QStringList &arguments)
 {
     QProcess child;
     child.start(QCoreApplication::applicationFilePath(), arguments);
@@ -94,7 +100,8 @@ Result run(const QStringList& arguments)
 
 } // namespace
 
-class tst_NyCommandLineParserAbstract : public QObject {
+class tst_NyCommandLineParserAbstract : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -115,12 +122,14 @@ void tst_NyCommandLineParserAbstract::handlers_data()
 
     const QString nothing = u"embedding 0 plain none mode n"_s;
     QTest::newRow("nothing") << QStringList() << QStringList{u"evaluated"_s, nothing};
-    for (const QStringList& form : {QStringList{u"--serviceMode"_s, u"u"_s}, {u"--serviceMode=u"_s}, {u"-serviceMode"_s, u"u"_s}, {u"-serviceMode=u"_s}}) {
+    for (const QStringList &form :
+        {QStringList{u"--serviceMode"_s, u"u"_s}, {u"--serviceMode=u"_s}, {u"-serviceMode"_s, u"u"_s}, {u"-serviceMode=u"_s}}) {
         QTest::newRow(form.join(u' ').toUtf8().constData())
             << form << QStringList{u"mode=u"_s, u"evaluated"_s, u"embedding 0 plain none mode u"_s};
     }
     QTest::newRow("flag") << QStringList{u"-ToastActivated"_s} << QStringList{u"toast=(null)"_s, u"evaluated"_s, nothing};
-    QTest::newRow("flag without handler") << QStringList{u"-Embedding"_s} << QStringList{u"evaluated"_s, u"embedding 1 plain none mode n"_s};
+    QTest::newRow("flag without handler") << QStringList{u"-Embedding"_s}
+                                          << QStringList{u"evaluated"_s, u"embedding 1 plain none mode n"_s};
     QTest::newRow("order of the line") << QStringList{u"--ToastActivated"_s, u"--serviceMode"_s, u"i"_s}
                                        << QStringList{u"toast=(null)"_s, u"mode=i"_s, u"evaluated"_s, u"embedding 0 plain none mode i"_s};
     QTest::newRow("other order") << QStringList{u"--serviceMode"_s, u"i"_s, u"--ToastActivated"_s}
@@ -128,11 +137,12 @@ void tst_NyCommandLineParserAbstract::handlers_data()
     QTest::newRow("last one counts") << QStringList{u"--serviceMode"_s, u"i"_s, u"--ToastActivated"_s, u"--serviceMode"_s, u"u"_s}
                                      << QStringList{u"toast=(null)"_s, u"mode=u"_s, u"evaluated"_s, u"embedding 0 plain none mode u"_s};
     QTest::newRow("empty value with =") << QStringList{u"--serviceMode="_s} << QStringList{u"mode=n"_s, u"evaluated"_s, nothing};
-    QTest::newRow("empty value behind a blank") << QStringList{u"--serviceMode"_s, u""_s} << QStringList{u"mode=n"_s, u"evaluated"_s, nothing};
+    QTest::newRow("empty value behind a blank")
+        << QStringList{u"--serviceMode"_s, u""_s} << QStringList{u"mode=n"_s, u"evaluated"_s, nothing};
     QTest::newRow("no value at the end") << QStringList{u"--serviceMode"_s} << QStringList{u"mode=n"_s, u"evaluated"_s, nothing};
     QTest::newRow("no value at the end, one dash") << QStringList{u"-serviceMode"_s} << QStringList{u"mode=n"_s, u"evaluated"_s, nothing};
-    QTest::newRow("value that looks like the option") << QStringList{u"--plain"_s, u"--serviceMode"_s}
-                                                      << QStringList{u"evaluated"_s, u"embedding 0 plain --serviceMode mode n"_s};
+    QTest::newRow("value that looks like the option")
+        << QStringList{u"--plain"_s, u"--serviceMode"_s} << QStringList{u"evaluated"_s, u"embedding 0 plain --serviceMode mode n"_s};
     QTest::newRow("blank in a value") << QStringList{u"--serviceMode"_s, u" i "_s}
                                       << QStringList{u"mode= i "_s, u"evaluated"_s, u"embedding 0 plain none mode  i "_s};
     QTest::newRow("several values") << QStringList{u"--list=a"_s, u"-l"_s, u"b=c"_s, u"--list"_s, u"\u00e4"_s}
@@ -218,7 +228,7 @@ void tst_NyCommandLineParserAbstract::declarationMistakes()
     QCOMPARE(parser.value(u"unknown"_s), QString());
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     if (qEnvironmentVariableIsSet("NY_TEST_CHILD"))

@@ -4,7 +4,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyDateRange : public QObject {
+class tst_NyDateRange : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -89,7 +90,7 @@ void tst_NyDateRange::containment()
     const NyDateRange range(from, to);
     QTEST(range.contains(date), "contained");
     // Through the base, as a generic caller sees it.
-    const NyRange<QDate>& base = range;
+    const NyRange<QDate> &base = range;
     QTEST(base.contains(date), "contained");
 }
 

@@ -12,9 +12,10 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
-void touch(const QString& path)
+void touch(const QString &path)
 {
     QVERIFY(QDir().mkpath(QFileInfo(path).absolutePath()));
     QFile file(path);
@@ -22,12 +23,12 @@ void touch(const QString& path)
 }
 
 /** What a walker finds out that has the folder's name and its entries at hand. */
-bool isIgnorableForWalker(const NyDirectoryConfig& config, const QString& path)
+bool isIgnorableForWalker(const NyDirectoryConfig &config, const QString &path)
 {
     if (NyDirectoryConfig::isIgnorableFolderName(QFileInfo(path).fileName()) || config.isOwnDataFolder(path))
         return true;
     const QFileInfoList entries = QDir(path).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    for (const QFileInfo& entry : entries) {
+    for (const QFileInfo &entry : entries) {
         if (NyDirectoryConfig::isIgnoreMarkerName(entry.fileName()) && entry.isFile())
             return true;
     }
@@ -36,7 +37,8 @@ bool isIgnorableForWalker(const NyDirectoryConfig& config, const QString& path)
 
 } // namespace
 
-class tst_NyDirectoryConfig : public QObject {
+class tst_NyDirectoryConfig : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -76,24 +78,84 @@ void tst_NyDirectoryConfig::ignorableNames_data()
     QTest::addColumn<bool>("ignorable");
 
     const QStringList ignorable{
-        u".hidden"_s, u"..data"_s, u".Trash-1000"_s, u".thumbnails"_s, u"$RECYCLE.BIN"_s, u"$Recycle.Bin"_s, u"RECYCLER"_s, u"Trash"_s,
-        u"Papierkorb"_s, u"Corbeille"_s, u"#recycle"_s, u"@Recycle"_s, u"@eaDir"_s, u"@EADIR"_s, u"__MACOSX"_s, u"lost+found"_s,
-        u"System Volume Information"_s, u"Thumbnails"_s, u"thumbs"_s, u"Cache"_s, u"My Catalogue Previews.lrdata"_s,
+        u".hidden"_s,
+        u"..data"_s,
+        u".Trash-1000"_s,
+        u".thumbnails"_s,
+        u"$RECYCLE.BIN"_s,
+        u"$Recycle.Bin"_s,
+        u"RECYCLER"_s,
+        u"Trash"_s,
+        u"Papierkorb"_s,
+        u"Corbeille"_s,
+        u"#recycle"_s,
+        u"@Recycle"_s,
+        u"@eaDir"_s,
+        u"@EADIR"_s,
+        u"__MACOSX"_s,
+        u"lost+found"_s,
+        u"System Volume Information"_s,
+        u"Thumbnails"_s,
+        u"thumbs"_s,
+        u"Cache"_s,
+        u"My Catalogue Previews.lrdata"_s,
         // Screenshots.
-        u"Screenshots"_s, u"screenshot"_s, u"SCREENSHOTS"_s, u"Bildschirmfotos"_s, u"Bildschirmfoto"_s, u"Captures d'\u00e9cran"_s,
-        u"Captures d\u2019\u00e9cran"_s, u"capture d'\u00e9cran"_s, u"CAPTURES D'\u00c9CRAN"_s, u"Schermafbeeldingen"_s, u"Schermafdrukken"_s,
-        u"Schermate"_s, u"Istantanee schermo"_s, u"Capturas de pantalla"_s, u"Zrzuty ekranu"_s, u"Zrzut ekranu"_s, u"Sk\u00e4rmbilder"_s,
-        u"Sk\u00e4rmdumpar"_s, u"SK\u00c4RMBILDER"_s,
+        u"Screenshots"_s,
+        u"screenshot"_s,
+        u"SCREENSHOTS"_s,
+        u"Bildschirmfotos"_s,
+        u"Bildschirmfoto"_s,
+        u"Captures d'\u00e9cran"_s,
+        u"Captures d\u2019\u00e9cran"_s,
+        u"capture d'\u00e9cran"_s,
+        u"CAPTURES D'\u00c9CRAN"_s,
+        u"Schermafbeeldingen"_s,
+        u"Schermafdrukken"_s,
+        u"Schermate"_s,
+        u"Istantanee schermo"_s,
+        u"Capturas de pantalla"_s,
+        u"Zrzuty ekranu"_s,
+        u"Zrzut ekranu"_s,
+        u"Sk\u00e4rmbilder"_s,
+        u"Sk\u00e4rmdumpar"_s,
+        u"SK\u00c4RMBILDER"_s,
     };
     const QStringList kept{
-        u""_s, u"2024"_s, u"Urlaub"_s, u"hidden."_s, u"a.hidden"_s, u"Trashed hotel"_s, u"My Trash"_s, u"Papierkorbfabrik"_s, u"eaDir"_s,
-        u"recycle"_s, u"__MACOSX2"_s, u"lost and found"_s, u"lost+found "_s, u"Thumbelina"_s, u"Caching"_s, u"lrdata"_s, u"nomedia"_s,
-        u"Screenshots 2024"_s, u"Screenshotters"_s, u"Meine Bildschirmfotos"_s, u"Captures"_s, u"Captures d'ecran"_s, u"Capturas"_s,
-        u"Sk\u00e4rm"_s, u"Skarmbilder"_s, u"Schermate2"_s, u"DCIM"_s, u"100CANON"_s, u"VELMORA"_s, u"Preview"_s, u"\u0301"_s,
+        u""_s,
+        u"2024"_s,
+        u"Urlaub"_s,
+        u"hidden."_s,
+        u"a.hidden"_s,
+        u"Trashed hotel"_s,
+        u"My Trash"_s,
+        u"Papierkorbfabrik"_s,
+        u"eaDir"_s,
+        u"recycle"_s,
+        u"__MACOSX2"_s,
+        u"lost and found"_s,
+        u"lost+found "_s,
+        u"Thumbelina"_s,
+        u"Caching"_s,
+        u"lrdata"_s,
+        u"nomedia"_s,
+        u"Screenshots 2024"_s,
+        u"Screenshotters"_s,
+        u"Meine Bildschirmfotos"_s,
+        u"Captures"_s,
+        u"Captures d'ecran"_s,
+        u"Capturas"_s,
+        u"Sk\u00e4rm"_s,
+        u"Skarmbilder"_s,
+        u"Schermate2"_s,
+        u"DCIM"_s,
+        u"100CANON"_s,
+        u"VELMORA"_s,
+        u"Preview"_s,
+        u"\u0301"_s,
     };
-    for (const QString& name : ignorable)
+    for (const QString &name : ignorable)
         QTest::newRow(qPrintable(u"ignorable "_s + name)) << name << true;
-    for (const QString& name : kept)
+    for (const QString &name : kept)
         QTest::newRow(qPrintable(u"kept "_s + name)) << name << false;
 }
 
@@ -114,7 +176,7 @@ void tst_NyDirectoryConfig::ignorableNames()
 
 void tst_NyDirectoryConfig::bothNormalForms()
 {
-    for (const QString& name : {u"Captures d'\u00e9cran"_s, u"Sk\u00e4rmbilder"_s, u"Sk\u00e4rmklipp"_s}) {
+    for (const QString &name : {u"Captures d'\u00e9cran"_s, u"Sk\u00e4rmbilder"_s, u"Sk\u00e4rmklipp"_s}) {
         const QString decomposed = name.normalized(QString::NormalizationForm_D);
         QVERIFY(decomposed != name);
         QVERIFY(NyDirectoryConfig::isIgnorableFolderName(name));
@@ -184,14 +246,14 @@ void tst_NyDirectoryConfig::ownData()
 {
     const NyDirectoryConfig config;
     const QString data = QDir::homePath() + u"/.local/share/VELMORA"_s;
-    for (const QString& own : {data, data + u"/proposals"_s, data + u"/proposals/"_s, QDir::homePath() + u"/.config/VELMORA"_s,
-                               QDir::homePath() + u"/.cache/VELMORA/thumbnails of photos"_s, QDir::tempPath() + u"/VELMORA"_s}) {
+    for (const QString &own : {data, data + u"/proposals"_s, data + u"/proposals/"_s, QDir::homePath() + u"/.config/VELMORA"_s,
+             QDir::homePath() + u"/.cache/VELMORA/thumbnails of photos"_s, QDir::tempPath() + u"/VELMORA"_s}) {
         QVERIFY2(config.isIgnorableFolder(own, false), qPrintable(own));
         QVERIFY2(config.isOwnDataFolder(own), qPrintable(own));
     }
     // Neighbours and namesakes are the user's.
-    for (const QString& other : {data + u"2"_s, data + u" backup"_s, QDir::homePath() + u"/.local/share"_s,
-                                 QDir::homePath() + u"/Pictures/VELMORA"_s, QDir::homePath() + u"/Pictures"_s}) {
+    for (const QString &other : {data + u"2"_s, data + u" backup"_s, QDir::homePath() + u"/.local/share"_s,
+             QDir::homePath() + u"/Pictures/VELMORA"_s, QDir::homePath() + u"/Pictures"_s}) {
         QVERIFY2(!config.isIgnorableFolder(other, false), qPrintable(other));
         QVERIFY2(!config.isOwnDataFolder(other), qPrintable(other));
     }
@@ -285,7 +347,7 @@ void tst_NyDirectoryConfig::resourceNames()
     QTEST(!NyDirectoryConfig::resourceFile(name).isEmpty(), "found");
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     runFromFolderOfItsOwn(argv);
     QCoreApplication application(argc, argv);

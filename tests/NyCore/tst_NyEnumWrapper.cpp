@@ -8,19 +8,21 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 enum class Colour : int { None = 0, Red = 1, Green = 2, Blue = 4 };
 
-class ColourWrapper : public NyEnumWrapper<Colour> {
+class ColourWrapper : public NyEnumWrapper<Colour>
+{
 public:
     explicit ColourWrapper(Colour colour = Colour::None)
         : NyEnumWrapper<Colour>(colour)
     {
     }
-    explicit ColourWrapper(const QString& text) { setValue(enumToStringTable()->decodeCSV(text)); }
+    explicit ColourWrapper(const QString &text) { setValue(enumToStringTable()->decodeCSV(text)); }
 
-    void fillTable(NyEnumToStringTable<Colour>* table) const override
+    void fillTable(NyEnumToStringTable<Colour> *table) const override
     {
         ++fillings;
         table->insert(QString(), Colour::None);
@@ -35,7 +37,8 @@ public:
 };
 
 /** Counts the calls that come through the virtual table. */
-class CountingWrapper : public ColourWrapper {
+class CountingWrapper : public ColourWrapper
+{
 public:
     using ColourWrapper::ColourWrapper;
     using ColourWrapper::expandTo;
@@ -50,19 +53,21 @@ public:
 // No text at all for 0: what an enumeration looks like whose 0 is a real member but not in the table.
 enum Sparse : int { SparseOne = 1 };
 
-class SparseWrapper : public NyEnumWrapper<Sparse> {
+class SparseWrapper : public NyEnumWrapper<Sparse>
+{
 public:
     using NyEnumWrapper<Sparse>::NyEnumWrapper;
-    void fillTable(NyEnumToStringTable<Sparse>* table) const override { table->insert(u"one"_s, SparseOne); }
+    void fillTable(NyEnumToStringTable<Sparse> *table) const override { table->insert(u"one"_s, SparseOne); }
 };
 
 // A table that is asked for by many threads at once.
 enum class Contended : int { A = 1 };
 
-class ContendedWrapper : public NyEnumWrapper<Contended> {
+class ContendedWrapper : public NyEnumWrapper<Contended>
+{
 public:
     using NyEnumWrapper<Contended>::NyEnumWrapper;
-    void fillTable(NyEnumToStringTable<Contended>* table) const override
+    void fillTable(NyEnumToStringTable<Contended> *table) const override
     {
         ++fillings;
         for (int i = 0; i < 1000; ++i)
@@ -79,7 +84,8 @@ Colour operator|(Colour a, Colour b)
 
 } // namespace
 
-class tst_NyEnumWrapper : public QObject {
+class tst_NyEnumWrapper : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -242,7 +248,7 @@ void tst_NyEnumWrapper::validity()
 
 void tst_NyEnumWrapper::tableIsMadeOnce()
 {
-    std::vector<const NyEnumToStringTable<Contended>*> tables(8, nullptr);
+    std::vector<const NyEnumToStringTable<Contended> *> tables(8, nullptr);
     std::vector<QString> texts(8);
     std::vector<std::thread> threads;
     for (size_t i = 0; i < tables.size(); ++i) {
@@ -252,7 +258,7 @@ void tst_NyEnumWrapper::tableIsMadeOnce()
             texts[i] = wrapper.encode();
         });
     }
-    for (std::thread& thread : threads)
+    for (std::thread &thread : threads)
         thread.join();
     for (size_t i = 0; i < tables.size(); ++i) {
         QCOMPARE(tables[i], tables[0]);

@@ -13,27 +13,39 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
-QByteArray contentOf(const QString& path)
+QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : "unreadable"_ba;
 }
 
-void ignoreWarning(const QString& start, const QString& path)
+void ignoreWarning(const QString &start, const QString &path)
 {
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^"_s + start + u' ' + QRegularExpression::escape(path) + u' '));
 }
 
 const QStringList hostileNames{
-    u"with blank"_s, u"line\nbreak"_s, u"per%1cent"_s, u"am&per:colon\"quote'"_s, u"-leading"_s, u".hidden"_s, u"composed \u00e4"_s,
-    u"decomposed a\u0308"_s, QString::fromUcs4(U"camera \U0001F4F7"), u"back\\slash"_s, u"star*?[x]"_s, QString(255, u'n'),
+    u"with blank"_s,
+    u"line\nbreak"_s,
+    u"per%1cent"_s,
+    u"am&per:colon\"quote'"_s,
+    u"-leading"_s,
+    u".hidden"_s,
+    u"composed \u00e4"_s,
+    u"decomposed a\u0308"_s,
+    QString::fromUcs4(U"camera \U0001F4F7"),
+    u"back\\slash"_s,
+    u"star*?[x]"_s,
+    QString(255, u'n'),
 };
 
 } // namespace
 
-class tst_NyFileHandler : public QObject {
+class tst_NyFileHandler : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -68,7 +80,7 @@ void tst_NyFileHandler::init()
 void tst_NyFileHandler::writesNewFile_data()
 {
     QTest::addColumn<QString>("name");
-    for (const QString& name : hostileNames)
+    for (const QString &name : hostileNames)
         QTest::newRow(name.left(20).toUtf8().replace('\n', ' ').constData()) << name;
 }
 
@@ -211,7 +223,7 @@ void tst_NyFileHandler::deletesFilesNotFolders()
 void tst_NyFileHandler::deletesHostileNames()
 {
     QFileInfoList files;
-    for (const QString& name : hostileNames) {
+    for (const QString &name : hostileNames) {
         QFile file(m_folder->filePath(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
         files.append(QFileInfo(file));

@@ -8,17 +8,19 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 QStringList calls;
 
-class Part : public NyInitializerAbstract {
+class Part : public NyInitializerAbstract
+{
 public:
-    explicit Part(const QString& name)
+    explicit Part(const QString &name)
         : m_name(name)
     {
     }
-    void addCommandLineOptionHandlers(NyCommandLineParserAbstract* parser) override
+    void addCommandLineOptionHandlers(NyCommandLineParserAbstract *parser) override
     {
         calls.append(m_name + (parser ? u" options"_s : u" no parser"_s));
     }
@@ -30,7 +32,8 @@ private:
 };
 
 /** Registers itself before main, as the libraries' parts do. */
-class SelfRegistering : public Part {
+class SelfRegistering : public Part
+{
 public:
     SelfRegistering()
         : Part(u"static"_s)
@@ -43,7 +46,8 @@ SelfRegistering me;
 
 } // namespace
 
-class tst_NyInitializer : public QObject {
+class tst_NyInitializer : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -16,9 +16,10 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
-void storeSettings(const QString& content)
+void storeSettings(const QString &content)
 {
     const QString path = NyDirectoryConfig::instance().settingsFile();
     QVERIFY(QDir().mkpath(QFileInfo(path).absolutePath()));
@@ -27,13 +28,13 @@ void storeSettings(const QString& content)
     file.write(content.toUtf8());
 }
 
-QByteArray contentOf(const QString& path)
+QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void makeProgram(const QString& path, const QByteArray& script)
+void makeProgram(const QString &path, const QByteArray &script)
 {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -44,7 +45,8 @@ void makeProgram(const QString& path, const QByteArray& script)
 
 } // namespace
 
-class tst_NyInstallationSettings : public QObject {
+class tst_NyInstallationSettings : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -105,7 +107,8 @@ void tst_NyInstallationSettings::storedForAllPrograms()
 void tst_NyInstallationSettings::installingIsDetached()
 {
     const QString mark = m_folder->filePath(u"mark"_s);
-    makeProgram(m_script, "echo $$ \"$@\" > '" + mark.toUtf8() + ".tmp' && mv '" + mark.toUtf8() + ".tmp' '" + mark.toUtf8() + "'; exec sleep 1000");
+    makeProgram(m_script,
+        "echo $$ \"$@\" > '" + mark.toUtf8() + ".tmp' && mv '" + mark.toUtf8() + ".tmp' '" + mark.toUtf8() + "'; exec sleep 1000");
     storeSettings(u"[common]\nquilloServicePath=\"%1\"\n"_s.arg(m_script));
     NyInstallationSettings settings;
     settings.setAutoStartService(true, false);
@@ -221,7 +224,7 @@ void tst_NyInstallationSettings::executablePaths()
     QCOMPARE(withWrongSetting, besides);
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     runFromFolderOfItsOwn(argv);
     QCoreApplication application(argc, argv);

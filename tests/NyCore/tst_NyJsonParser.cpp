@@ -10,7 +10,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyJsonParser : public QObject {
+class tst_NyJsonParser : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -70,7 +71,7 @@ void tst_NyJsonParser::folder()
 void tst_NyJsonParser::menu_data()
 {
     QTest::addColumn<QString>("argument");
-    for (const QString& argument : {u"2026-07-02.nqp"_s, u"a b:c \"d\" \u00e4.nqp"_s, u""_s, u"%1"_s})
+    for (const QString &argument : {u"2026-07-02.nqp"_s, u"a b:c \"d\" \u00e4.nqp"_s, u""_s, u"%1"_s})
         QTest::newRow(qPrintable(argument)) << argument;
 }
 

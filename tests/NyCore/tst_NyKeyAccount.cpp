@@ -8,7 +8,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyKeyAccount : public QObject {
+class tst_NyKeyAccount : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -53,11 +54,13 @@ void tst_NyKeyAccount::files_data()
     QTest::addColumn<bool>("testClient");
     QTest::addColumn<QString>("warning");
 
-    QTest::newRow("all facts") << "<installation><keyAccount id=\"7320\" name=\"M\xc3\xbcller &amp; Sohn\" testClient=\"Yes\"/></installation>"_ba
-                               << 7320 << u"M\u00fcller & Sohn"_s << true << QString();
+    QTest::newRow("all facts")
+        << "<installation><keyAccount id=\"7320\" name=\"M\xc3\xbcller &amp; Sohn\" testClient=\"Yes\"/></installation>"_ba << 7320
+        << u"M\u00fcller & Sohn"_s << true << QString();
     QTest::newRow("one fact") << "<installation><keyAccount id=\" 12 \"/></installation>"_ba << 12 << u"VELMORA"_s << false << QString();
     QTest::newRow("another root") << "<x><y><keyAccount id=\"3\"/></y></x>"_ba << 3 << u"VELMORA"_s << false << QString();
-    QTest::newRow("first one counts") << "<x><keyAccount id=\"3\"/><keyAccount id=\"4\" name=\"no\"/></x>"_ba << 3 << u"VELMORA"_s << false << QString();
+    QTest::newRow("first one counts") << "<x><keyAccount id=\"3\"/><keyAccount id=\"4\" name=\"no\"/></x>"_ba << 3 << u"VELMORA"_s << false
+                                      << QString();
     QTest::newRow("no facts") << "<installation/>"_ba << 1 << u"VELMORA"_s << false << QString();
     QTest::newRow("no number") << "<x><keyAccount id=\"many\" name=\"n\"/></x>"_ba << 1 << u"n"_s << false
                                << u"^no number in .*installation.xml keyAccount id .*many"_s;
@@ -66,7 +69,8 @@ void tst_NyKeyAccount::files_data()
     QTest::newRow("cut off") << "<installation>\n  <keyAccount id=\"7\"/>\n"_ba << 1 << u"VELMORA"_s << false
                              << u"^cannot parse .*installation.xml line 3 column 0 "_s;
     QTest::newRow("empty") << ""_ba << 1 << u"VELMORA"_s << false << u"^cannot parse .*installation.xml line 1 column 0 "_s;
-    QTest::newRow("NUL bytes") << QByteArray(512, '\0') << 1 << u"VELMORA"_s << false << u"^cannot parse .*installation.xml line 1 column "_s;
+    QTest::newRow("NUL bytes") << QByteArray(512, '\0') << 1 << u"VELMORA"_s << false
+                               << u"^cannot parse .*installation.xml line 1 column "_s;
 }
 
 void tst_NyKeyAccount::files()

@@ -17,15 +17,16 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
-QByteArray contentOf(const QString& path)
+QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-int runChild(const QStringList& arguments)
+int runChild(const QStringList &arguments)
 {
     const QString how = arguments.value(0);
     NyLogMessageHandler::instance().setVerbose(true, QFileInfo(arguments.value(1)));
@@ -37,7 +38,8 @@ int runChild(const QStringList& arguments)
         qFatal("the end");
     if (how == u"static") {
         // Said while static objects are destroyed, after the handler's own work at the end.
-        struct Late {
+        struct Late
+        {
             ~Late() { qWarning() << "a late line"; }
         };
         static const Late late;
@@ -48,7 +50,8 @@ int runChild(const QStringList& arguments)
 
 } // namespace
 
-class tst_NyLogMessageHandler : public QObject {
+class tst_NyLogMessageHandler : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -100,8 +103,8 @@ void tst_NyLogMessageHandler::cleanup()
 
 void tst_NyLogMessageHandler::placeOfTheFile()
 {
-    QCOMPARE(NyGeneralSettings::instance().logFile().absoluteFilePath(),
-             QDir::homePath() + u"/.local/share/VELMORA/log/quilloservice.log"_s);
+    QCOMPARE(
+        NyGeneralSettings::instance().logFile().absoluteFilePath(), QDir::homePath() + u"/.local/share/VELMORA/log/quilloservice.log"_s);
 }
 
 void tst_NyLogMessageHandler::lineForm()
@@ -230,8 +233,8 @@ void tst_NyLogMessageHandler::earlierHandlerStillHears()
 {
     static QStringList heard;
     heard.clear();
-    const QtMessageHandler before = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext&, const QString& message) { heard.append(message); });
+    const QtMessageHandler before
+        = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &message) { heard.append(message); });
     m_handler->setVerbose(true, QFileInfo(logPath()));
     m_handler->setVerbose(true, QFileInfo(logPath()));
     qInfo() << "heard once";
@@ -253,8 +256,7 @@ void tst_NyLogMessageHandler::manyThreads()
 {
     static std::atomic<int> heard;
     heard = 0;
-    const QtMessageHandler before =
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++heard; });
+    const QtMessageHandler before = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) { ++heard; });
     m_handler->setVerbose(true, QFileInfo(logPath()));
     std::vector<std::thread> threads;
     for (int t = 0; t < 4; ++t) {
@@ -266,7 +268,7 @@ void tst_NyLogMessageHandler::manyThreads()
             }
         });
     }
-    for (std::thread& thread : threads)
+    for (std::thread &thread : threads)
         thread.join();
     m_handler->setVerbose(false, QFileInfo());
     qInstallMessageHandler(before);
@@ -275,7 +277,7 @@ void tst_NyLogMessageHandler::manyThreads()
     QVERIFY(lines.takeLast().isEmpty());
     QCOMPARE(lines.size(), 2000);
     const QRegularExpression form(u"^\\S+ info thread \\d line \\d+$"_s);
-    for (const QByteArray& line : std::as_const(lines))
+    for (const QByteArray &line : std::as_const(lines))
         QVERIFY2(form.match(QString::fromUtf8(line)).hasMatch(), line.constData());
 }
 
@@ -330,7 +332,7 @@ void tst_NyLogMessageHandler::fullDiskIsToldOnce()
     QVERIFY(said.contains("a late line"));
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();

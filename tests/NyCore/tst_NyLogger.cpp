@@ -18,14 +18,15 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 QString logPath()
 {
     return NyGeneralSettings::instance().eventLogFile().absoluteFilePath();
 }
 
-QByteArray contentOf(const QString& path)
+QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -41,7 +42,7 @@ QList<QByteArray> lines()
 
 constexpr qint64 LargestSize = 5 * 1024 * 1024;
 
-int runChild(const QStringList& arguments)
+int runChild(const QStringList &arguments)
 {
     NyLogger logger;
     if (arguments.value(0) == u"many") {
@@ -56,7 +57,8 @@ int runChild(const QStringList& arguments)
 
 } // namespace
 
-class tst_NyLogger : public QObject {
+class tst_NyLogger : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -167,12 +169,12 @@ void tst_NyLogger::manyThreads()
                 logger.logQuilloService(u"thread %1 record %2"_s.arg(t).arg(i));
         });
     }
-    for (std::thread& thread : threads)
+    for (std::thread &thread : threads)
         thread.join();
     QCOMPARE(lines().size(), 1000);
     const QRegularExpression form(u"^\\S+\tthread \\d record \\d+$"_s);
     const QList<QByteArray> all = lines();
-    for (const QByteArray& line : all)
+    for (const QByteArray &line : all)
         QVERIFY2(form.match(QString::fromUtf8(line)).hasMatch(), line.constData());
 }
 
@@ -212,7 +214,7 @@ void tst_NyLogger::rotationByTwoProcesses()
     QCOMPARE(a.exitCode(), 0);
     QCOMPARE(b.exitCode(), 0);
     int records = 0;
-    for (const QString& ending : {u".3"_s, u".2"_s, u".1"_s, u""_s}) {
+    for (const QString &ending : {u".3"_s, u".2"_s, u".1"_s, u""_s}) {
         const QByteArray content = contentOf(logPath() + ending);
         // While one process is held up in the middle of setting the file aside, the other goes on appending to it.
         QVERIFY2(content.size() < 2 * LargestSize, QByteArray::number(content.size()).constData());
@@ -237,8 +239,8 @@ void tst_NyLogger::fullDisk()
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), 0);
     // Told once, though two records are lost.
-    QCOMPARE(child.readAllStandardError().trimmed(),
-             "cannot write the log file " + QFile::encodeName(logPath()) + ": No space left on device");
+    QCOMPARE(
+        child.readAllStandardError().trimmed(), "cannot write the log file " + QFile::encodeName(logPath()) + ": No space left on device");
 
     // With room again, the same logger goes on.
     NyLogger logger;
@@ -276,7 +278,7 @@ void tst_NyLogger::unwritableFolder()
     QVERIFY(obstacle.remove());
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     NyProgramConfig::instance().setProgramID(NyProgramID::QuilloService);

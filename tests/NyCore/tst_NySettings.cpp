@@ -25,7 +25,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 QString settingsPath()
 {
@@ -38,7 +39,7 @@ QByteArray stored()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void store(const QByteArray& content)
+void store(const QByteArray &content)
 {
     QDir().mkpath(QFileInfo(settingsPath()).absolutePath());
     QFile file(settingsPath());
@@ -46,24 +47,24 @@ void store(const QByteArray& content)
     QCOMPARE(file.write(content), content.size());
 }
 
-NyConfigItem<QString> textItem(const QString& value = QString(), bool programScope = false)
+NyConfigItem<QString> textItem(const QString &value = QString(), bool programScope = false)
 {
     return {value, value, u"text"_s, programScope};
 }
 
-NyConfigItem<int> numberItem(int value = 0, const QString& key = u"number"_s)
+NyConfigItem<int> numberItem(int value = 0, const QString &key = u"number"_s)
 {
     return {value, value, key, false};
 }
 
-QString loadedText(const QString& key = u"text"_s, bool programScope = false)
+QString loadedText(const QString &key = u"text"_s, bool programScope = false)
 {
     NyConfigItem<QString> item(u"default"_s, u"default"_s, key, programScope);
     NySettings().load(item);
     return item.value();
 }
 
-int loadedNumber(const QString& key = u"number"_s)
+int loadedNumber(const QString &key = u"number"_s)
 {
     NyConfigItem<int> item(-1, -1, key, false);
     NySettings().load(item);
@@ -71,9 +72,10 @@ int loadedNumber(const QString& key = u"number"_s)
 }
 
 /** This program again, in a part of its own. */
-class OtherProcess : public QProcess {
+class OtherProcess : public QProcess
+{
 public:
-    explicit OtherProcess(const QStringList& arguments)
+    explicit OtherProcess(const QStringList &arguments)
     {
         setProcessChannelMode(QProcess::ForwardedErrorChannel);
         start(QCoreApplication::applicationFilePath(), QStringList{u"--child"_s} + arguments);
@@ -86,7 +88,7 @@ public:
             waitForFinished();
         }
     }
-    bool said(const QByteArray& word)
+    bool said(const QByteArray &word)
     {
         while (!canReadLine()) {
             if (!waitForReadyRead(10000))
@@ -101,7 +103,7 @@ public:
     }
 };
 
-int runChild(const QStringList& arguments)
+int runChild(const QStringList &arguments)
 {
     const QString what = arguments.value(0);
     const NySettings settings;
@@ -142,7 +144,8 @@ int runChild(const QStringList& arguments)
 
 } // namespace
 
-class tst_NySettings : public QObject {
+class tst_NySettings : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -285,7 +288,7 @@ void tst_NySettings::roundTripOfTimes()
 
 void tst_NySettings::roundTripOfDates()
 {
-    for (const QDate& date : {QDate(2026, 7, 2), QDate(2024, 2, 29), QDate(1582, 10, 15), QDate()}) {
+    for (const QDate &date : {QDate(2026, 7, 2), QDate(2024, 2, 29), QDate(1582, 10, 15), QDate()}) {
         NyConfigItem<QDate> item(QDate(2000, 1, 1), QDate(), u"date"_s, true);
         item.setValue(date);
         NySettings().save(item);
@@ -364,8 +367,8 @@ void tst_NySettings::scopes()
 
     NyProgramConfig::instance().setProgramID(NyProgramID::QuilloService);
     QCOMPARE(loadedText(u"text"_s, true), u"for the service"_s);
-    QCOMPARE(stored(),
-             "[common]\ntext=\"for all\"\n\n[quilloservice]\ntext=\"for the service\"\n\n[velmora-albuma]\ntext=\"for the window\"\n");
+    QCOMPARE(
+        stored(), "[common]\ntext=\"for all\"\n\n[quilloservice]\ntext=\"for the service\"\n\n[velmora-albuma]\ntext=\"for the window\"\n");
 }
 
 void tst_NySettings::unchangedItemIsLeftAlone()
@@ -427,13 +430,13 @@ void tst_NySettings::seesWhatAnotherProcessWrote()
 {
     NyConfigItem<QString> item = textItem();
     // Texts of one length, so that neither the file's size nor anything but its content tells them apart.
-    for (const QString& text : {u"aaa"_s, u"bbb"_s, u"ccc"_s, u"ddd"_s}) {
+    for (const QString &text : {u"aaa"_s, u"bbb"_s, u"ccc"_s, u"ddd"_s}) {
         QCOMPARE(OtherProcess({u"write"_s, text}).result(), 0);
         NySettings().load(item);
         QCOMPARE(item.value(), text);
     }
     // Written in place, so that the file stays the same but for its times.
-    for (const QByteArray& text : {"eee"_ba, "fff"_ba, "ggg"_ba}) {
+    for (const QByteArray &text : {"eee"_ba, "fff"_ba, "ggg"_ba}) {
         store("[common]\ntext=\"" + text + "\"\n");
         NySettings().load(item);
         QCOMPARE(item.value(), QString::fromLatin1(text));
@@ -607,12 +610,12 @@ void tst_NySettings::secondBrokenFileKeepsTheFirst()
 {
     const QString first = settingsPath() + u".broken"_s;
     const QString second = settingsPath() + u".2.broken"_s;
-    for (const QString& aside : {first, second}) {
+    for (const QString &aside : {first, second}) {
         store("broken for " + QFileInfo(aside).fileName().toLatin1());
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"set aside as "_s + QRegularExpression::escape(aside)));
         QCOMPARE(loadedNumber(), -1);
     }
-    for (const QString& aside : {first, second}) {
+    for (const QString &aside : {first, second}) {
         QFile file(aside);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), "broken for " + QFileInfo(aside).fileName().toLatin1());
@@ -656,7 +659,7 @@ void tst_NySettings::lockIsRecursive()
 void tst_NySettings::lockBetweenThreads()
 {
     constexpr int rounds = 15;
-    const auto count = [](const QString& own) {
+    const auto count = [](const QString &own) {
         const NySettings settings;
         NyConfigItem<int> shared(0, 0, u"shared"_s, false);
         NyConfigItem<int> mine(0, 0, own, false);
@@ -726,8 +729,8 @@ void tst_NySettings::livingHolderDelaysForABoundedTime()
     QVERIFY(holder.said("held"));
     // Stopped, as by a debugger or a full memory: alive, but it will not let go.
     QCOMPARE(::kill(static_cast<pid_t>(holder.processId()), SIGSTOP), 0);
-    const QString warning = u"settings are held by another process for too long: %1 tst_NySettings %2"_s
-                                .arg(settingsPath(), QString::number(holder.processId()));
+    const QString warning = u"settings are held by another process for too long: %1 tst_NySettings %2"_s.arg(
+        settingsPath(), QString::number(holder.processId()));
     QTest::ignoreMessage(QtWarningMsg, warning.toUtf8().constData());
     QElapsedTimer time;
     time.start();
@@ -811,7 +814,7 @@ void tst_NySettings::unwritableFolder()
     QCOMPARE(loadedNumber(), 1);
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     NyProgramConfig::instance().setProgramID(NyProgramID::QuilloService);

@@ -8,7 +8,8 @@
 
 #include "NyUnificationProbe.h"
 
-class tst_NySingleton : public QObject {
+class tst_NySingleton : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -20,14 +21,14 @@ private Q_SLOTS:
 
 void tst_NySingleton::oneInstanceForAllThreads()
 {
-    std::vector<NyProbeSingleton*> seen(8, nullptr);
+    std::vector<NyProbeSingleton *> seen(8, nullptr);
     std::vector<std::thread> threads;
-    for (NyProbeSingleton*& slot : seen)
+    for (NyProbeSingleton *&slot : seen)
         threads.emplace_back([&slot] { slot = &NyProbeSingleton::instance(); });
-    for (std::thread& thread : threads)
+    for (std::thread &thread : threads)
         thread.join();
     QVERIFY(seen.front());
-    for (NyProbeSingleton* object : seen)
+    for (NyProbeSingleton *object : seen)
         QCOMPARE(object, seen.front());
     QCOMPARE(NyProbeSingleton::constructions.load(), 1);
     QCOMPARE(NyProbeSingleton::setups.load(), 1);

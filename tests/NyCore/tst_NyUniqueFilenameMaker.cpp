@@ -8,7 +8,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyUniqueFilenameMaker : public QObject {
+class tst_NyUniqueFilenameMaker : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -35,7 +36,8 @@ void tst_NyUniqueFilenameMaker::names_data()
     QTest::newRow("preview left over") << QStringList{u"a.nqp.png"_s} << u"a.nqp"_s << u"_"_s << u"a_2.nqp"_s;
     QTest::newRow("description left over") << QStringList{u"a.nqp.json"_s} << u"a.nqp"_s << u"_"_s << u"a_2.nqp"_s;
     QTest::newRow("preview of the second left over") << QStringList{u"a.nqp"_s, u"a_2.nqp.png"_s} << u"a.nqp"_s << u"_"_s << u"a_3.nqp"_s;
-    QTest::newRow("neighbour with another ending") << QStringList{u"a.nqpx"_s, u"a"_s, u"a.nqp.bak"_s} << u"a.nqp"_s << u"_"_s << u"a.nqp"_s;
+    QTest::newRow("neighbour with another ending")
+        << QStringList{u"a.nqpx"_s, u"a"_s, u"a.nqp.bak"_s} << u"a.nqp"_s << u"_"_s << u"a.nqp"_s;
     QTest::newRow("other case is another name") << QStringList{u"A.nqp"_s} << u"a.nqp"_s << u"_"_s << u"a.nqp"_s;
     QTest::newRow("other separator") << QStringList{u"a.nqp"_s} << u"a.nqp"_s << u" - "_s << u"a - 2.nqp"_s;
     QTest::newRow("no separator") << QStringList{u"a.nqp"_s} << u"a.nqp"_s << u""_s << u"a2.nqp"_s;
@@ -43,7 +45,8 @@ void tst_NyUniqueFilenameMaker::names_data()
     QTest::newRow("no ending") << QStringList{u"a"_s} << u"a"_s << u"_"_s << u"a_2"_s;
     QTest::newRow("dot at the end") << QStringList{u"a."_s} << u"a."_s << u"_"_s << u"a_2."_s;
     QTest::newRow("only an ending") << QStringList{u".nqp"_s} << u".nqp"_s << u"_"_s << u"_2.nqp"_s;
-    QTest::newRow("hostile") << QStringList{u"%1 \"a\"\n\u00e4.nqp"_s} << u"%1 \"a\"\n\u00e4.nqp"_s << u"_"_s << u"%1 \"a\"\n\u00e4_2.nqp"_s;
+    QTest::newRow("hostile") << QStringList{u"%1 \"a\"\n\u00e4.nqp"_s} << u"%1 \"a\"\n\u00e4.nqp"_s << u"_"_s
+                             << u"%1 \"a\"\n\u00e4_2.nqp"_s;
 }
 
 void tst_NyUniqueFilenameMaker::names()
@@ -53,7 +56,7 @@ void tst_NyUniqueFilenameMaker::names()
     QFETCH(QString, separator);
     QFETCH(QString, made);
     QTemporaryDir folder;
-    for (const QString& name : std::as_const(present)) {
+    for (const QString &name : std::as_const(present)) {
         QFile file(folder.filePath(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
@@ -88,7 +91,7 @@ void tst_NyUniqueFilenameMaker::longNames()
     const QFileInfo result = NyUniqueFilenameMaker::makeHumanCompatibleUniqueFileName(QFileInfo(file), u"_"_s);
     QVERIFY(result.fileName().endsWith(u"_2.nqp"_s));
     // All files of the group can be made.
-    for (const QString& ending : {u""_s, u".png"_s, u".json"_s}) {
+    for (const QString &ending : {u""_s, u".png"_s, u".json"_s}) {
         QFile member(result.absoluteFilePath() + ending);
         QVERIFY2(member.open(QIODevice::WriteOnly), qPrintable(member.fileName()));
     }

@@ -23,10 +23,10 @@ private Q_SLOTS:
 
 private:
     QString m_file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/VELMORA/designs.xml"_s;
-    void write(const QByteArray& content) const;
+    void write(const QByteArray &content) const;
 };
 
-void tst_NyPreInstalledDesignElementRegistry::write(const QByteArray& content) const
+void tst_NyPreInstalledDesignElementRegistry::write(const QByteArray &content) const
 {
     QVERIFY(QDir().mkpath(QFileInfo(m_file).path()));
     QFile file(m_file);
@@ -49,7 +49,7 @@ void tst_NyPreInstalledDesignElementRegistry::builtInDesigns()
     QCOMPARE(registry.defaultStyle().id.toString(), released.first());
     QVERIFY(registry.style(NyDesignElementID(u"velmora.style.gallery"_s)).release == NyDesignRelease::ManualOnly);
     QCOMPARE(NyPreInstalledDesignElementRegistry::instance().quilloDesignElementIDs().toStringList(false), released);
-    for (const NyDesignStyle& style : registry.styles()) {
+    for (const NyDesignStyle &style : registry.styles()) {
         QVERIFY(!style.name.isEmpty());
         QVERIFY(qAbs(style.coverBackground.lightness() - style.coverTextColor.lightness()) > 80);
         QVERIFY(qAbs(style.pageBackground.lightness() - style.textColor.lightness()) > 80);
@@ -61,8 +61,8 @@ void tst_NyPreInstalledDesignElementRegistry::usersFileComesFirst()
     write("<designs><design id='z.own' name='Eigenes' proposal='true'><page background='#102030'/></design>"
           "<design id='a.other' proposal='yes'/></designs>");
     const NyPreInstalledDesignElementRegistry registry;
-    QCOMPARE(registry.quilloDesignElementIDs().toStringList(false), QStringList({ u"z.own"_s, u"a.other"_s }));
-    QCOMPARE(registry.quilloDesignElementIDs().toStringList(true), QStringList({ u"a.other"_s, u"z.own"_s }));
+    QCOMPARE(registry.quilloDesignElementIDs().toStringList(false), QStringList({u"z.own"_s, u"a.other"_s}));
+    QCOMPARE(registry.quilloDesignElementIDs().toStringList(true), QStringList({u"a.other"_s, u"z.own"_s}));
     QCOMPARE(registry.defaultStyle().name, u"Eigenes"_s);
     QCOMPARE(registry.defaultStyle().pageBackground, QColor(0x10, 0x20, 0x30));
     QCOMPARE(registry.style(NyDesignElementID(u"a.other"_s)).name, u"a.other"_s);
@@ -94,7 +94,7 @@ void tst_NyPreInstalledDesignElementRegistry::badDesignsAreLeftOut()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"designs.xml.*line 4 has no colour in \"background\" : \"nocolor\""_s));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"designs.xml.*line 5 repeats the design \"a\""_s));
     const NyPreInstalledDesignElementRegistry registry;
-    QCOMPARE(registry.quilloDesignElementIDs().toStringList(false), QStringList { u"a"_s });
+    QCOMPARE(registry.quilloDesignElementIDs().toStringList(false), QStringList{u"a"_s});
     QCOMPARE(registry.styles().size(), 1);
     QCOMPARE(registry.styles().first().pageBackground, NyDesignStyle().pageBackground);
 }
@@ -111,14 +111,14 @@ void tst_NyPreInstalledDesignElementRegistry::firstKnownStyle()
 {
     write("<designs><design id='a' proposal='true'/><design id='b'/></designs>");
     const NyPreInstalledDesignElementRegistry registry;
-    const auto first = [&](const QStringList& ids) {
+    const auto first = [&](const QStringList &ids) {
         QList<NyDesignElementID> wanted;
-        for (const QString& id : ids)
+        for (const QString &id : ids)
             wanted.append(NyDesignElementID(id));
         return registry.firstKnownStyle(wanted).id.toString();
     };
-    QCOMPARE(first({ u"gone"_s, u"b"_s, u"a"_s }), u"b"_s);
-    QCOMPARE(first({ u"gone"_s }), u"a"_s);
+    QCOMPARE(first({u"gone"_s, u"b"_s, u"a"_s}), u"b"_s);
+    QCOMPARE(first({u"gone"_s}), u"a"_s);
     QCOMPARE(first({}), u"a"_s);
 }
 

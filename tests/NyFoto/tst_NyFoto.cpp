@@ -9,7 +9,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyFoto : public QObject {
+class tst_NyFoto : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -98,7 +99,7 @@ void tst_NyFoto::everyAsciiLetter()
 void tst_NyFoto::filesOnDisk()
 {
     const QTemporaryDir folder;
-    for (const QString& name : {u"a%20b.jpg"_s, u"u\u0308.jpg"_s, u"\u00fc.jpg"_s, u"neue\nZeile?#.jpg"_s, u" .jpg "_s}) {
+    for (const QString &name : {u"a%20b.jpg"_s, u"u\u0308.jpg"_s, u"\u00fc.jpg"_s, u"neue\nZeile?#.jpg"_s, u" .jpg "_s}) {
         const QString path = folder.filePath(name);
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
@@ -171,7 +172,7 @@ void tst_NyFoto::lists()
     QVERIFY(NyFotoList().isEmpty());
     QCOMPARE(NyFotoList(QList<QUrl>()), NyFotoList());
     int count = 0;
-    for (const NyFoto& foto : list)
+    for (const NyFoto &foto : list)
         count += foto.isLocalFile() ? 1 : 0;
     QCOMPARE(count, 2);
 }

@@ -14,23 +14,27 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 constexpr NyBackgroundJobPriority Priority = NyBackgroundJobPriority::Analysis;
 
-class Cancelled : public NyBackgroundTask {
+class Cancelled : public NyBackgroundTask
+{
 public:
     bool isCancelled() const override { return true; }
 };
 
-class GoesOn : public NyBackgroundTask {
+class GoesOn : public NyBackgroundTask
+{
 public:
     bool isCancelled() const override { return false; }
 };
 
 }
 
-class tst_NyFotoAccess : public QObject {
+class tst_NyFotoAccess : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -57,7 +61,7 @@ private Q_SLOTS:
     void samplesWithOrientations();
 
 private:
-    NyFoto picture(const QString& name, const TestPictures::Fields& fields = {}, int orientation = 1) const
+    NyFoto picture(const QString &name, const TestPictures::Fields &fields = {}, int orientation = 1) const
     {
         const QString path = m_folder.filePath(name);
         QFile::remove(path);
@@ -66,8 +70,8 @@ private:
         return NyFoto(QFileInfo(path));
     }
 
-    static NyDrawable drawable(const NyFoto& foto, NyCachingOption option = NyCachingOption::CacheAndLoad, NyFotoCacheResultHint* hint = nullptr,
-        NyBackgroundTask* task = nullptr)
+    static NyDrawable drawable(const NyFoto &foto, NyCachingOption option = NyCachingOption::CacheAndLoad,
+        NyFotoCacheResultHint *hint = nullptr, NyBackgroundTask *task = nullptr)
     {
         return NyFotoAccess::drawable(foto, QSize(224, 224), Priority, option, hint, task);
     }
@@ -132,17 +136,21 @@ void tst_NyFotoAccess::ratings()
     QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(picture(u"none.jpg"_s), Priority, false), 0);
     QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(picture(u"four.jpg"_s, {{"Xmp.xmp.Rating", "4"}}), Priority, false), 4);
     QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(picture(u"rejected.jpg"_s, {{"Xmp.xmp.Rating", "-1"}}), Priority, false), -1);
-    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(picture(u"own.jpg"_s, {{"Xmp.xmp.Rating", "4"}, {"Xmp.velmora.Rating", "2"}}), Priority, false), 2);
+    QCOMPARE(
+        NyFotoAccess::adobeOrVelmoraRating(picture(u"own.jpg"_s, {{"Xmp.xmp.Rating", "4"}, {"Xmp.velmora.Rating", "2"}}), Priority, false),
+        2);
 }
 
 void tst_NyFotoAccess::times()
 {
-    const NyFoto local = picture(u"local.jpg"_s, {{"Exif.Photo.DateTimeOriginal", "2024:07:14 18:30:05"}, {"Exif.Photo.SubSecTimeOriginal", "5"}});
+    const NyFoto local
+        = picture(u"local.jpg"_s, {{"Exif.Photo.DateTimeOriginal", "2024:07:14 18:30:05"}, {"Exif.Photo.SubSecTimeOriginal", "5"}});
     QCOMPARE(NyFotoAccess::captureTime(local), QDateTime(QDate(2024, 7, 14), QTime(18, 30, 5, 500)));
     // 18:30:05 in Berlin's summer is 16:30:05 UTC.
     for (const NyPictureTakenOption option : {NyPictureTakenOption::MetaDataOnly, NyPictureTakenOption::MetaDataOrFileTime})
         QCOMPARE(NyFotoAccess::pictureTakenEpoch(local, Priority, false, option), 1720974605);
-    const NyFoto tokyo = picture(u"tokyo.jpg"_s, {{"Exif.Photo.DateTimeOriginal", "2024:07:14 00:10:00"}, {"Exif.Photo.OffsetTimeOriginal", "+09:00"}});
+    const NyFoto tokyo
+        = picture(u"tokyo.jpg"_s, {{"Exif.Photo.DateTimeOriginal", "2024:07:14 00:10:00"}, {"Exif.Photo.OffsetTimeOriginal", "+09:00"}});
     QCOMPARE(NyFotoAccess::captureTime(tokyo).date(), QDate(2024, 7, 14));
     QCOMPARE(NyFotoAccess::captureTime(tokyo).time(), QTime(0, 10));
     QCOMPARE(NyFotoAccess::captureTime(tokyo).offsetFromUtc(), 32400);
@@ -164,8 +172,10 @@ void tst_NyFotoAccess::timesWithoutMetaData()
 
 void tst_NyFotoAccess::metaData()
 {
-    const NyFotoMetaData data = NyFotoAccess::metaData(picture(u"data.jpg"_s, {{"Exif.Photo.DigitalZoomRatio", "2/1"}, {"Exif.Image.Make", "Kamerawerk"},
-        {"Exif.Photo.ISOSpeedRatings", "400"}, {"Xmp.dc.subject", "Urlaub"}}), Priority, false);
+    const NyFotoMetaData data = NyFotoAccess::metaData(picture(u"data.jpg"_s,
+                                                           {{"Exif.Photo.DigitalZoomRatio", "2/1"}, {"Exif.Image.Make", "Kamerawerk"},
+                                                               {"Exif.Photo.ISOSpeedRatings", "400"}, {"Xmp.dc.subject", "Urlaub"}}),
+        Priority, false);
     QVERIFY(data.isValid());
     QCOMPARE(data.digitalZoomRatio(), 2.0);
     QCOMPARE(data.cameraMake(), u"Kamerawerk"_s);
@@ -180,14 +190,20 @@ void tst_NyFotoAccess::metaData()
 void tst_NyFotoAccess::positions()
 {
     QVERIFY(!NyFotoAccess::geoPosition(picture(u"nowhere.jpg"_s), Priority, false).isValid());
-    const NyGeoPosition position = NyFotoAccess::geoPosition(picture(u"somewhere.jpg"_s, {{"Exif.GPSInfo.GPSLatitude", "33/1 30/1 0/1"},
-        {"Exif.GPSInfo.GPSLatitudeRef", "S"}, {"Exif.GPSInfo.GPSLongitude", "70/1 15/1 0/1"}, {"Exif.GPSInfo.GPSLongitudeRef", "W"}}), Priority, false);
+    const NyGeoPosition position
+        = NyFotoAccess::geoPosition(picture(u"somewhere.jpg"_s,
+                                        {{"Exif.GPSInfo.GPSLatitude", "33/1 30/1 0/1"}, {"Exif.GPSInfo.GPSLatitudeRef", "S"},
+                                            {"Exif.GPSInfo.GPSLongitude", "70/1 15/1 0/1"}, {"Exif.GPSInfo.GPSLongitudeRef", "W"}}),
+            Priority, false);
     QVERIFY(position.isValid());
     QCOMPARE(position.latitude().decimalDegrees(), -33.5);
     QCOMPARE(position.longitude().decimalDegrees(), -70.25);
     QVERIFY(position.latitude().isInValidRange());
-    const NyGeoPosition outOfRange = NyFotoAccess::geoPosition(picture(u"far.jpg"_s, {{"Exif.GPSInfo.GPSLatitude", "151/1 0/1 0/1"},
-        {"Exif.GPSInfo.GPSLatitudeRef", "N"}, {"Exif.GPSInfo.GPSLongitude", "10/1 0/1 0/1"}, {"Exif.GPSInfo.GPSLongitudeRef", "E"}}), Priority, false);
+    const NyGeoPosition outOfRange
+        = NyFotoAccess::geoPosition(picture(u"far.jpg"_s,
+                                        {{"Exif.GPSInfo.GPSLatitude", "151/1 0/1 0/1"}, {"Exif.GPSInfo.GPSLatitudeRef", "N"},
+                                            {"Exif.GPSInfo.GPSLongitude", "10/1 0/1 0/1"}, {"Exif.GPSInfo.GPSLongitudeRef", "E"}}),
+            Priority, false);
     QVERIFY(outOfRange.isValid());
     QVERIFY(!outOfRange.latitude().isInValidRange());
 }
@@ -201,7 +217,8 @@ void tst_NyFotoAccess::drawables()
         QCOMPARE(TestPictures::cornerLetters(one.image()), u"rgbw"_s);
         NyFotoCacheManager::instance().clearCache();
     }
-    QVERIFY(NyFotoAccess::drawable(picture(u"box.jpg"_s), QSize(0, 224), Priority, NyCachingOption::CacheAndLoad, nullptr, nullptr).isNull());
+    QVERIFY(
+        NyFotoAccess::drawable(picture(u"box.jpg"_s), QSize(0, 224), Priority, NyCachingOption::CacheAndLoad, nullptr, nullptr).isNull());
 }
 
 void tst_NyFotoAccess::drawableOptions()
@@ -249,7 +266,8 @@ void tst_NyFotoAccess::changedFileIsReadAgain()
     QCOMPARE(NyFotoAccess::preferredSize(foto, Priority, false), QSize(320, 200));
     QVERIFY(!drawable(foto).isNull());
     QFile::remove(foto.location());
-    QVERIFY(TestPictures::writeJpeg(foto.location(), QSize(100, 100), 1, {{"Xmp.xmp.Rating", "5"}, {"Xmp.dc.subject", "so that the size differs"}}));
+    QVERIFY(TestPictures::writeJpeg(
+        foto.location(), QSize(100, 100), 1, {{"Xmp.xmp.Rating", "5"}, {"Xmp.dc.subject", "so that the size differs"}}));
     QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 5);
     QCOMPARE(NyFotoAccess::preferredSize(foto, Priority, false), QSize(100, 100));
     QCOMPARE(drawable(foto).image().size(), QSize(100, 100));
@@ -280,7 +298,7 @@ void tst_NyFotoAccess::unreadableFotos()
 {
     const QString broken = m_folder.filePath(u"broken.jpg"_s);
     QVERIFY(TestPictures::writeBytes(broken, "Dies ist kein Bild."));
-    for (const QString& path : {broken, m_folder.filePath(u"missing.jpg"_s)}) {
+    for (const QString &path : {broken, m_folder.filePath(u"missing.jpg"_s)}) {
         const NyFoto foto{QFileInfo(path)};
         const QRegularExpression line(u"cannot read the picture \"%1\""_s.arg(QRegularExpression::escape(path)));
         QTest::ignoreMessage(QtWarningMsg, line);
@@ -300,7 +318,7 @@ void tst_NyFotoAccess::unreadableFotos()
 
 void tst_NyFotoAccess::noLocalFile()
 {
-    for (const NyFoto& foto : {NyFoto(), NyFoto(QUrl(u"https://example.org/a.jpg"_s)), NyFoto(QUrl(u"photokit:asset/1"_s))}) {
+    for (const NyFoto &foto : {NyFoto(), NyFoto(QUrl(u"https://example.org/a.jpg"_s)), NyFoto(QUrl(u"photokit:asset/1"_s))}) {
         QVERIFY(NyFotoAccess::preferredSize(foto, Priority, false).isEmpty());
         QVERIFY(drawable(foto).isNull());
         QVERIFY(!NyFotoAccess::metaData(foto, Priority, false).isValid());
@@ -333,10 +351,11 @@ void tst_NyFotoAccess::samplesWithOrientations()
     if (folder.isEmpty())
         QSKIP("NY_PHOTO_SAMPLES names no folder of photographs");
     int count = 0;
-    for (const QString& kind : {u"landscape"_s, u"portrait"_s}) {
+    for (const QString &kind : {u"landscape"_s, u"portrait"_s}) {
         // All eight show the same scene; the first is stored upright.
         const QString pattern = folder + u"/jpg/orientation/%1_%2.jpg"_s;
-        const QImage upright = drawable(NyFoto(QFileInfo(pattern.arg(kind).arg(1)))).image().scaled(16, 16, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        const QImage upright
+            = drawable(NyFoto(QFileInfo(pattern.arg(kind).arg(1)))).image().scaled(16, 16, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         QVERIFY(!upright.isNull());
         for (int orientation = 2; orientation <= 8; ++orientation) {
             const NyDrawable one = drawable(NyFoto(QFileInfo(pattern.arg(kind).arg(orientation))));

@@ -13,7 +13,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyFotoBuilder : public QObject {
+class tst_NyFotoBuilder : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -31,18 +32,18 @@ private Q_SLOTS:
     void deepTree();
 
 private:
-    QString path(const QString& name) const { return m_folder->filePath(name); }
-    void make(const QString& name) const
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    void make(const QString &name) const
     {
         QDir().mkpath(QFileInfo(path(name)).absolutePath());
         QFile file(path(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
-    QStringList found(const QString& folder = u""_s) const
+    QStringList found(const QString &folder = u""_s) const
     {
         QStringList names;
         const NyFotoList list = NyFotoBuilder::instance().fotosFromUrl(QUrl::fromLocalFile(path(folder)));
-        for (const NyFoto& foto : list)
+        for (const NyFoto &foto : list)
             names.append(QDir(m_folder->path()).relativeFilePath(foto.location()));
         return names;
     }
@@ -58,7 +59,8 @@ void tst_NyFotoBuilder::init()
 
 void tst_NyFotoBuilder::folderAndSubfolders()
 {
-    for (const QString& name : {u"b.jpg"_s, u"a.jpg"_s, u"Tag 2/1.jpg"_s, u"Tag 1/z.jpg"_s, u"Tag 1/RAW/1.nef"_s, u"Tag 1/a.jpg"_s, u"leer/lies.txt"_s})
+    for (const QString &name :
+        {u"b.jpg"_s, u"a.jpg"_s, u"Tag 2/1.jpg"_s, u"Tag 1/z.jpg"_s, u"Tag 1/RAW/1.nef"_s, u"Tag 1/a.jpg"_s, u"leer/lies.txt"_s})
         make(name);
     QCOMPARE(found(), QStringList({u"a.jpg"_s, u"b.jpg"_s, u"Tag 1/a.jpg"_s, u"Tag 1/z.jpg"_s, u"Tag 1/RAW/1.nef"_s, u"Tag 2/1.jpg"_s}));
     QCOMPARE(found(u"Tag 1"_s), QStringList({u"Tag 1/a.jpg"_s, u"Tag 1/z.jpg"_s, u"Tag 1/RAW/1.nef"_s}));
@@ -67,7 +69,8 @@ void tst_NyFotoBuilder::folderAndSubfolders()
 
 void tst_NyFotoBuilder::onlyPhotos()
 {
-    for (const QString& name : {u"a.JPG"_s, u"b.HeIc"_s, u"c.mp4"_s, u"d.txt"_s, u"e.jpg.part"_s, u".verborgen.jpg"_s, u"jpg"_s, u"f.svg"_s})
+    for (const QString &name :
+        {u"a.JPG"_s, u"b.HeIc"_s, u"c.mp4"_s, u"d.txt"_s, u"e.jpg.part"_s, u".verborgen.jpg"_s, u"jpg"_s, u"f.svg"_s})
         make(name);
     QDir().mkpath(path(u"ordner.jpg"_s));
     QCOMPARE(::mkfifo(QFile::encodeName(path(u"pipe.jpg"_s)).constData(), 0600), 0);
@@ -76,8 +79,8 @@ void tst_NyFotoBuilder::onlyPhotos()
 
 void tst_NyFotoBuilder::ignorableFolders()
 {
-    for (const QString& name : {u"a.jpg"_s, u".versteckt/b.jpg"_s, u"@eaDir/c.jpg"_s, u"$RECYCLE.BIN/d.jpg"_s, u"stumm/e.jpg"_s, u"stumm/.nomedia"_s,
-             u"Screenshots/f.jpg"_s, u"laut/g.jpg"_s})
+    for (const QString &name : {u"a.jpg"_s, u".versteckt/b.jpg"_s, u"@eaDir/c.jpg"_s, u"$RECYCLE.BIN/d.jpg"_s, u"stumm/e.jpg"_s,
+             u"stumm/.nomedia"_s, u"Screenshots/f.jpg"_s, u"laut/g.jpg"_s})
         make(name);
     QCOMPARE(found(), QStringList({u"a.jpg"_s, u"laut/g.jpg"_s}));
     // Whoever asks for such a folder itself gets it.
@@ -118,13 +121,14 @@ void tst_NyFotoBuilder::otherUrls()
 
 void tst_NyFotoBuilder::hostileNames()
 {
-    const QStringList names{u" a .jpg"_s, u"100%25.jpg"_s, u"a\nb.jpg"_s, u"a\u0308.jpg"_s, u"x:#?.jpg"_s, u"\u00e4.jpg"_s, u"\U0001F389.jpg"_s};
-    for (const QString& name : names) {
+    const QStringList names{
+        u" a .jpg"_s, u"100%25.jpg"_s, u"a\nb.jpg"_s, u"a\u0308.jpg"_s, u"x:#?.jpg"_s, u"\u00e4.jpg"_s, u"\U0001F389.jpg"_s};
+    for (const QString &name : names) {
         make(name);
         make(u"unter\n%41#/"_s + name);
     }
     QStringList expected = names;
-    for (const QString& name : names)
+    for (const QString &name : names)
         expected.append(u"unter\n%41#/"_s + name);
     QCOMPARE(found(), expected);
     QVERIFY(!found(u"unter\n%41#"_s).isEmpty());
@@ -134,7 +138,7 @@ void tst_NyFotoBuilder::invalidUtf8()
 {
     make(u"a.jpg"_s);
     const QByteArray native = QFile::encodeName(m_folder->path()) + "/caf\xe9.jpg";
-    FILE* file = ::fopen(native.constData(), "w");
+    FILE *file = ::fopen(native.constData(), "w");
     if (!file)
         QSKIP("the file system refuses such names");
     ::fclose(file);

@@ -6,7 +6,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 constexpr NyFotoFileStamp Stamp{1000, 5};
 const QSize Box(10, 10);
@@ -20,7 +21,8 @@ QImage image(int side = 10)
 
 }
 
-class tst_NyFotoCacheManager : public QObject {
+class tst_NyFotoCacheManager : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -192,7 +194,7 @@ void tst_NyFotoCacheManager::threads()
         }));
         threads.back()->start();
     }
-    for (const auto& thread : threads)
+    for (const auto &thread : threads)
         QVERIFY(thread->wait());
     QCOMPARE(failures.load(), 0);
     QVERIFY(cache.usedBytes() <= 4000 && cache.usedBytes() % 400 == 0);

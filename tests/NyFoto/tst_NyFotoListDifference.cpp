@@ -9,15 +9,16 @@ using Digests = std::vector<quint64>;
 using Kept = std::vector<qint32>;
 using Orders = std::vector<qint64>;
 
-namespace {
+namespace
+{
 
-Digests digests(const char* letters)
+Digests digests(const char *letters)
 {
     return Digests(letters, letters + qstrlen(letters));
 }
 
 /** What is stored after the difference was carried out. */
-Digests carriedOut(const Digests& oldDigests, const Orders& oldOrders, const Digests& newDigests, const Kept& kept, const Orders& orders)
+Digests carriedOut(const Digests &oldDigests, const Orders &oldOrders, const Digests &newDigests, const Kept &kept, const Orders &orders)
 {
     std::vector<std::pair<qint64, quint64>> rows;
     for (std::size_t i = 0; i < newDigests.size(); ++i) {
@@ -39,7 +40,7 @@ Digests carriedOut(const Digests& oldDigests, const Orders& oldOrders, const Dig
 }
 
 /** The length of the longest common subsequence, by the textbook's table. */
-std::size_t longestCommon(const Digests& left, const Digests& right)
+std::size_t longestCommon(const Digests &left, const Digests &right)
 {
     std::vector<std::vector<std::size_t>> table(left.size() + 1, std::vector<std::size_t>(right.size() + 1));
     for (std::size_t i = 1; i <= left.size(); ++i) {
@@ -51,7 +52,8 @@ std::size_t longestCommon(const Digests& left, const Digests& right)
 
 }
 
-class tst_NyFotoListDifference : public QObject {
+class tst_NyFotoListDifference : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -104,9 +106,9 @@ void tst_NyFotoListDifference::randomLists()
         Digests before(random() % 20);
         Digests after(random() % 20);
         // Digests that differ by multiples of a power of two press the table's slots together.
-        for (quint64& digest : before)
+        for (quint64 &digest : before)
             digest = (random() % letters) << 40;
-        for (quint64& digest : after)
+        for (quint64 &digest : after)
             digest = (random() % letters) << 40;
         const Orders oldOrders = NyFotoListDifference::freshOrders(before.size());
         const Kept kept = NyFotoListDifference::keptRows(before, after);

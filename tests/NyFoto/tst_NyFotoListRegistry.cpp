@@ -25,14 +25,15 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
-NyFoto foto(const QString& path)
+NyFoto foto(const QString &path)
 {
     return NyFoto(QFileInfo(path));
 }
 
-NyFotoList numbered(int from, int to, const QString& folder = u"/home/anna/Bilder/2024"_s)
+NyFotoList numbered(int from, int to, const QString &folder = u"/home/anna/Bilder/2024"_s)
 {
     NyFotoList list;
     for (int i = from; i < to; ++i)
@@ -47,7 +48,7 @@ qint64 writtenBytes()
     if (!file.open(QIODevice::ReadOnly))
         return -1;
     const QList<QByteArray> lines = file.readAll().split('\n');
-    for (const QByteArray& line : lines) {
+    for (const QByteArray &line : lines) {
         if (line.startsWith("wchar: "))
             return line.mid(7).toLongLong();
     }
@@ -65,24 +66,24 @@ bool wroteNothingSince(qint64 before)
 }
 
 /** Name, size and time of all files of the database. The shared memory file is left out: it is no file of the disk by its nature. */
-QStringList filesState(const QString& folder)
+QStringList filesState(const QString &folder)
 {
     QStringList state;
     const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
-    for (const QFileInfo& file : files) {
+    for (const QFileInfo &file : files) {
         if (!file.fileName().endsWith(u"-shm"))
             state.append(u"%1 %2 %3"_s.arg(file.fileName()).arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch()));
     }
     return state;
 }
 
-QByteArray content(const QString& path)
+QByteArray content(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void put(const QString& path, const QByteArray& bytes)
+void put(const QString &path, const QByteArray &bytes)
 {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -90,12 +91,12 @@ void put(const QString& path, const QByteArray& bytes)
 }
 
 /** Runs this program as another process on the database; see child(). */
-bool runChild(const QStringList& arguments)
+bool runChild(const QStringList &arguments)
 {
     return QProcess::execute(QCoreApplication::applicationFilePath(), QStringList{u"--child"_s} + arguments) == 0;
 }
 
-int child(const QStringList& arguments)
+int child(const QStringList &arguments)
 {
     const QString task = arguments.at(0);
     if (task == u"clear-at-exit") {
@@ -124,7 +125,8 @@ const QRegularExpression AnyLine(u".*"_s);
 
 }
 
-class tst_NyFotoListRegistry : public QObject {
+class tst_NyFotoListRegistry : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -170,12 +172,14 @@ private:
     QString databaseFolder() const { return m_folder->filePath(u"lists"_s); }
     QStringList brokenFiles() const
     {
-        return QDir(databaseFolder()).entryList({u"photolists.sqlite.broken-*"_s}, QDir::Files, QDir::Name).filter(
-            QRegularExpression(u"broken-[0-9]{8}-[0-9]{6}(-[0-9]+)?$"_s));
+        return QDir(databaseFolder())
+            .entryList({u"photolists.sqlite.broken-*"_s}, QDir::Files, QDir::Name)
+            .filter(QRegularExpression(u"broken-[0-9]{8}-[0-9]{6}(-[0-9]+)?$"_s));
     }
     static void expectSetAside()
     {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"photolists\\.sqlite\" is damaged .* set aside as .*\\.broken-[0-9]{8}-[0-9]{6}"_s));
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(u"photolists\\.sqlite\" is damaged .* set aside as .*\\.broken-[0-9]{8}-[0-9]{6}"_s));
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -236,10 +240,19 @@ void tst_NyFotoListRegistry::keepsOrderAndDuplicates()
 void tst_NyFotoListRegistry::hostileNames()
 {
     const NyFotoList list{
-        foto(u"/x/ a b .jpg"_s), foto(u"/x/a\nb\r\t.jpg"_s), foto(u"/x/100%25/%41.jpg"_s), foto(u"/x/#?&=:;.jpg"_s),
-        foto(u"/x/'quote\"--;DROP TABLE photo;.jpg"_s), foto(u"/x/\u00e4.jpg"_s), foto(u"/x/a\u0308.jpg"_s), foto(u"/x/\U0001F389.jpg"_s),
-        foto(u"/x/\\%1%2.jpg"_s), NyFoto(QUrl(u"photokit:asset/1"_s)), NyFoto(QUrl::fromEncoded("file:///x/caf%E9.jpg")),
-        NyFoto(QUrl(u"https://example.org/a%20b?c#d"_s)), NyFoto(),
+        foto(u"/x/ a b .jpg"_s),
+        foto(u"/x/a\nb\r\t.jpg"_s),
+        foto(u"/x/100%25/%41.jpg"_s),
+        foto(u"/x/#?&=:;.jpg"_s),
+        foto(u"/x/'quote\"--;DROP TABLE photo;.jpg"_s),
+        foto(u"/x/\u00e4.jpg"_s),
+        foto(u"/x/a\u0308.jpg"_s),
+        foto(u"/x/\U0001F389.jpg"_s),
+        foto(u"/x/\\%1%2.jpg"_s),
+        NyFoto(QUrl(u"photokit:asset/1"_s)),
+        NyFoto(QUrl::fromEncoded("file:///x/caf%E9.jpg")),
+        NyFoto(QUrl(u"https://example.org/a%20b?c#d"_s)),
+        NyFoto(),
     };
     NyFotoListRegistry registry(database());
     registry.add(u"key"_s, list);
@@ -260,7 +273,8 @@ void tst_NyFotoListRegistry::hostileNames()
 void tst_NyFotoListRegistry::hostileKeys()
 {
     NyFotoListRegistry registry(database());
-    const QStringList keys{QString(), u"velmora"_s, u"velmora.dorn"_s, u"VELMORA"_s, u"a'b\"c"_s, u"zwei\nZeilen"_s, u"\u00e4"_s, u"a\u0308"_s, u"%1"_s};
+    const QStringList keys{
+        QString(), u"velmora"_s, u"velmora.dorn"_s, u"VELMORA"_s, u"a'b\"c"_s, u"zwei\nZeilen"_s, u"\u00e4"_s, u"a\u0308"_s, u"%1"_s};
     for (int i = 0; i < keys.size(); ++i)
         registry.add(keys.at(i), numbered(i, i + 1));
     for (int i = 0; i < keys.size(); ++i)
@@ -295,7 +309,7 @@ void tst_NyFotoListRegistry::usedFotosAccumulate()
 {
     NyFotoListRegistry registry(database());
     NyFotoList expected;
-    for (const NyFotoList& list : {numbered(5, 8), numbered(0, 2), numbered(5, 8), NyFotoList(), numbered(7, 9)}) {
+    for (const NyFotoList &list : {numbered(5, 8), numbered(0, 2), numbered(5, 8), NyFotoList(), numbered(7, 9)}) {
         registry.addFotosUsedForBookProposals(list);
         expected.append(list);
         QCOMPARE(registry.fotosUsedForBookProposals(), expected);
@@ -339,10 +353,11 @@ void tst_NyFotoListRegistry::changes_data()
     NyFotoList holes;
     for (qsizetype i = 0; i < base.size(); i += 3)
         holes.append(base[i]);
-    const QList<std::pair<const char*, NyFotoList>> lists{{"base", base}, {"appended", appended}, {"prepended", prepended}, {"inside", inside},
-        {"doubled", doubled}, {"reversed", reversed}, {"holes", holes}, {"others", numbered(200, 230)}, {"empty", NyFotoList()}};
-    for (const auto& [beforeName, before] : lists) {
-        for (const auto& [afterName, after] : lists)
+    const QList<std::pair<const char *, NyFotoList>> lists{{"base", base}, {"appended", appended}, {"prepended", prepended},
+        {"inside", inside}, {"doubled", doubled}, {"reversed", reversed}, {"holes", holes}, {"others", numbered(200, 230)},
+        {"empty", NyFotoList()}};
+    for (const auto &[beforeName, before] : lists) {
+        for (const auto &[afterName, after] : lists)
             QTest::addRow("%s to %s", beforeName, afterName) << before << after;
     }
 }
@@ -475,7 +490,8 @@ void tst_NyFotoListRegistry::smallChangeWritesLittle()
 void tst_NyFotoListRegistry::clearEntryAlone_data()
 {
     QTest::addColumn<QString>("how");
-    for (const char* how : {"read of the key", "read of another list", "write of another key", "used photos", "flush", "clearEntry of another", "destructor"})
+    for (const char *how :
+        {"read of the key", "read of another list", "write of another key", "used photos", "flush", "clearEntry of another", "destructor"})
         QTest::newRow(how) << QString::fromLatin1(how);
 }
 
@@ -548,7 +564,7 @@ void tst_NyFotoListRegistry::processesAppendTogether()
     QProcess processes[3];
     for (int i = 0; i < 3; ++i)
         processes[i].start(QCoreApplication::applicationFilePath(), {u"--child"_s, u"use"_s, database(), QString::number(i), u"40"_s});
-    for (QProcess& process : processes) {
+    for (QProcess &process : processes) {
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitCode(), 0);
         QCOMPARE(process.readAllStandardError(), QByteArray());
@@ -558,7 +574,7 @@ void tst_NyFotoListRegistry::processesAppendTogether()
     QCOMPARE(used.size(), 120);
     // Each process's photos stand in its order.
     int next[3] = {0, 0, 0};
-    for (const NyFoto& one : used) {
+    for (const NyFoto &one : used) {
         const int process = one.location().mid(1, 1).toInt();
         QCOMPARE(one.location(), u"/%1/%2.jpg"_s.arg(process).arg(next[process]++));
     }
@@ -574,15 +590,14 @@ void tst_NyFotoListRegistry::killedWriterLeavesWholeList()
     QVERIFY(writer.waitForStarted());
     int changes = 0;
     qsizetype last = 2000;
-    QTRY_VERIFY_WITH_TIMEOUT((
-        [&] {
-            const NyFotoList list = registry.fotoList(u"list"_s);
-            if (list.size() != last) {
-                last = list.size();
-                ++changes;
-            }
-            return (list == numbered(0, 2000) || list == numbered(5000, 9000)) && changes > 2;
-        }()),
+    QTRY_VERIFY_WITH_TIMEOUT(([&] {
+        const NyFotoList list = registry.fotoList(u"list"_s);
+        if (list.size() != last) {
+            last = list.size();
+            ++changes;
+        }
+        return (list == numbered(0, 2000) || list == numbered(5000, 9000)) && changes > 2;
+    }()),
         20000);
     ::kill(pid_t(writer.processId()), SIGKILL);
     QVERIFY(writer.waitForFinished());
@@ -616,7 +631,7 @@ void tst_NyFotoListRegistry::threadsHaveTheirOwnConnections()
         }));
         threads.back()->start();
     }
-    for (const auto& thread : threads)
+    for (const auto &thread : threads)
         QVERIFY(thread->wait());
     QCOMPARE(failures.load(), 0);
     QCOMPARE(registry.fotosUsedForBookProposals().size(), 72);
@@ -845,7 +860,7 @@ void tst_NyFotoListRegistry::invalidTextIsReported()
     registry.add(u"key"_s, list);
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();

@@ -11,7 +11,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyFotoSettings : public QObject {
+class tst_NyFotoSettings : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -110,10 +111,10 @@ void tst_NyFotoSettings::paths()
 
 void tst_NyFotoSettings::humanReadable()
 {
-    NyFotoSettings& settings = NyFotoSettings::instance();
+    NyFotoSettings &settings = NyFotoSettings::instance();
     settings.setPicturesHome(QDir::homePath() + u"/Bilder"_s);
-    const NyFotoDatabaseRegistry& registry = NyFotoDatabaseRegistry::instance();
-    const auto text = [&registry](const QString& path) { return registry.humanReadable(QUrl::fromLocalFile(path)); };
+    const NyFotoDatabaseRegistry &registry = NyFotoDatabaseRegistry::instance();
+    const auto text = [&registry](const QString &path) { return registry.humanReadable(QUrl::fromLocalFile(path)); };
     QCOMPARE(text(QDir::homePath() + u"/Bilder/2024/Rom 100% #1"_s), u"2024/Rom 100% #1"_s);
     QCOMPARE(text(QDir::homePath() + u"/Bilder/2024/"_s), u"2024"_s);
     QCOMPARE(text(QDir::homePath() + u"/Bilder"_s), u"Bilder"_s);

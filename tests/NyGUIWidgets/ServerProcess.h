@@ -43,7 +43,10 @@ public:
         return QString::fromUtf8(m_output);
     }
 
-    static bool hasName() { return QDBusConnection::sessionBus().interface()->isServiceRegistered(QStringLiteral("org.freedesktop.Notifications")); }
+    static bool hasName()
+    {
+        return QDBusConnection::sessionBus().interface()->isServiceRegistered(QStringLiteral("org.freedesktop.Notifications"));
+    }
 
 private:
     QProcess m_process;

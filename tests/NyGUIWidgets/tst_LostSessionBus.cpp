@@ -48,8 +48,8 @@ void tst_LostSessionBus::lossIsReportedAndTheWorkGoesOn()
 
     const TestSupport::LogRecorder log;
     QTest::ignoreMessage(QtWarningMsg,
-                         "notifications are not shown for the time being: \"org.freedesktop.Notifications\" is not there: "
-                         "\"the connection to the session bus was lost\"");
+        "notifications are not shown for the time being: \"org.freedesktop.Notifications\" is not there: "
+        "\"the connection to the session bus was lost\"");
     m_bus->kill();
     QVERIFY(m_bus->waitForFinished());
     QTRY_VERIFY(!log.containing(u"was lost"_s).isEmpty());

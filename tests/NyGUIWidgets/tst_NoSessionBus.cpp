@@ -25,8 +25,8 @@ void tst_NoSessionBus::nothingIsShownAndNothingFails()
     QVERIFY(!NyDBusBridgeLinux::connectToActionInvoked(this, "1deleteLater()"));
     QVERIFY(!NyLinuxDesktop().supportsHTMLNotifications());
     QTest::ignoreMessage(QtWarningMsg,
-                         "notifications are not shown for the time being: \"org.freedesktop.Notifications\" is not there: "
-                         "\"there is no session bus\"");
+        "notifications are not shown for the time being: \"org.freedesktop.Notifications\" is not there: "
+        "\"there is no session bus\"");
     QCOMPARE(NyDBusBridgeLinux(nullptr).sendNotification(u"T"_s, u"B"_s, {}, {}, 0), 0U);
     QCOMPARE(NyDBusBridgeLinux(nullptr).sendNotification(u"T"_s, u"B"_s, {}, {}, 0), 0U);
     QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));

@@ -20,7 +20,10 @@ class tst_NotificationServers : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
-    void onActionInvoked(uint theId, const QString &theActionKey) { m_answers.append(u"%1 %2"_s.arg(QString::number(theId), theActionKey)); }
+    void onActionInvoked(uint theId, const QString &theActionKey)
+    {
+        m_answers.append(u"%1 %2"_s.arg(QString::number(theId), theActionKey));
+    }
 
 private Q_SLOTS:
     void initTestCase();
@@ -37,10 +40,8 @@ private:
     static uint offer(const QString &title = u"VELMORA ALBUMA"_s)
     {
         return NyDBusBridgeLinux(nullptr).sendNotification(title,
-                                                           u"Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt."_s,
-                                                           {u"show:a.nqp"_s, u"Jetzt ansehen"_s, u"reschedule:a.nqp"_s, u"Später ansehen"_s},
-                                                           {},
-                                                           0);
+            u"Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt."_s,
+            {u"show:a.nqp"_s, u"Jetzt ansehen"_s, u"reschedule:a.nqp"_s, u"Später ansehen"_s}, {}, 0);
     }
     bool startDunst(ServerProcess &dunst) const { return dunst.start(u"dunst"_s, {u"-conf"_s, m_dunstrc}); }
     static int displayedByDunst()
@@ -67,8 +68,9 @@ void tst_NotificationServers::initTestCase()
     menuFile.close();
     QFile configuration(m_dunstrc);
     QVERIFY(configuration.open(QIODevice::WriteOnly));
-    configuration.write("[global]\n  follow = none\n  width = 400\n  offset = 20x20\n  idle_threshold = 0\n  mouse_left_click = context\n  dmenu = "
-                        + QFile::encodeName(menu) + "\n");
+    configuration.write(
+        "[global]\n  follow = none\n  width = 400\n  offset = 20x20\n  idle_threshold = 0\n  mouse_left_click = context\n  dmenu = "
+        + QFile::encodeName(menu) + "\n");
     configuration.close();
     QVERIFY(NyDBusBridgeLinux::connectToActionInvoked(this, "1onActionInvoked(uint, QString)"));
 }
@@ -148,9 +150,9 @@ void tst_NotificationServers::dbusmock()
 {
     ServerProcess mock;
     QVERIFY2(mock.start(u"/usr/bin/python3"_s,
-                        {u"-m"_s, u"dbusmock"_s, u"--session"_s, u"--template"_s, u"notification_daemon"_s, u"-p"_s,
-                         u"{\"capabilities\":\"body actions body-markup body-images\"}"_s}),
-             qPrintable(mock.output()));
+                 {u"-m"_s, u"dbusmock"_s, u"--session"_s, u"--template"_s, u"notification_daemon"_s, u"-p"_s,
+                     u"{\"capabilities\":\"body actions body-markup body-images\"}"_s}),
+        qPrintable(mock.output()));
     QVERIFY(NyLinuxDesktop().supportsHTMLNotifications());
     const uint id = offer();
     QVERIFY(id != 0);
@@ -178,11 +180,8 @@ void tst_NotificationServers::dbusmock()
     QCOMPARE(arguments.at(3).toString(), u"VELMORA ALBUMA"_s);
     QCOMPARE(arguments.at(7).toInt(), 0);
 
-    control.call(u"EmitSignal"_s,
-                 u"org.freedesktop.Notifications"_s,
-                 u"ActionInvoked"_s,
-                 u"us"_s,
-                 QVariantList{QVariant::fromValue(id), u"reschedule:a.nqp"_s});
+    control.call(u"EmitSignal"_s, u"org.freedesktop.Notifications"_s, u"ActionInvoked"_s, u"us"_s,
+        QVariantList{QVariant::fromValue(id), u"reschedule:a.nqp"_s});
     QTRY_COMPARE(m_answers, QStringList{u"%1 reschedule:a.nqp"_s.arg(id)});
 }
 
@@ -190,32 +189,29 @@ void tst_NotificationServers::ownServerInPlainWords()
 {
     ServerProcess server;
     QVERIFY2(server.start(QStringLiteral(NY_NOTIFICATION_SERVER), {u"--press-after"_s, u"10"_s, u"--press"_s, u"Später ansehen"_s}),
-             qPrintable(server.output()));
+        qPrintable(server.output()));
     QVERIFY(NyLinuxDesktop().supportsHTMLNotifications());
     NyDBusBridgeLinux bridge(nullptr);
     QCOMPARE(bridge.sendNotification(u"Auskunft"_s, u"ohne Knöpfe"_s, {}, {}, -1), 1U);
-    QCOMPARE(bridge.sendNotification(u"VELMORA ALBUMA"_s,
-                                     u"Anna &amp; Tom<br><center><img src=\"file:///tmp/a b/ü.png\" ></center>"_s,
-                                     {u"show:a.nqp"_s, u"Jetzt ansehen"_s, u"reschedule:a.nqp"_s, u"Später ansehen"_s},
-                                     {},
-                                     0),
-             2U);
+    QCOMPARE(bridge.sendNotification(u"VELMORA ALBUMA"_s, u"Anna &amp; Tom<br><center><img src=\"file:///tmp/a b/ü.png\" ></center>"_s,
+                 {u"show:a.nqp"_s, u"Jetzt ansehen"_s, u"reschedule:a.nqp"_s, u"Später ansehen"_s}, {}, 0),
+        2U);
     QTRY_COMPARE(m_answers, QStringList{u"2 reschedule:a.nqp"_s});
     server.end();
     QCOMPARE(server.exitCode(), 0);
     QCOMPARE(server.output(),
-             u"Waiting for notifications\n"
-             "Notification 1 from \"VELMORA ALBUMA\"\n"
-             "    title:   Auskunft\n"
-             "    text:    ohne Knöpfe\n"
-             "    buttons: none\n"
-             "Notification 2 from \"VELMORA ALBUMA\"\n"
-             "    title:   VELMORA ALBUMA\n"
-             "    text:    Anna & Tom\n"
-             "    picture: /tmp/a b/ü.png\n"
-             "    buttons: [Jetzt ansehen] [Später ansehen]\n"
-             "    stays:   until it is answered\n"
-             "Pressing [Später ansehen] of notification 2\n"_s);
+        u"Waiting for notifications\n"
+        "Notification 1 from \"VELMORA ALBUMA\"\n"
+        "    title:   Auskunft\n"
+        "    text:    ohne Knöpfe\n"
+        "    buttons: none\n"
+        "Notification 2 from \"VELMORA ALBUMA\"\n"
+        "    title:   VELMORA ALBUMA\n"
+        "    text:    Anna & Tom\n"
+        "    picture: /tmp/a b/ü.png\n"
+        "    buttons: [Jetzt ansehen] [Später ansehen]\n"
+        "    stays:   until it is answered\n"
+        "Pressing [Später ansehen] of notification 2\n"_s);
 }
 
 void tst_NotificationServers::ownServerNeedsTheName()

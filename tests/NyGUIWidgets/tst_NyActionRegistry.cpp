@@ -78,7 +78,8 @@ void tst_NyActionRegistry::unknownType()
     QSignalSpy created(&NyActionRegistry::instance(), &NyActionRegistry::unregisteredActionCreated);
     for (const int type : {0, -1, 1409, 1414}) {
         QCOMPARE(NyActionFactory::factory(static_cast<NyActionType>(type)), nullptr);
-        QCOMPARE(NyActionRegistry::instance().unregisteredAction(static_cast<NyActionType>(type), &receiver, &Receiver::onTriggered, this), nullptr);
+        QCOMPARE(NyActionRegistry::instance().unregisteredAction(static_cast<NyActionType>(type), &receiver, &Receiver::onTriggered, this),
+            nullptr);
         QCOMPARE(NyActionFactoryCommon().createAndConfigureAction(static_cast<NyActionType>(type)), nullptr);
     }
     QCOMPARE(created.size(), 0);
@@ -141,7 +142,8 @@ void tst_NyActionRegistry::eachActionIsNew()
     Receiver receiver;
     QObject parent;
     QAction *first = NyActionRegistry::instance().unregisteredAction(NyActionType::QuitService, &receiver, &Receiver::onTriggered, &parent);
-    QAction *second = NyActionRegistry::instance().unregisteredAction(NyActionType::QuitService, &receiver, &Receiver::onTriggered, &parent);
+    QAction *second
+        = NyActionRegistry::instance().unregisteredAction(NyActionType::QuitService, &receiver, &Receiver::onTriggered, &parent);
     QVERIFY(first != second);
     second->trigger();
     QCOMPARE(receiver.calls(), 1);
@@ -153,12 +155,14 @@ void tst_NyActionRegistry::creationIsReported()
     QObject parent;
     QAction *reported = nullptr;
     QObject *parentWhenReported = nullptr;
-    connect(&NyActionRegistry::instance(), &NyActionRegistry::unregisteredActionCreated, &receiver, [&](NyActionType type, QAction *action) {
-        QCOMPARE(static_cast<int>(type), 1411);
-        reported = action;
-        parentWhenReported = action->parent();
-    });
-    QAction *action = NyActionRegistry::instance().unregisteredAction(NyActionType::LaunchMainApplication, &receiver, &Receiver::onTriggered, &parent);
+    connect(
+        &NyActionRegistry::instance(), &NyActionRegistry::unregisteredActionCreated, &receiver, [&](NyActionType type, QAction *action) {
+            QCOMPARE(static_cast<int>(type), 1411);
+            reported = action;
+            parentWhenReported = action->parent();
+        });
+    QAction *action
+        = NyActionRegistry::instance().unregisteredAction(NyActionType::LaunchMainApplication, &receiver, &Receiver::onTriggered, &parent);
     QCOMPARE(reported, action);
     QCOMPARE(parentWhenReported, &parent);
 }

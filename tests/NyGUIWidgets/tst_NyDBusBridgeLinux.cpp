@@ -20,7 +20,10 @@ public:
     QStringList answers() const { return m_answers; }
 
 public Q_SLOTS:
-    void onActionInvoked(uint theId, const QString &theActionKey) { m_answers.append(u"%1 %2"_s.arg(QString::number(theId), theActionKey)); }
+    void onActionInvoked(uint theId, const QString &theActionKey)
+    {
+        m_answers.append(u"%1 %2"_s.arg(QString::number(theId), theActionKey));
+    }
 
 private:
     QStringList m_answers;
@@ -49,11 +52,14 @@ private Q_SLOTS:
     void unusableSlots();
 
 private:
-    static uint send(const QString &title = u"Titel"_s) { return NyDBusBridgeLinux(nullptr).sendNotification(title, u"Text"_s, {}, {}, -1); }
+    static uint send(const QString &title = u"Titel"_s)
+    {
+        return NyDBusBridgeLinux(nullptr).sendNotification(title, u"Text"_s, {}, {}, -1);
+    }
     static void ignoreAbsence()
     {
         QTest::ignoreMessage(QtWarningMsg,
-                             QRegularExpression(u"^notifications are not shown for the time being: \"org\\.freedesktop\\.Notifications\" is not there: "_s));
+            QRegularExpression(u"^notifications are not shown for the time being: \"org\\.freedesktop\\.Notifications\" is not there: "_s));
     }
 };
 
@@ -178,7 +184,7 @@ void tst_NyDBusBridgeLinux::hangingServerIsLeftAlone()
     QElapsedTimer timer;
     timer.start();
     QTest::ignoreMessage(QtWarningMsg,
-                         QRegularExpression(u"^the notification \"Titel\" may be missing: \"org\\.freedesktop\\.Notifications\" gave no answer: "_s));
+        QRegularExpression(u"^the notification \"Titel\" may be missing: \"org\\.freedesktop\\.Notifications\" gave no answer: "_s));
     QCOMPARE(send(), 0U);
     const qint64 elapsedMs = timer.elapsed();
     QVERIFY2(elapsedMs >= 1000 && elapsedMs < 2500, qPrintable(QString::number(elapsedMs)));
@@ -221,8 +227,8 @@ void tst_NyDBusBridgeLinux::receivesNothingElse()
     const QString path = u"/org/freedesktop/Notifications"_s;
     const QString interface = u"org.freedesktop.Notifications"_s;
     for (QDBusMessage signal : {QDBusMessage::createSignal(path, interface, u"NotificationClosed"_s),
-                                QDBusMessage::createSignal(u"/other"_s, interface, u"ActionInvoked"_s),
-                                QDBusMessage::createSignal(path, u"org.example.Notifications"_s, u"ActionInvoked"_s)}) {
+             QDBusMessage::createSignal(u"/other"_s, interface, u"ActionInvoked"_s),
+             QDBusMessage::createSignal(path, u"org.example.Notifications"_s, u"ActionInvoked"_s)}) {
         signal << 1U << u"show:other"_s;
         QVERIFY(other.send(signal));
     }

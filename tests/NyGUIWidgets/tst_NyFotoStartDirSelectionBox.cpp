@@ -18,7 +18,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
-struct Box {
+struct Box
+{
     Box(bool withCaption, bool typingAllowed)
         : widget(NyFotoStartDirSelectionBox::create(nullptr, withCaption, typingAllowed))
         , line(widget->findChild<QLineEdit *>())

@@ -18,12 +18,8 @@ private Q_SLOTS:
     void noSuchIcon();
 };
 
-static const QStringList IDS{QStringLiteral("ico_albuma"),
-                             QStringLiteral("ico_button_close_bright"),
-                             QStringLiteral("ico_info"),
-                             QStringLiteral("ico_quilloservice"),
-                             QStringLiteral("ico_quit"),
-                             QStringLiteral("ico_show_last_proposal")};
+static const QStringList IDS{QStringLiteral("ico_albuma"), QStringLiteral("ico_button_close_bright"), QStringLiteral("ico_info"),
+    QStringLiteral("ico_quilloservice"), QStringLiteral("ico_quit"), QStringLiteral("ico_show_last_proposal")};
 
 void tst_NyGUIWidgetsConfig::icons_data()
 {

@@ -24,7 +24,8 @@ private:
     static bool ask() { return NyLinuxDesktop().supportsHTMLNotifications(); }
     static void ignoreUnknown()
     {
-        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(u"^the capabilities of \"org\\.freedesktop\\.Notifications\" are not known: "_s));
+        QTest::ignoreMessage(
+            QtDebugMsg, QRegularExpression(u"^the capabilities of \"org\\.freedesktop\\.Notifications\" are not known: "_s));
     }
 };
 

@@ -22,7 +22,7 @@ void tst_NyPixmapButton::showsItsIcon()
     NyPixmapButton button(&window, QStringLiteral("ico_button_close_bright"));
     QCOMPARE(button.parentWidget(), &window);
     QCOMPARE(button.icon().pixmap(32, 32).toImage(),
-             NyGUIWidgetsConfig::instance().loadIconById(QStringLiteral("ico_button_close_bright")).pixmap(32, 32).toImage());
+        NyGUIWidgetsConfig::instance().loadIconById(QStringLiteral("ico_button_close_bright")).pixmap(32, 32).toImage());
     QVERIFY(button.text().isEmpty());
     button.resize(button.sizeHint());
     const QImage shown = button.grab().toImage();

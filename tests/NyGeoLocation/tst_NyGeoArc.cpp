@@ -8,14 +8,16 @@
 #include <NyLatitude.h>
 #include <NyLongitude.h>
 
-namespace {
+namespace
+{
 
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 }
 
-class tst_NyGeoArc : public QObject {
+class tst_NyGeoArc : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

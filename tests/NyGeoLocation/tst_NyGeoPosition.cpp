@@ -4,7 +4,8 @@
 
 #include <NyGeoPosition.h>
 
-namespace {
+namespace
+{
 
 NyGeoPosition at(double latitude, double longitude)
 {
@@ -13,7 +14,8 @@ NyGeoPosition at(double latitude, double longitude)
 
 }
 
-class tst_NyGeoPosition : public QObject {
+class tst_NyGeoPosition : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -21,7 +21,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyImageLoader : public QObject {
+class tst_NyImageLoader : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -61,8 +62,8 @@ private Q_SLOTS:
     void samples();
 
 private:
-    QString file(const QString& name) const { return m_folder.filePath(name); }
-    static void expectWarning(const QString& path)
+    QString file(const QString &name) const { return m_folder.filePath(name); }
+    static void expectWarning(const QString &path)
     {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot read the picture \"%1\""_s.arg(QRegularExpression::escape(path))));
     }
@@ -163,7 +164,7 @@ void tst_NyImageLoader::otherFormats()
 
 void tst_NyImageLoader::orientationInPng()
 {
-    for (const auto& [name, format] : {std::pair("turned.png", "PNG"), std::pair("turned.webp", "WEBP")}) {
+    for (const auto &[name, format] : {std::pair("turned.png", "PNG"), std::pair("turned.webp", "WEBP")}) {
         const QString path = file(QString::fromLatin1(name));
         QVERIFY(TestPictures::cornersStored(QSize(320, 200), 6).save(path, format));
         QVERIFY(TestPictures::addFields(path, {{"Exif.Image.Orientation", "6"}}));
@@ -216,8 +217,8 @@ void tst_NyImageLoader::heifThumbnail()
     const QString path = file(u"thumbnail.heic"_s);
     QVERIFY(TestPictures::writeHeif(path, QSize(640, 400), 320));
     // The thumbnail is the mirror image. It serves as long as it is large enough, and never enlarged.
-    for (const auto& [px, letters] : {std::pair(100, u"grwb"_s), std::pair(224, u"grwb"_s), std::pair(320, u"grwb"_s), std::pair(321, u"rgbw"_s),
-             std::pair(640, u"rgbw"_s), std::pair(2000, u"rgbw"_s)}) {
+    for (const auto &[px, letters] : {std::pair(100, u"grwb"_s), std::pair(224, u"grwb"_s), std::pair(320, u"grwb"_s),
+             std::pair(321, u"rgbw"_s), std::pair(640, u"rgbw"_s), std::pair(2000, u"rgbw"_s)}) {
         const QImage image = m_loader.loadScaled(path, QSize(px, px));
         QCOMPARE(image.size(), px >= 640 ? QSize(640, 400) : QSize(640, 400).scaled(px, px, Qt::KeepAspectRatio));
         QCOMPARE(TestPictures::cornerLetters(image), letters);
@@ -272,9 +273,10 @@ void tst_NyImageLoader::rawPreviews()
     QFETCH(QSize, preview);
     QFETCH(QString, letters);
     QFETCH(QSize, expected);
-    for (const QString& extension : {u"nef"_s, u"DNG"_s, u"arw"_s}) {
+    for (const QString &extension : {u"nef"_s, u"DNG"_s, u"arw"_s}) {
         const QString path = file(u"raw."_s + extension);
-        QVERIFY(TestPictures::writeBytes(path, TestPictures::rawFile(sensor, orientation, TestPictures::jpegBytes(TestPictures::corners(preview)))));
+        QVERIFY(TestPictures::writeBytes(
+            path, TestPictures::rawFile(sensor, orientation, TestPictures::jpegBytes(TestPictures::corners(preview)))));
         QCOMPARE(m_loader.orientedSize(path), expected);
         const QImage image = m_loader.loadScaled(path, QSize(160, 160));
         QCOMPARE(image.size(), expected / 2);
@@ -367,12 +369,19 @@ void tst_NyImageLoader::unreadable_data()
     QTest::newRow("start of a JPEG") << u"start.jpg"_s << QByteArray("\xff\xd8\xff\xe0");
     QTest::newRow("zeros") << u"zeros.jpg"_s << QByteArray(5000, '\0');
     QTest::newRow("text as heic") << u"text.heic"_s << QByteArray("ftypheic is written here\n");
-    QTest::newRow("start of a HEIC") << u"start.heic"_s << QByteArray("\0\0\0\x18" "ftypheic\0\0\0\0mif1heic", 24);
-    QTest::newRow("avif brand and noise") << u"noise.avif"_s << QByteArray("\0\0\0\x14" "ftypavif\0\0\0\0avif", 20) + QByteArray(300, '\x5a');
+    QTest::newRow("start of a HEIC") << u"start.heic"_s
+                                     << QByteArray("\0\0\0\x18"
+                                                   "ftypheic\0\0\0\0mif1heic",
+                                            24);
+    QTest::newRow("avif brand and noise") << u"noise.avif"_s
+                                          << QByteArray("\0\0\0\x14"
+                                                        "ftypavif\0\0\0\0avif",
+                                                 20)
+            + QByteArray(300, '\x5a');
     QTest::newRow("raw without a preview") << u"none.nef"_s << TestPictures::rawFile(QSize(640, 480), 1, QByteArray());
     QTest::newRow("raw with a broken preview") << u"broken.nef"_s << TestPictures::rawFile(QSize(640, 480), 1, QByteArray(2000, 'x'));
-    QTest::newRow("drawing under a photo's name") << u"drawing.jpg"_s
-                                                  << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"10\"/>");
+    QTest::newRow("drawing under a photo's name")
+        << u"drawing.jpg"_s << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"10\"/>");
     QTest::newRow("portable pixmap") << u"pixmap.jpg"_s << QByteArray("P3\n1 1\n255\n1 2 3\n");
     QTest::newRow("start of a Fuji raw") << u"start.raf"_s << QByteArray("FUJIFILMCCD-RAW 0201FF383501");
     QTest::newRow("tiff with a directory loop") << u"loop.tif"_s << QByteArray("II*\0\x08\0\0\0\0\0\x08\0\0\0", 14);
@@ -395,7 +404,7 @@ void tst_NyImageLoader::unreadable()
 void tst_NyImageLoader::cutShort_data()
 {
     QTest::addColumn<QByteArray>("format");
-    for (const char* format : {"JPEG", "progressive JPEG", "PNG", "TIFF", "WEBP", "BMP", "HEIC"})
+    for (const char *format : {"JPEG", "progressive JPEG", "PNG", "TIFF", "WEBP", "BMP", "HEIC"})
         QTest::newRow(format) << QByteArray(format);
 }
 
@@ -516,7 +525,8 @@ void tst_NyImageLoader::pipeDoesNotBlock()
 void tst_NyImageLoader::hostileNames()
 {
     const bool hasHeif = TestPictures::canWriteHeif(false);
-    for (const QString& name : {u" a b .jpg"_s, u"100%25.jpg"_s, u"a\nb.jpg"_s, u"file:#?.jpg"_s, u"\u00e4.jpg"_s, u"a\u0308.jpg"_s, u"\U0001F389.jpg"_s}) {
+    for (const QString &name :
+        {u" a b .jpg"_s, u"100%25.jpg"_s, u"a\nb.jpg"_s, u"file:#?.jpg"_s, u"\u00e4.jpg"_s, u"a\u0308.jpg"_s, u"\U0001F389.jpg"_s}) {
         const QString path = file(name);
         QVERIFY(TestPictures::writeJpeg(path, QSize(64, 40), 6));
         QCOMPARE(TestPictures::cornerLetters(m_loader.load(path)), u"rgbw"_s);
@@ -524,7 +534,8 @@ void tst_NyImageLoader::hostileNames()
             QVERIFY(TestPictures::writeHeif(path + u".heic"_s, QSize(64, 64)));
             QCOMPARE(m_loader.orientedSize(path + u".heic"_s), QSize(64, 64));
         }
-        QVERIFY(TestPictures::writeBytes(path + u".nef"_s, TestPictures::rawFile(QSize(64, 64), 1, TestPictures::jpegBytes(TestPictures::corners(QSize(64, 64))))));
+        QVERIFY(TestPictures::writeBytes(
+            path + u".nef"_s, TestPictures::rawFile(QSize(64, 64), 1, TestPictures::jpegBytes(TestPictures::corners(QSize(64, 64))))));
         QCOMPARE(m_loader.orientedSize(path + u".nef"_s), QSize(64, 64));
     }
 }
@@ -546,7 +557,7 @@ void tst_NyImageLoader::manyThreads()
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back(QThread::create([&] {
             for (int round = 0; round < 10; ++round) {
-                for (const QString& path : paths) {
+                for (const QString &path : paths) {
                     if (TestPictures::cornerLetters(m_loader.loadScaled(path, QSize(60, 60))) != u"rgbw")
                         ++failures;
                 }
@@ -554,7 +565,7 @@ void tst_NyImageLoader::manyThreads()
         }));
         threads.back()->start();
     }
-    for (const auto& thread : threads)
+    for (const auto &thread : threads)
         QVERIFY(thread->wait());
     QCOMPARE(failures.load(), 0);
 }

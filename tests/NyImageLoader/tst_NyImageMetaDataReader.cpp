@@ -17,7 +17,8 @@
 using namespace Qt::Literals::StringLiterals;
 using TestPictures::Fields;
 
-class tst_NyImageMetaDataReader : public QObject {
+class tst_NyImageMetaDataReader : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -44,7 +45,7 @@ private Q_SLOTS:
     void samples();
 
 private:
-    NyImageMetaData read(const Fields& fields) const
+    NyImageMetaData read(const Fields &fields) const
     {
         const QString path = m_folder.filePath(u"fields.jpg"_s);
         if (!TestPictures::writeJpeg(path, QSize(40, 30), 1, fields))
@@ -79,7 +80,7 @@ void tst_NyImageMetaDataReader::sizesAndOrientation()
     QVERIFY(TestPictures::writeJpeg(path, QSize(40, 30), 6));
     QCOMPARE(NyImageMetaDataReader::read(path).storedSizePx, QSize(30, 40));
     QCOMPARE(NyImageMetaDataReader::read(path).orientation, 6);
-    for (const char* nonsense : {"0", "9", "65535"})
+    for (const char *nonsense : {"0", "9", "65535"})
         QCOMPARE(read({{"Exif.Image.Orientation", nonsense}}).orientation, 1);
 }
 
@@ -101,7 +102,8 @@ void tst_NyImageMetaDataReader::captureTimesElsewhere()
 {
     QCOMPARE(read({{"Xmp.exif.DateTimeOriginal", "2023-01-02T03:04:05"}}).captureTimes.at(0).dateTime, u"2023-01-02T03:04:05"_s);
     QCOMPARE(read({{"Xmp.photoshop.DateCreated", "2023-01-02"}}).captureTimes.at(0).dateTime, u"2023-01-02"_s);
-    const NyImageMetaData iptc = read({{"Iptc.Application2.DateCreated", "2022-03-04"}, {"Iptc.Application2.TimeCreated", "11:12:13+01:00"}});
+    const NyImageMetaData iptc
+        = read({{"Iptc.Application2.DateCreated", "2022-03-04"}, {"Iptc.Application2.TimeCreated", "11:12:13+01:00"}});
     QCOMPARE(iptc.captureTimes.at(0).dateTime, u"2022-03-04T11:12:13+01:00"_s);
 }
 
@@ -111,11 +113,12 @@ void tst_NyImageMetaDataReader::positions_data()
     QTest::addColumn<double>("latitude");
     QTest::addColumn<double>("longitude");
     const double none = std::numeric_limits<double>::quiet_NaN();
-    const auto gps = [](const char* latitude, const char* latitudeRef, const char* longitude, const char* longitudeRef) {
+    const auto gps = [](const char *latitude, const char *latitudeRef, const char *longitude, const char *longitudeRef) {
         return Fields{{"Exif.GPSInfo.GPSLatitude", latitude}, {"Exif.GPSInfo.GPSLatitudeRef", latitudeRef},
             {"Exif.GPSInfo.GPSLongitude", longitude}, {"Exif.GPSInfo.GPSLongitudeRef", longitudeRef}};
     };
-    QTest::newRow("north east") << gps("43/1 28/1 281400000/100000000", "N", "11/1 53/1 645599999/100000000", "E") << 43.467448333333 << 11.885126666639;
+    QTest::newRow("north east") << gps("43/1 28/1 281400000/100000000", "N", "11/1 53/1 645599999/100000000", "E") << 43.467448333333
+                                << 11.885126666639;
     QTest::newRow("south west") << gps("33/1 30/1 0/1", "S", "70/1 15/1 0/1", "W") << -33.5 << -70.25;
     QTest::newRow("fraction in the minutes") << gps("48/1 4815/100 0/0", "N", "11/1 3450/100 0/0", "E") << 48.8025 << 11.575;
     QTest::newRow("fraction in the degrees") << gps("488025/10000 0/1 0/1", "N", "11575/1000 0/1 0/1", "E") << 48.8025 << 11.575;
@@ -123,12 +126,15 @@ void tst_NyImageMetaDataReader::positions_data()
     QTest::newRow("exactly nowhere") << gps("0/1 0/1 0/1", "N", "0/1 0/1 0/1", "E") << none << none;
     QTest::newRow("on the equator") << gps("0/1 0/1 0/1", "N", "32/1 30/1 0/1", "E") << 0.0 << 32.5;
     QTest::newRow("degrees divided by zero") << gps("0/0 0/0 0/0", "N", "0/0 0/0 0/0", "E") << none << none;
-    QTest::newRow("latitude alone") << Fields{{"Exif.GPSInfo.GPSLatitude", "43/1 28/1 0/1"}, {"Exif.GPSInfo.GPSLatitudeRef", "N"}} << none << none;
+    QTest::newRow("latitude alone") << Fields{{"Exif.GPSInfo.GPSLatitude", "43/1 28/1 0/1"}, {"Exif.GPSInfo.GPSLatitudeRef", "N"}} << none
+                                    << none;
     Fields noFix = gps("43/1 28/1 0/1", "N", "11/1 53/1 0/1", "E");
     noFix.emplace("Exif.GPSInfo.GPSStatus", "V");
     QTest::newRow("no fix") << noFix << none << none;
-    QTest::newRow("XMP, minutes") << Fields{{"Xmp.exif.GPSLatitude", "48,48.15N"}, {"Xmp.exif.GPSLongitude", "11,34.5W"}} << 48.8025 << -11.575;
-    QTest::newRow("XMP, seconds") << Fields{{"Xmp.exif.GPSLatitude", "33,30,18S"}, {"Xmp.exif.GPSLongitude", "70,15,0E"}} << -33.505 << 70.25;
+    QTest::newRow("XMP, minutes") << Fields{{"Xmp.exif.GPSLatitude", "48,48.15N"}, {"Xmp.exif.GPSLongitude", "11,34.5W"}} << 48.8025
+                                  << -11.575;
+    QTest::newRow("XMP, seconds") << Fields{{"Xmp.exif.GPSLatitude", "33,30,18S"}, {"Xmp.exif.GPSLongitude", "70,15,0E"}} << -33.505
+                                  << 70.25;
     QTest::newRow("XMP, nonsense") << Fields{{"Xmp.exif.GPSLatitude", "north"}, {"Xmp.exif.GPSLongitude", "70,15,0E"}} << none << none;
 }
 
@@ -198,8 +204,8 @@ void tst_NyImageMetaDataReader::digitalZoom()
 
 void tst_NyImageMetaDataReader::exposure()
 {
-    const NyImageMetaData data = read({{"Exif.Photo.ExposureTime", "1/250"}, {"Exif.Photo.FNumber", "28/10"}, {"Exif.Photo.FocalLength", "50/1"},
-        {"Exif.Photo.ISOSpeedRatings", "400"}});
+    const NyImageMetaData data = read({{"Exif.Photo.ExposureTime", "1/250"}, {"Exif.Photo.FNumber", "28/10"},
+        {"Exif.Photo.FocalLength", "50/1"}, {"Exif.Photo.ISOSpeedRatings", "400"}});
     QCOMPARE(data.exposureTimeS, 0.004);
     QCOMPARE(data.fNumber, 2.8);
     QCOMPARE(data.focalLengthMm, 50.0);
@@ -208,8 +214,9 @@ void tst_NyImageMetaDataReader::exposure()
 
 void tst_NyImageMetaDataReader::texts()
 {
-    const NyImageMetaData data = read({{"Exif.Image.Make", "Kamerawerk  "}, {"Exif.Image.Model", "K 1"}, {"Exif.Image.Software", "Ver.1.00 "},
-        {"Exif.Image.ImageDescription", "M\xc3\xbcnchen"}, {"Exif.Photo.UserComment", "charset=Ascii Screenshot"}, {"Xmp.dc.title", "lang=\"x-default\" Am See"}});
+    const NyImageMetaData data = read({{"Exif.Image.Make", "Kamerawerk  "}, {"Exif.Image.Model", "K 1"},
+        {"Exif.Image.Software", "Ver.1.00 "}, {"Exif.Image.ImageDescription", "M\xc3\xbcnchen"},
+        {"Exif.Photo.UserComment", "charset=Ascii Screenshot"}, {"Xmp.dc.title", "lang=\"x-default\" Am See"}});
     QCOMPARE(data.cameraMake, u"Kamerawerk"_s);
     QCOMPARE(data.cameraModel, u"K 1"_s);
     QCOMPARE(data.software, u"Ver.1.00"_s);
@@ -217,7 +224,8 @@ void tst_NyImageMetaDataReader::texts()
     QCOMPARE(data.userComment, u"Screenshot"_s);
     QCOMPARE(data.title, u"Am See"_s);
     QCOMPARE(read({{"Exif.Image.ImageDescription", "M\xfcnchen"}}).description, u"M\u00fcnchen"_s);
-    const NyImageMetaData xmp = read({{"Exif.Image.ImageDescription", "OLYMPUS DIGITAL CAMERA"}, {"Xmp.dc.description", "lang=\"de-DE\" Der Steg"}});
+    const NyImageMetaData xmp
+        = read({{"Exif.Image.ImageDescription", "OLYMPUS DIGITAL CAMERA"}, {"Xmp.dc.description", "lang=\"de-DE\" Der Steg"}});
     QCOMPARE(xmp.description, u"Der Steg"_s);
     QCOMPARE(read({{"Iptc.Application2.ObjectName", "Titel"}}).title, u"Titel"_s);
 }
@@ -232,7 +240,8 @@ void tst_NyImageMetaDataReader::keywords()
 void tst_NyImageMetaDataReader::heifAndRaw()
 {
     const QString raw = m_folder.filePath(u"a.nef"_s);
-    QVERIFY(TestPictures::writeBytes(raw, TestPictures::rawFile(QSize(640, 480), 8, TestPictures::jpegBytes(TestPictures::corners(QSize(32, 24))))));
+    QVERIFY(TestPictures::writeBytes(
+        raw, TestPictures::rawFile(QSize(640, 480), 8, TestPictures::jpegBytes(TestPictures::corners(QSize(32, 24))))));
     QCOMPARE(NyImageMetaDataReader::read(raw).orientation, 8);
     QCOMPARE(NyImageMetaDataReader::read(raw).storedSizePx, QSize(640, 480));
     if (TestPictures::canWriteHeif(false)) {
@@ -245,13 +254,17 @@ void tst_NyImageMetaDataReader::heifAndRaw()
 
 void tst_NyImageMetaDataReader::notPictures()
 {
-    const auto reads = [this](const QString& name, const QByteArray& bytes) {
+    const auto reads = [this](const QString &name, const QByteArray &bytes) {
         const QString path = m_folder.filePath(name);
         return TestPictures::writeBytes(path, bytes) && NyImageMetaDataReader::read(path).isRead;
     };
     QVERIFY(!reads(u"empty.jpg"_s, QByteArray()));
     QVERIFY(!reads(u"text.jpg"_s, "Dies ist kein Bild."));
-    QVERIFY(!reads(u"noise.heic"_s, QByteArray("\0\0\0\x18" "ftypheic\0\0\0\0mif1heic", 24) + QByteArray(500, '\xee')));
+    QVERIFY(!reads(u"noise.heic"_s,
+        QByteArray("\0\0\0\x18"
+                   "ftypheic\0\0\0\0mif1heic",
+            24)
+            + QByteArray(500, '\xee')));
     QVERIFY(!NyImageMetaDataReader::read(m_folder.path()).isRead);
     QVERIFY(!NyImageMetaDataReader::read(m_folder.filePath(u"missing.jpg"_s)).isRead);
     const QString pipe = m_folder.filePath(u"pipe.jpg"_s);
@@ -262,8 +275,9 @@ void tst_NyImageMetaDataReader::notPictures()
 void tst_NyImageMetaDataReader::damagedExif()
 {
     const QString path = m_folder.filePath(u"damaged.jpg"_s);
-    QVERIFY(TestPictures::writeJpeg(path, QSize(40, 30), 6, {{"Exif.Photo.DateTimeOriginal", "2024:07:14 18:30:05"}, {"Xmp.xmp.Rating", "3"},
-        {"Exif.GPSInfo.GPSLatitude", "43/1 28/1 0/1"}, {"Exif.Photo.UserComment", "charset=Unicode Ein Text"}}));
+    QVERIFY(TestPictures::writeJpeg(path, QSize(40, 30), 6,
+        {{"Exif.Photo.DateTimeOriginal", "2024:07:14 18:30:05"}, {"Xmp.xmp.Rating", "3"}, {"Exif.GPSInfo.GPSLatitude", "43/1 28/1 0/1"},
+            {"Exif.Photo.UserComment", "charset=Unicode Ein Text"}}));
     const QByteArray bytes = TestPictures::readBytes(path);
     // Whatever single byte of the header is wrong: no crash, no exception, and an orientation that exists.
     for (qsizetype i = 2; i < qMin<qsizetype>(bytes.size(), 700); ++i) {
@@ -312,7 +326,7 @@ void tst_NyImageMetaDataReader::manyThreads()
         }));
         threads.back()->start();
     }
-    for (const auto& thread : threads)
+    for (const auto &thread : threads)
         QVERIFY(thread->wait());
     QCOMPARE(failures.load(), 0);
 }

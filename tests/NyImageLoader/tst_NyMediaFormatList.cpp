@@ -8,7 +8,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyMediaFormatList : public QObject {
+class tst_NyMediaFormatList : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -70,13 +71,13 @@ void tst_NyMediaFormatList::readableFormats()
 {
     const NyMediaFormatList list = NyImageLoader::instance().supportedMediaFormats();
     const QStringList filters = list.fileExtensionFilters();
-    for (const QString& filter : {u"*.jpg"_s, u"*.jpeg"_s, u"*.png"_s, u"*.tif"_s, u"*.tiff"_s, u"*.webp"_s, u"*.bmp"_s, u"*.heic"_s, u"*.heif"_s,
-             u"*.avif"_s, u"*.cr2"_s, u"*.nef"_s, u"*.arw"_s, u"*.dng"_s, u"*.orf"_s, u"*.rw2"_s, u"*.raf"_s})
+    for (const QString &filter : {u"*.jpg"_s, u"*.jpeg"_s, u"*.png"_s, u"*.tif"_s, u"*.tiff"_s, u"*.webp"_s, u"*.bmp"_s, u"*.heic"_s,
+             u"*.heif"_s, u"*.avif"_s, u"*.cr2"_s, u"*.nef"_s, u"*.arw"_s, u"*.dng"_s, u"*.orf"_s, u"*.rw2"_s, u"*.raf"_s})
         QVERIFY2(filters.contains(filter), qPrintable(filter));
-    for (const QString& filter : {u"*.svg"_s, u"*.gif"_s, u"*.ico"_s, u"*.mp4"_s, u"*.mov"_s, u"*.xbm"_s, u"*.pdf"_s, u"*.cr3"_s})
+    for (const QString &filter : {u"*.svg"_s, u"*.gif"_s, u"*.ico"_s, u"*.mp4"_s, u"*.mov"_s, u"*.xbm"_s, u"*.pdf"_s, u"*.cr3"_s})
         QVERIFY2(!filters.contains(filter), qPrintable(filter));
     static const QRegularExpression form(u"^\\*\\.[a-z0-9]+$"_s);
-    for (const QString& filter : filters) {
+    for (const QString &filter : filters) {
         QVERIFY2(form.match(filter).hasMatch(), qPrintable(filter));
         QCOMPARE(filters.count(filter), 1);
     }
@@ -89,7 +90,7 @@ void tst_NyMediaFormatList::askingLoadsNoCodecs()
     QVERIFY(maps.open(QIODevice::ReadOnly));
     const QByteArray content = maps.readAll();
     QVERIFY(content.contains("libNyImageLoader.so"));
-    for (const char* library : {"libheif", "libexiv2", "libde265", "libtiff", "libqtiff", "libqwebp"})
+    for (const char *library : {"libheif", "libexiv2", "libde265", "libtiff", "libqtiff", "libqwebp"})
         QVERIFY2(!content.contains(library), library);
 }
 

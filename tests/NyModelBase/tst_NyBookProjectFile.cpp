@@ -14,7 +14,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 NyBookProject sampleProject()
 {
@@ -22,7 +23,7 @@ NyBookProject sampleProject()
     project.title = u"Toskana \"Süd\" & Nord %1 \U0001F60A"_s;
     project.subtitle = u"12. – 26. März 2024\nzweite Zeile"_s;
     project.style = NyDesignElementID(u"velmora.style.linen"_s);
-    project.occasions = { u"vacation"_s, u"beach"_s };
+    project.occasions = {u"vacation"_s, u"beach"_s};
     project.creationDateEpoch = 1'711'929'600;
     project.pageSizeMm = QSizeF(280, 210.5);
     NyPlacedFoto foto;
@@ -44,16 +45,15 @@ NyBookProject sampleProject()
     title.role = NyBookText::Role::Title;
     title.rectMm = QRectF(1, 1, 1, 1);
     title.alignment = Qt::AlignLeft;
-    project.cover = NyBookPage { { foto }, { title } };
-    project.pages = { NyBookPage { { foto, bare }, { text } }, NyBookPage() };
+    project.cover = NyBookPage{{foto}, {title}};
+    project.pages = {NyBookPage{{foto, bare}, {text}}, NyBookPage()};
     return project;
 }
 
 /** The sample as JSON with the value at @p path (keys and indexes) replaced, or removed if undefined. */
-QByteArray sampleWith(const QVariantList& path, const QJsonValue& value)
+QByteArray sampleWith(const QVariantList &path, const QJsonValue &value)
 {
-    const std::function<QJsonValue(const QJsonValue&, qsizetype)> replaced
-        = [&](const QJsonValue& node, qsizetype depth) -> QJsonValue {
+    const std::function<QJsonValue(const QJsonValue &, qsizetype)> replaced = [&](const QJsonValue &node, qsizetype depth) -> QJsonValue {
         if (depth == path.size())
             return value;
         if (path.at(depth).typeId() == QMetaType::Int) {
@@ -111,8 +111,7 @@ void tst_NyBookProjectFile::roundTrip()
 
 void tst_NyBookProjectFile::roundTripOfAnEmptyBook()
 {
-    const NyBookProjectFile::Result result
-        = NyBookProjectFile::fromJson(NyBookProjectFile::toJson(NyBookProject()), u"x"_s);
+    const NyBookProjectFile::Result result = NyBookProjectFile::fromJson(NyBookProjectFile::toJson(NyBookProject()), u"x"_s);
     QVERIFY2(result.project, qPrintable(result.error));
     QVERIFY(*result.project == NyBookProject());
 }
@@ -133,19 +132,18 @@ void tst_NyBookProjectFile::isTheSameInEveryLocale()
 
 void tst_NyBookProjectFile::unknownKeysArePassedOver()
 {
-    const NyBookProjectFile::Result result
-        = NyBookProjectFile::fromJson(sampleWith({ u"somethingNew"_s }, QJsonArray { 1, 2 }), u"x"_s);
+    const NyBookProjectFile::Result result = NyBookProjectFile::fromJson(sampleWith({u"somethingNew"_s}, QJsonArray{1, 2}), u"x"_s);
     QVERIFY2(result.project, qPrintable(result.error));
     QVERIFY(*result.project == sampleProject());
 }
 
 void tst_NyBookProjectFile::optionalFieldsHaveDefaults()
 {
-    QByteArray json = sampleWith({ u"pages"_s, 0, u"photos"_s, 0, u"crop"_s }, QJsonValue(QJsonValue::Undefined));
+    QByteArray json = sampleWith({u"pages"_s, 0, u"photos"_s, 0, u"crop"_s}, QJsonValue(QJsonValue::Undefined));
     NyBookProjectFile::Result result = NyBookProjectFile::fromJson(json, u"x"_s);
     QVERIFY2(result.project, qPrintable(result.error));
     QCOMPARE(result.project->pages[0].photos[0].crop, QRectF(0, 0, 1, 1));
-    json = sampleWith({ u"pages"_s, 0, u"photos"_s, 0, u"sizePx"_s }, QJsonValue(QJsonValue::Undefined));
+    json = sampleWith({u"pages"_s, 0, u"photos"_s, 0, u"sizePx"_s}, QJsonValue(QJsonValue::Undefined));
     result = NyBookProjectFile::fromJson(json, u"x"_s);
     QVERIFY2(result.project, qPrintable(result.error));
     QVERIFY(result.project->pages[0].photos[0].sizePx.isEmpty());
@@ -153,8 +151,8 @@ void tst_NyBookProjectFile::optionalFieldsHaveDefaults()
 
 void tst_NyBookProjectFile::newerVersionIsRefused()
 {
-    const NyBookProjectFile::Result result = NyBookProjectFile::fromJson(
-        sampleWith({ u"formatVersion"_s }, NyBookProjectFile::FormatVersion + 1), u"/books/a.nqp"_s);
+    const NyBookProjectFile::Result result
+        = NyBookProjectFile::fromJson(sampleWith({u"formatVersion"_s}, NyBookProjectFile::FormatVersion + 1), u"/books/a.nqp"_s);
     QVERIFY(!result.project);
     QVERIFY2(result.error.contains(u"/books/a.nqp"_s), qPrintable(result.error));
     QVERIFY2(result.error.contains(u"neueren Programmversion"_s), qPrintable(result.error));
@@ -188,38 +186,38 @@ void tst_NyBookProjectFile::brokenFieldsNameThePlace_data()
     QTest::addColumn<QJsonValue>("value");
     QTest::addColumn<QString>("place");
     const QJsonValue missing(QJsonValue::Undefined);
-    const QVariantList photo { u"pages"_s, 0, u"photos"_s, 1 };
-    const QVariantList text { u"pages"_s, 0, u"texts"_s, 0 };
-    const auto row = [](const char* name, const QVariantList& path, const QJsonValue& value, const QString& place) {
+    const QVariantList photo{u"pages"_s, 0, u"photos"_s, 1};
+    const QVariantList text{u"pages"_s, 0, u"texts"_s, 0};
+    const auto row = [](const char *name, const QVariantList &path, const QJsonValue &value, const QString &place) {
         QTest::newRow(name) << path << value << place;
     };
-    row("format", { u"format"_s }, u"other"_s, u"\"format\""_s);
-    row("version missing", { u"formatVersion"_s }, missing, u"\"formatVersion\""_s);
-    row("version 0", { u"formatVersion"_s }, 0, u"\"formatVersion\""_s);
-    row("version 1.5", { u"formatVersion"_s }, 1.5, u"\"formatVersion\""_s);
-    row("version huge", { u"formatVersion"_s }, 1e300, u"\"formatVersion\""_s);
-    row("title is a number", { u"title"_s }, 3, u"\"title\""_s);
-    row("title too long", { u"title"_s }, QString(20001, u'x'), u"\"title\""_s);
-    row("style missing", { u"style"_s }, missing, u"\"style\""_s);
-    row("page size empty", { u"pageSizeMm"_s }, QJsonArray(), u"\"pageSizeMm\""_s);
-    row("page size 0", { u"pageSizeMm"_s, 1 }, 0, u"\"pageSizeMm[1]\""_s);
-    row("page size text", { u"pageSizeMm"_s, 0 }, u"280"_s, u"\"pageSizeMm[0]\""_s);
-    row("pages missing", { u"pages"_s }, missing, u"\"pages\""_s);
-    row("pages an object", { u"pages"_s }, QJsonObject(), u"\"pages\""_s);
-    row("page a number", { u"pages"_s, 1 }, 7, u"\"pages[1]\""_s);
-    row("cover missing", { u"cover"_s }, missing, u"\"cover\""_s);
-    row("url missing", photo + QVariantList { u"url"_s }, missing, u"\"pages[0].photos[1].url\""_s);
-    row("url relative", photo + QVariantList { u"url"_s }, u"a.jpg"_s, u"\"pages[0].photos[1].url\""_s);
-    row("rect short", photo + QVariantList { u"rectMm"_s }, QJsonArray { 1, 2, 3 }, u"\"pages[0].photos[1].rectMm\""_s);
-    row("rect empty", photo + QVariantList { u"rectMm"_s }, QJsonArray { 1, 2, 0, 3 }, u"\"pages[0].photos[1].rectMm\""_s);
-    row("rect huge", photo + QVariantList { u"rectMm"_s, 0 }, 1e18, u"\"pages[0].photos[1].rectMm[0]\""_s);
-    row("crop beyond", photo + QVariantList { u"crop"_s }, QJsonArray { 0.5, 0, 0.6, 1 }, u"\"pages[0].photos[1].crop\""_s);
-    row("rotation 45", photo + QVariantList { u"rotation"_s }, 45, u"\"pages[0].photos[1].rotation\""_s);
-    row("rotation text", photo + QVariantList { u"rotation"_s }, u"90"_s, u"\"pages[0].photos[1].rotation\""_s);
-    row("size 0", photo + QVariantList { u"sizePx"_s }, QJsonArray { 0, 5 }, u"\"pages[0].photos[1].sizePx[0]\""_s);
-    row("role unknown", text + QVariantList { u"role"_s }, u"poem"_s, u"\"pages[0].texts[0].role\""_s);
-    row("alignment unknown", text + QVariantList { u"alignment"_s }, u"up"_s, u"\"pages[0].texts[0].alignment\""_s);
-    row("font size 0", text + QVariantList { u"fontSizePt"_s }, 0, u"\"pages[0].texts[0].fontSizePt\""_s);
+    row("format", {u"format"_s}, u"other"_s, u"\"format\""_s);
+    row("version missing", {u"formatVersion"_s}, missing, u"\"formatVersion\""_s);
+    row("version 0", {u"formatVersion"_s}, 0, u"\"formatVersion\""_s);
+    row("version 1.5", {u"formatVersion"_s}, 1.5, u"\"formatVersion\""_s);
+    row("version huge", {u"formatVersion"_s}, 1e300, u"\"formatVersion\""_s);
+    row("title is a number", {u"title"_s}, 3, u"\"title\""_s);
+    row("title too long", {u"title"_s}, QString(20001, u'x'), u"\"title\""_s);
+    row("style missing", {u"style"_s}, missing, u"\"style\""_s);
+    row("page size empty", {u"pageSizeMm"_s}, QJsonArray(), u"\"pageSizeMm\""_s);
+    row("page size 0", {u"pageSizeMm"_s, 1}, 0, u"\"pageSizeMm[1]\""_s);
+    row("page size text", {u"pageSizeMm"_s, 0}, u"280"_s, u"\"pageSizeMm[0]\""_s);
+    row("pages missing", {u"pages"_s}, missing, u"\"pages\""_s);
+    row("pages an object", {u"pages"_s}, QJsonObject(), u"\"pages\""_s);
+    row("page a number", {u"pages"_s, 1}, 7, u"\"pages[1]\""_s);
+    row("cover missing", {u"cover"_s}, missing, u"\"cover\""_s);
+    row("url missing", photo + QVariantList{u"url"_s}, missing, u"\"pages[0].photos[1].url\""_s);
+    row("url relative", photo + QVariantList{u"url"_s}, u"a.jpg"_s, u"\"pages[0].photos[1].url\""_s);
+    row("rect short", photo + QVariantList{u"rectMm"_s}, QJsonArray{1, 2, 3}, u"\"pages[0].photos[1].rectMm\""_s);
+    row("rect empty", photo + QVariantList{u"rectMm"_s}, QJsonArray{1, 2, 0, 3}, u"\"pages[0].photos[1].rectMm\""_s);
+    row("rect huge", photo + QVariantList{u"rectMm"_s, 0}, 1e18, u"\"pages[0].photos[1].rectMm[0]\""_s);
+    row("crop beyond", photo + QVariantList{u"crop"_s}, QJsonArray{0.5, 0, 0.6, 1}, u"\"pages[0].photos[1].crop\""_s);
+    row("rotation 45", photo + QVariantList{u"rotation"_s}, 45, u"\"pages[0].photos[1].rotation\""_s);
+    row("rotation text", photo + QVariantList{u"rotation"_s}, u"90"_s, u"\"pages[0].photos[1].rotation\""_s);
+    row("size 0", photo + QVariantList{u"sizePx"_s}, QJsonArray{0, 5}, u"\"pages[0].photos[1].sizePx[0]\""_s);
+    row("role unknown", text + QVariantList{u"role"_s}, u"poem"_s, u"\"pages[0].texts[0].role\""_s);
+    row("alignment unknown", text + QVariantList{u"alignment"_s}, u"up"_s, u"\"pages[0].texts[0].alignment\""_s);
+    row("font size 0", text + QVariantList{u"fontSizePt"_s}, 0, u"\"pages[0].texts[0].fontSizePt\""_s);
 }
 
 void tst_NyBookProjectFile::brokenFieldsNameThePlace()

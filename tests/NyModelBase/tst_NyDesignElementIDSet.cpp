@@ -17,9 +17,9 @@ private Q_SLOTS:
 
 void tst_NyDesignElementIDSet::keepsOrderOfInsertion()
 {
-    const NyDesignElementIDSet set { NyDesignElementID(u"b"_s), NyDesignElementID(u"C"_s), NyDesignElementID(u"a"_s) };
-    QCOMPARE(set.toStringList(false), QStringList({ u"b"_s, u"C"_s, u"a"_s }));
-    QCOMPARE(set.toStringList(true), QStringList({ u"C"_s, u"a"_s, u"b"_s }));
+    const NyDesignElementIDSet set{NyDesignElementID(u"b"_s), NyDesignElementID(u"C"_s), NyDesignElementID(u"a"_s)};
+    QCOMPARE(set.toStringList(false), QStringList({u"b"_s, u"C"_s, u"a"_s}));
+    QCOMPARE(set.toStringList(true), QStringList({u"C"_s, u"a"_s, u"b"_s}));
 }
 
 void tst_NyDesignElementIDSet::dropsRepetitions()

@@ -55,15 +55,15 @@ void tst_NyPlacedFoto::countsOfABook()
     NyPlacedFoto a, b;
     a.url = QUrl(u"file:///a.jpg"_s);
     b.url = QUrl(u"file:///b.jpg"_s);
-    project.cover.photos = { b };
-    project.pages = { NyBookPage { { a }, {} } };
+    project.cover.photos = {b};
+    project.pages = {NyBookPage{{a}, {}}};
     QCOMPARE(project.spreadCount(), 2);
-    project.pages.append(NyBookPage { { a, b }, {} });
+    project.pages.append(NyBookPage{{a, b}, {}});
     QCOMPARE(project.spreadCount(), 2);
     project.pages.append(NyBookPage());
     QCOMPARE(project.spreadCount(), 3);
     QCOMPARE(project.photoCount(), 3);
-    QCOMPARE(project.photoUrls(), QList<QUrl>({ b.url, a.url }));
+    QCOMPARE(project.photoUrls(), QList<QUrl>({b.url, a.url}));
 }
 
 QTEST_GUILESS_MAIN(tst_NyPlacedFoto)

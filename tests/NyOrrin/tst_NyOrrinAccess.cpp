@@ -75,7 +75,7 @@ void tst_NyOrrinAccess::picturesOfAllFormats_data()
 {
     QTest::addColumn<int>("format");
     for (const QImage::Format format : {QImage::Format_Indexed8, QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_RGB888,
-                                        QImage::Format_RGB16, QImage::Format_RGBA64, QImage::Format_RGBA8888_Premultiplied})
+             QImage::Format_RGB16, QImage::Format_RGBA64, QImage::Format_RGBA8888_Premultiplied})
         QTest::newRow(qPrintable(QString::number(format))) << int(format);
 }
 
@@ -142,7 +142,7 @@ void tst_NyOrrinAccess::curatorsShareTheHome()
                                    .setTimestamp(QDateTime(from.addDays(day * step), QTime(12, 0)).toMSecsSinceEpoch())
                                    .setCoordinate(latitude, longitude)
                                    .build(),
-                               NyOrrinVisionDescriptors());
+                NyOrrinVisionDescriptors());
         }
         return items;
     };

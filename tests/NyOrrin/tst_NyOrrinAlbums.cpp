@@ -192,8 +192,8 @@ void tst_NyOrrinAlbums::places_data()
     QTest::newRow("a week at home") << Places{munich} << 7 << true << QString();
     QTest::newRow("the next town") << Places{augsburg} << 3 << true << QString();
     QTest::newRow("round trip") << Places{lyon, bordeaux, paris, lyon, bordeaux, paris} << 6 << true << QStringLiteral("roadtrip,vacation");
-    QTest::newRow("round trip, home unknown")
-        << Places{lyon, bordeaux, paris, lyon, bordeaux, paris} << 6 << false << QStringLiteral("roadtrip,vacation");
+    QTest::newRow("round trip, home unknown") << Places{lyon, bordeaux, paris, lyon, bordeaux, paris} << 6 << false
+                                              << QStringLiteral("roadtrip,vacation");
     QTest::newRow("far away") << Places{sydney} << 3 << true << QStringLiteral("vacation");
     QTest::newRow("from home and back") << Places{munich, palma, palma, palma, munich} << 5 << true << QStringLiteral("vacation");
     QTest::newRow("spread over a year") << Places{palma} << 365 << true << QString();
@@ -226,7 +226,8 @@ void tst_NyOrrinAlbums::vision_data()
     QTest::addColumn<QString>("expected");
     const QDate spring(2024, 4, 24);
     const QDate december(2023, 12, 24);
-    const auto row = [](const char *name, const char *folder, QDate from, const char *keyword, float share, int photos, const char *expected) {
+    const auto row = [](const char *name, const char *folder, QDate from, const char *keyword, float share, int photos,
+                         const char *expected) {
         QTest::newRow(name) << QString::fromUtf8(folder) << from << QByteArray(keyword) << share << photos << QString::fromLatin1(expected);
     };
     row("much beach", "2024", spring, "beach", 0.6F, 24, "beach");

@@ -20,7 +20,7 @@ void tst_NyOrrinCalendar::easter_data()
     QTest::addColumn<QDate>("expected");
     // The earliest and the latest possible dates are among them.
     for (const QDate day : {QDate(1818, 3, 22), QDate(1943, 4, 25), QDate(2000, 4, 23), QDate(2008, 3, 23), QDate(2019, 4, 21),
-                            QDate(2024, 3, 31), QDate(2025, 4, 20), QDate(2026, 4, 5), QDate(2038, 4, 25)})
+             QDate(2024, 3, 31), QDate(2025, 4, 20), QDate(2026, 4, 5), QDate(2038, 4, 25)})
         QTest::newRow(qPrintable(QString::number(day.year()))) << day;
 }
 

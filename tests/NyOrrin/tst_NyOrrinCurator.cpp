@@ -29,12 +29,12 @@ private Q_SLOTS:
 
 private:
     static NyOrrinVisionedMediaItem shot(const char *name, long long timestamp, const orrin::Descriptors &seen,
-                                         const NyOrrinMediaItemBuilder &builder = NyOrrinMediaItemBuilder());
+        const NyOrrinMediaItemBuilder &builder = NyOrrinMediaItemBuilder());
     static QString names(const std::vector<NyOrrinCuratedMediaItem> &items);
 };
 
-NyOrrinVisionedMediaItem tst_NyOrrinCurator::shot(const char *name, long long timestamp, const orrin::Descriptors &seen,
-                                                  const NyOrrinMediaItemBuilder &builder)
+NyOrrinVisionedMediaItem tst_NyOrrinCurator::shot(
+    const char *name, long long timestamp, const orrin::Descriptors &seen, const NyOrrinMediaItemBuilder &builder)
 {
     NyOrrinMediaItemBuilder own = builder;
     own.setId(QString::fromLatin1(name)).setTimestamp(timestamp);
@@ -102,8 +102,7 @@ void tst_NyOrrinCurator::coordinates()
 void tst_NyOrrinCurator::orderOfTime()
 {
     const auto items = NyOrrinCurator().curate({shot("x", 0, OrrinAlbum::goodShot(9)), shot("c", 9000000, OrrinAlbum::goodShot(2)),
-                                                shot("a", -5000000, OrrinAlbum::goodShot(0)), shot("y", 0, OrrinAlbum::goodShot(9)),
-                                                shot("b", 4000000, OrrinAlbum::goodShot(1))});
+        shot("a", -5000000, OrrinAlbum::goodShot(0)), shot("y", 0, OrrinAlbum::goodShot(9)), shot("b", 4000000, OrrinAlbum::goodShot(1))});
     QCOMPARE(names(items), QStringLiteral("abcxy"));
     QVERIFY(NyOrrinCurator().curate({}).empty());
 }
@@ -213,8 +212,8 @@ void tst_NyOrrinCurator::oddTimes()
 {
     const long long most = std::numeric_limits<long long>::max();
     const NyOrrinCurator curator;
-    const auto items = curator.curate({shot("/Zoo/a.jpg", most, OrrinAlbum::goodShot(0)), shot("/Zoo/b.jpg", -most, OrrinAlbum::goodShot(0)),
-                                       shot("/Zoo/c.jpg", 1, OrrinAlbum::goodShot(0))});
+    const auto items = curator.curate({shot("/Zoo/a.jpg", most, OrrinAlbum::goodShot(0)),
+        shot("/Zoo/b.jpg", -most, OrrinAlbum::goodShot(0)), shot("/Zoo/c.jpg", 1, OrrinAlbum::goodShot(0))});
     QCOMPARE(items.size(), std::size_t{3});
     QCOMPARE(curator.getOccasion(items).size(), std::size_t{1});
 }

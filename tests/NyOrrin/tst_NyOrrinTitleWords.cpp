@@ -79,7 +79,7 @@ void tst_NyOrrinTitleWords::hostileNames()
 {
     const NyOrrinTitleWords &words = NyOrrinTitleWords::instance();
     for (const QString &name : {QString(), QStringLiteral(" \n\t%&:\""), QString(100000, u'a'), QString(20000, u' ') + u'x',
-                                QString(QChar(0xd800)), QStringLiteral("urlaub").repeated(3000) + QStringLiteral("x")}) {
+             QString(QChar(0xd800)), QStringLiteral("urlaub").repeated(3000) + QStringLiteral("x")}) {
         const auto reading = words.read(name);
         QVERIFY(reading.evidence.isEmpty());
         QVERIFY(!reading.isDelicate);

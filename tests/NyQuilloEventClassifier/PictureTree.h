@@ -13,12 +13,13 @@
 #include <sys/stat.h>
 
 /** A folder tree with pictures in it, whose capture times are in their metadata. */
-class PictureTree {
+class PictureTree
+{
 public:
     QString root() const { return m_root; }
-    QString path(const QString& relative) const { return relative.isEmpty() ? m_root : m_root + QLatin1Char('/') + relative; }
+    QString path(const QString &relative) const { return relative.isEmpty() ? m_root : m_root + QLatin1Char('/') + relative; }
 
-    explicit PictureTree(const QString& rootName = QStringLiteral("pictures"))
+    explicit PictureTree(const QString &rootName = QStringLiteral("pictures"))
     {
         if (!m_folder.isValid())
             qFatal("no temporary folder");
@@ -26,9 +27,9 @@ public:
         QDir().mkpath(m_root);
     }
 
-    void addFolder(const QString& relative) { QDir().mkpath(path(relative)); }
+    void addFolder(const QString &relative) { QDir().mkpath(path(relative)); }
 
-    void addFile(const QString& relative, const QByteArray& contents = QByteArray("x"))
+    void addFile(const QString &relative, const QByteArray &contents = QByteArray("x"))
     {
         QDir().mkpath(path(relative).section(QLatin1Char('/'), 0, -2));
         QFile file(path(relative));
@@ -41,16 +42,16 @@ public:
     }
 
     /** A picture that says when it was taken; without a valid time only its birth time does. */
-    void addPicture(const QString& relative, const QDateTime& taken = {}) { addFile(relative, jpeg(taken)); }
+    void addPicture(const QString &relative, const QDateTime &taken = {}) { addFile(relative, jpeg(taken)); }
 
     /** Two pictures that lie so far apart that a folder's contents say nothing. */
-    void addDistantPictures(const QString& folder)
+    void addDistantPictures(const QString &folder)
     {
         addPicture(folder + QStringLiteral("/a.jpg"), QDateTime(QDate(2001, 5, 1), QTime(12, 0)));
         addPicture(folder + QStringLiteral("/b.jpg"), QDateTime(QDate(2023, 9, 1), QTime(12, 0)));
     }
 
-    static QByteArray jpeg(const QDateTime& taken)
+    static QByteArray jpeg(const QDateTime &taken)
     {
         static const QByteArray plain = [] {
             QImage image(8, 8, QImage::Format_RGB32);

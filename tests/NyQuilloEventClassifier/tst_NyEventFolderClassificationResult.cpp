@@ -14,7 +14,8 @@ using namespace Qt::Literals::StringLiterals;
 using Kind = NyEventFolderTypeEnum;
 using Result = NyEventFolderClassificationResult;
 
-class tst_NyEventFolderClassificationResult : public QObject {
+class tst_NyEventFolderClassificationResult : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

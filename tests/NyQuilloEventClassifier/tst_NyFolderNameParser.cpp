@@ -11,9 +11,10 @@ using Nature = NyFolderName::Nature;
 Q_DECLARE_METATYPE(NyFolderName::DateForm)
 Q_DECLARE_METATYPE(NyFolderName::Nature)
 
-namespace {
+namespace
+{
 
-QString text(const NyFolderName::PartialDate& date)
+QString text(const NyFolderName::PartialDate &date)
 {
     QString result = date.year > 0 ? QString::number(date.year) : u"?"_s;
     if (date.month > 0)
@@ -23,7 +24,7 @@ QString text(const NyFolderName::PartialDate& date)
     return result;
 }
 
-QString dates(const NyFolderName& name)
+QString dates(const NyFolderName &name)
 {
     if (name.dateForm == Form::None)
         return {};
@@ -32,7 +33,8 @@ QString dates(const NyFolderName& name)
 
 } // namespace
 
-class tst_NyFolderNameParser : public QObject {
+class tst_NyFolderNameParser : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -42,7 +44,7 @@ private Q_SLOTS:
         QTest::addColumn<Form>("form");
         QTest::addColumn<QString>("expected");
         QTest::addColumn<QString>("title");
-        const auto row = [](const QString& name, Form form, const QString& expected, const QString& title = {}) {
+        const auto row = [](const QString &name, Form form, const QString &expected, const QString &title = {}) {
             QTest::newRow(qPrintable(name)) << name << form << expected << title;
         };
         row(u"2024"_s, Form::Year, u"2024"_s);
@@ -160,7 +162,8 @@ private Q_SLOTS:
     void everyTrustedLanguageNamesItsMonths_data()
     {
         QTest::addColumn<QString>("language");
-        for (const char* language : {"de", "en", "fr", "nl", "it", "es", "pl", "sv", "da", "nb", "pt", "cs", "fi", "hu", "tr", "ru", "el", "ro", "uk", "bg"})
+        for (const char *language :
+            {"de", "en", "fr", "nl", "it", "es", "pl", "sv", "da", "nb", "pt", "cs", "fi", "hu", "tr", "ru", "el", "ro", "uk", "bg"})
             QTest::newRow(language) << QString::fromLatin1(language);
     }
     void everyTrustedLanguageNamesItsMonths()
@@ -177,7 +180,8 @@ private Q_SLOTS:
             const QString inDate = u"15 "_s + locale.monthName(month) + u" 2021"_s;
             QVERIFY2((NyFolderNameParser::parse(inDate).from == NyFolderName::PartialDate{2021, month, 15}), qPrintable(inDate));
             // A genitive by itself is rather a first name: "Maja", "Марта".
-            if (locale.monthName(month, QLocale::ShortFormat) == locale.monthName(month) && locale.monthName(month) != locale.standaloneMonthName(month))
+            if (locale.monthName(month, QLocale::ShortFormat) == locale.monthName(month)
+                && locale.monthName(month) != locale.standaloneMonthName(month))
                 continue;
             const QString shortForm = u"2021-"_s + locale.monthName(month, QLocale::ShortFormat);
             QVERIFY2(NyFolderNameParser::parse(shortForm).from == expected, qPrintable(shortForm));
@@ -188,7 +192,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<Nature>("nature");
-        const auto row = [](const QString& name, Nature nature) { QTest::newRow(qPrintable(name)) << name << nature; };
+        const auto row = [](const QString &name, Nature nature) { QTest::newRow(qPrintable(name)) << name << nature; };
         row(u"Rom"_s, Nature::Plain);
         row(u"2024"_s, Nature::Plain);
         row(u"100CANON"_s, Nature::Camera);
@@ -216,10 +220,11 @@ private Q_SLOTS:
     void anyTextIsSurvived()
     {
         // Pieces of names in any order: nothing may crash, and what is read must be a date that exists.
-        const QStringList pieces{u"2024"_s, u"24"_s, u"12"_s, u"31"_s, u"0"_s, u"00"_s, u"."_s, u"-"_s, u" - "_s, u"_"_s, u"'"_s, u"bis"_s, u"Juli"_s, u"mar"_s,
-            u"Q"_s, u"KW"_s, u"Tag"_s, u"RAW"_s, u"iPhone"_s, u"von"_s, u"Winter"_s, u"年"_s, u"月"_s, u"日"_s, u"\U0001F384"_s, QString(QChar(0xd83c)),
-            QString(QChar(0)), u"\u0301"_s, u"20240231"_s, u"99999999999999999999"_s, u"%1"_s, u"&"_s, u"er"_s, u"de"_s, u"h"_s, u"IMG"_s, u" "_s, u"("_s, u"to"_s,
-            u"the"_s, u"Camera"_s, u"best"_s, u"of"_s, u"s"_s, u"\u200d"_s};
+        const QStringList pieces{u"2024"_s, u"24"_s, u"12"_s, u"31"_s, u"0"_s, u"00"_s, u"."_s, u"-"_s, u" - "_s, u"_"_s, u"'"_s, u"bis"_s,
+            u"Juli"_s, u"mar"_s, u"Q"_s, u"KW"_s, u"Tag"_s, u"RAW"_s, u"iPhone"_s, u"von"_s, u"Winter"_s, u"年"_s, u"月"_s, u"日"_s,
+            u"\U0001F384"_s, QString(QChar(0xd83c)), QString(QChar(0)), u"\u0301"_s, u"20240231"_s, u"99999999999999999999"_s, u"%1"_s,
+            u"&"_s, u"er"_s, u"de"_s, u"h"_s, u"IMG"_s, u" "_s, u"("_s, u"to"_s, u"the"_s, u"Camera"_s, u"best"_s, u"of"_s, u"s"_s,
+            u"\u200d"_s};
         QRandomGenerator random(20240715);
         for (int round = 0; round < 30000; ++round) {
             QString name;
@@ -227,7 +232,7 @@ private Q_SLOTS:
             for (int piece = 0; piece < count; ++piece)
                 name += pieces.at(random.bounded(pieces.size()));
             const NyFolderName parsed = NyFolderNameParser::parse(name);
-            for (const NyFolderName::PartialDate& date : {parsed.from, parsed.to}) {
+            for (const NyFolderName::PartialDate &date : {parsed.from, parsed.to}) {
                 QVERIFY2(date.month >= 0 && date.month <= 12, qPrintable(name));
                 if (date.day > 0)
                     QVERIFY2(QDate::isValid(date.year > 0 ? date.year : 2000, date.month, date.day), qPrintable(name));

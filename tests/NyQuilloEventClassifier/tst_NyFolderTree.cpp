@@ -15,20 +15,21 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QStringList Filters{u"*.jpg"_s, u"*.jpeg"_s, u"*.heic"_s};
 
-QStringList relativePaths(const PictureTree& pictures, const NyFolderTree& tree)
+QStringList relativePaths(const PictureTree &pictures, const NyFolderTree &tree)
 {
     QStringList paths;
-    for (const NyFolderTree::Folder& folder : tree.folders())
+    for (const NyFolderTree::Folder &folder : tree.folders())
         paths.append(folder.path == pictures.root() ? u"."_s : folder.path.mid(pictures.root().size() + 1));
     paths.sort();
     return paths;
 }
 
-QStringList inOrder(const NyFolderTree& tree, int index = 0)
+QStringList inOrder(const NyFolderTree &tree, int index = 0)
 {
     QStringList names{tree.folders().at(index).name};
     for (const int child : tree.folders().at(index).children)
@@ -37,7 +38,8 @@ QStringList inOrder(const NyFolderTree& tree, int index = 0)
 }
 
 /** Takes away from this thread what lets root read everything, for as long as it lives. */
-class WithoutPrivileges {
+class WithoutPrivileges
+{
 public:
     WithoutPrivileges()
     {
@@ -61,29 +63,31 @@ private:
 
 } // namespace
 
-class tst_NyFolderTree : public QObject {
+class tst_NyFolderTree : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
     void foldersStandInTheOrderOfTheirNames()
     {
         PictureTree pictures;
-        for (const char16_t* name : {u"b/2", u"b/1", u"a", u"c/x/y", u"B", u"ä", u"10", u"9"})
+        for (const char16_t *name : {u"b/2", u"b/1", u"a", u"c/x/y", u"B", u"ä", u"10", u"9"})
             pictures.addFolder(QString::fromUtf16(name));
         const NyFolderTree tree(pictures.root(), Filters);
-        QCOMPARE(inOrder(tree), (QStringList{u"pictures"_s, u"10"_s, u"9"_s, u"B"_s, u"a"_s, u"b"_s, u"1"_s, u"2"_s, u"c"_s, u"x"_s, u"y"_s, u"ä"_s}));
+        QCOMPARE(inOrder(tree),
+            (QStringList{u"pictures"_s, u"10"_s, u"9"_s, u"B"_s, u"a"_s, u"b"_s, u"1"_s, u"2"_s, u"c"_s, u"x"_s, u"y"_s, u"ä"_s}));
         for (int index = 1; index < tree.folders().size(); ++index)
             QVERIFY(tree.folders().at(index).parent < index);
     }
     void picturesAreKnownByTheirEndings()
     {
         PictureTree pictures;
-        for (const char16_t* name : {u"yes1/a.jpg", u"yes2/A.JPG", u"yes3/x.y.Jpeg", u"yes4/ü.heic", u"no1/jpg", u"no2/a.jpg.txt", u"no3/.a.jpg", u"no4/a.jpgx",
-                 u"no5/a.", u"no6/a.ſpg", u"no7/a.jpg /b", u"no8/averyveryverylong.endingthatnobodyhas"})
+        for (const char16_t *name : {u"yes1/a.jpg", u"yes2/A.JPG", u"yes3/x.y.Jpeg", u"yes4/ü.heic", u"no1/jpg", u"no2/a.jpg.txt",
+                 u"no3/.a.jpg", u"no4/a.jpgx", u"no5/a.", u"no6/a.ſpg", u"no7/a.jpg /b", u"no8/averyveryverylong.endingthatnobodyhas"})
             pictures.addFile(QString::fromUtf16(name));
         pictures.addFolder(u"no9/a.jpg"_s);
         const NyFolderTree tree(pictures.root(), Filters);
-        for (const NyFolderTree::Folder& folder : tree.folders()) {
+        for (const NyFolderTree::Folder &folder : tree.folders()) {
             if (folder.name.startsWith(u"yes"_s) || folder.name.startsWith(u"no"_s))
                 QVERIFY2(folder.hasOwnPictures == folder.name.startsWith(u"yes"_s), qPrintable(folder.name));
         }
@@ -99,7 +103,7 @@ private Q_SLOTS:
         QVERIFY(QFile::link(pictures.path(u"real/a.jpg"_s), pictures.path(u"linked/b.jpg"_s)));
         QVERIFY(QFile::link(pictures.path(u"nowhere"_s), pictures.path(u"broken/b.jpg"_s)));
         const NyFolderTree tree(pictures.root(), Filters);
-        for (const NyFolderTree::Folder& folder : tree.folders()) {
+        for (const NyFolderTree::Folder &folder : tree.folders()) {
             if (folder.parent == 0)
                 QCOMPARE(folder.hasOwnPictures, folder.name != u"broken"_s);
         }
@@ -111,7 +115,7 @@ private Q_SLOTS:
         pictures.addFile(u"b/book.NQPX"_s);
         pictures.addFile(u"c/book.nqp.bak"_s);
         const NyFolderTree tree(pictures.root(), Filters);
-        for (const NyFolderTree::Folder& folder : tree.folders()) {
+        for (const NyFolderTree::Folder &folder : tree.folders()) {
             if (folder.parent == 0)
                 QCOMPARE(folder.hasProjectFiles, folder.name != u"c"_s);
         }
@@ -119,8 +123,9 @@ private Q_SLOTS:
     void ignorableFoldersAreNotEntered()
     {
         PictureTree pictures;
-        for (const char16_t* name : {u"yes/a.jpg", u".hidden/a.jpg", u"@eaDir/a.jpg", u"#recycle/a.jpg", u"Screenshots/a.jpg", u"Bildschirmfotos/deep/a.jpg", u"__MACOSX/a.jpg",
-                 u"marked/a.jpg", u"marked/below/b.jpg", u"marked/.nomedia", u"memories/.nomemories", u"memories/a.jpg", u"yes/.other"})
+        for (const char16_t *name : {u"yes/a.jpg", u".hidden/a.jpg", u"@eaDir/a.jpg", u"#recycle/a.jpg", u"Screenshots/a.jpg",
+                 u"Bildschirmfotos/deep/a.jpg", u"__MACOSX/a.jpg", u"marked/a.jpg", u"marked/below/b.jpg", u"marked/.nomedia",
+                 u"memories/.nomemories", u"memories/a.jpg", u"yes/.other"})
             pictures.addFile(QString::fromUtf16(name));
         // A folder of that name is no marker, a link to a file is one.
         pictures.addFolder(u"notmarked/.nomedia"_s);
@@ -136,7 +141,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(own + u"/proposals"_s));
         const NyFolderTree tree(QFileInfo(own).path(), Filters);
         QVERIFY(!tree.folders().isEmpty());
-        for (const NyFolderTree::Folder& folder : tree.folders())
+        for (const NyFolderTree::Folder &folder : tree.folders())
             QVERIFY2(!folder.path.contains(u"VELMORA"_s), qPrintable(folder.path));
     }
     void anIgnorableStartFolderGivesNothing()
@@ -210,7 +215,8 @@ private Q_SLOTS:
         }
         QVERIFY(::chmod(QFile::encodeName(pictures.path(u"closed"_s)).constData(), 0700) == 0);
         // Twice walked, once reported.
-        QCOMPARE(log.containing(u"warning: "_s), QStringList{u"warning: Folder cannot be classified: "_s + pictures.path(u"closed"_s) + u": Permission denied"_s});
+        QCOMPARE(log.containing(u"warning: "_s),
+            QStringList{u"warning: Folder cannot be classified: "_s + pictures.path(u"closed"_s) + u": Permission denied"_s});
         QCOMPARE(NyFolderTree(pictures.root(), Filters).folders().size(), 4);
     }
     void aMissingStartFolderIsReported()
@@ -229,9 +235,9 @@ private Q_SLOTS:
         std::atomic_int rounds = 0;
         const std::unique_ptr<QThread> vandal(QThread::create([&pictures, &stop, &rounds]() {
             while (!stop) {
-                for (const char16_t* name : {u"a", u"b/c/d", u"z"})
+                for (const char16_t *name : {u"a", u"b/c/d", u"z"})
                     QDir().mkpath(pictures.path(QString::fromUtf16(name)));
-                for (const char16_t* name : {u"a", u"b", u"z"})
+                for (const char16_t *name : {u"a", u"b", u"z"})
                     QDir(pictures.path(QString::fromUtf16(name))).removeRecursively();
                 ++rounds;
             }
@@ -257,30 +263,32 @@ private Q_SLOTS:
         const QByteArray root = QFile::encodeName(pictures.root());
         QVERIFY(::mkdir((root + "/bad\xff\xfe name").constData(), 0700) == 0);
         QVERIFY(::mkdir((root + "/good/latin\xfc").constData(), 0700) == 0);
-        FILE* file = std::fopen((root + "/only bad/\xe4.jpg").constData(), "w");
+        FILE *file = std::fopen((root + "/only bad/\xe4.jpg").constData(), "w");
         QVERIFY(file);
         std::fclose(file);
         TestSupport::LogRecorder log;
         const NyFolderTree tree(pictures.root(), Filters);
         QCOMPARE(relativePaths(pictures, tree), (QStringList{u"."_s, u"good"_s, u"only bad"_s}));
-        for (const NyFolderTree::Folder& folder : tree.folders()) {
+        for (const NyFolderTree::Folder &folder : tree.folders()) {
             if (folder.name == u"only bad"_s)
                 QVERIFY(!folder.hasOwnPictures);
         }
         QStringList warnings = log.containing(u"warning: "_s);
         warnings.sort();
-        QCOMPARE(warnings, (QStringList{u"warning: Folder name is not valid UTF-8, it is left out: "_s + pictures.root() + u"/bad%FF%FE name"_s,
-                               u"warning: Folder name is not valid UTF-8, it is left out: "_s + pictures.root() + u"/good/latin%FC"_s}));
+        QCOMPARE(warnings,
+            (QStringList{u"warning: Folder name is not valid UTF-8, it is left out: "_s + pictures.root() + u"/bad%FF%FE name"_s,
+                u"warning: Folder name is not valid UTF-8, it is left out: "_s + pictures.root() + u"/good/latin%FC"_s}));
     }
     void strangeNamesAreKept()
     {
         PictureTree pictures;
-        const QStringList names{u" "_s, u"%1"_s, u"a\nb"_s, u"a:b"_s, u"\"&'<>"_s, u"ä"_s, u"a\u0308"_s, u"\U0001F384"_s, u"a\\b"_s, u"*?[x]"_s, QString(80, QChar(0x4e00))};
-        for (const QString& name : names)
+        const QStringList names{u" "_s, u"%1"_s, u"a\nb"_s, u"a:b"_s, u"\"&'<>"_s, u"ä"_s, u"a\u0308"_s, u"\U0001F384"_s, u"a\\b"_s,
+            u"*?[x]"_s, QString(80, QChar(0x4e00))};
+        for (const QString &name : names)
             pictures.addFile(name + u"/a.jpg"_s);
         const NyFolderTree tree(pictures.root(), Filters);
         QCOMPARE(tree.folders().size(), names.size() + 1);
-        for (const NyFolderTree::Folder& folder : tree.folders()) {
+        for (const NyFolderTree::Folder &folder : tree.folders()) {
             QVERIFY(folder.parent < 0 || names.contains(folder.name));
             QVERIFY(QFileInfo(folder.path).isDir());
             QVERIFY(folder.hasPicturesBelow);
@@ -302,7 +310,8 @@ private Q_SLOTS:
     void picturesAreSampledEvenly()
     {
         PictureTree pictures;
-        for (const char16_t* name : {u"b.jpg", u"a.JPG", u"c.txt", u".d.jpg", u"e.heic", u"below/1.jpg", u"below/2.jpg", u"below/3.jpg", u"below/4.jpg"})
+        for (const char16_t *name :
+            {u"b.jpg", u"a.JPG", u"c.txt", u".d.jpg", u"e.heic", u"below/1.jpg", u"below/2.jpg", u"below/3.jpg", u"below/4.jpg"})
             pictures.addFile(QString::fromUtf16(name));
         const NyFolderTree tree(pictures.root(), Filters);
         const QStringList own{pictures.path(u"a.JPG"_s), pictures.path(u"b.jpg"_s), pictures.path(u"e.heic"_s)};
@@ -312,7 +321,8 @@ private Q_SLOTS:
         QCOMPARE(tree.samplePictures({0}, 1), QStringList{own.at(0)});
         QCOMPARE(tree.samplePictures({0}, 0), QStringList());
         QCOMPARE(tree.samplePictures({}, 5), QStringList());
-        QCOMPARE(tree.samplePictures({0, 1}, 4), (QStringList{own.at(0), own.at(2), pictures.path(u"below/2.jpg"_s), pictures.path(u"below/4.jpg"_s)}));
+        QCOMPARE(tree.samplePictures({0, 1}, 4),
+            (QStringList{own.at(0), own.at(2), pictures.path(u"below/2.jpg"_s), pictures.path(u"below/4.jpg"_s)}));
         QVERIFY(QDir(pictures.root()).removeRecursively());
         QCOMPARE(tree.samplePictures({0, 1}, 4), QStringList());
     }

@@ -11,7 +11,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 QDateTime at(int year, int month, int day, int hour = 12, int minute = 0, int second = 0)
 {
@@ -19,26 +20,28 @@ QDateTime at(int year, int month, int day, int hour = 12, int minute = 0, int se
 }
 
 /** "kind path" for each entry, in the classifier's order; the start folder's path is ".". */
-QStringList verdicts(const PictureTree& tree, const QString& folder, const NyEventFolderClassificationResult& defaultResult = {})
+QStringList verdicts(const PictureTree &tree, const QString &folder, const NyEventFolderClassificationResult &defaultResult = {})
 {
     NyQuilloEventClassifier classifier((QFileInfo(tree.root())));
     QStringList lines;
     const QList<NyEventFolderClassificationResult> results = classifier.eventFolderTypes(QFileInfo(folder), defaultResult);
-    for (const NyEventFolderClassificationResult& result : results) {
+    for (const NyEventFolderClassificationResult &result : results) {
         const QString path = result.directoryPath();
-        lines.append(result.classification().encode() + QLatin1Char(' ') + (path == tree.root() ? u"."_s : path.mid(tree.root().size() + 1)));
+        lines.append(
+            result.classification().encode() + QLatin1Char(' ') + (path == tree.root() ? u"."_s : path.mid(tree.root().size() + 1)));
     }
     return lines;
 }
 
-QStringList verdicts(const PictureTree& tree)
+QStringList verdicts(const PictureTree &tree)
 {
     return verdicts(tree, tree.root());
 }
 
 } // namespace
 
-class tst_NyQuilloEventClassifier : public QObject {
+class tst_NyQuilloEventClassifier : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -47,11 +50,13 @@ private Q_SLOTS:
     void aSortedCollection()
     {
         PictureTree tree;
-        for (const char16_t* folder : {u"2024/07/15", u"2024/2024-06-15 Hochzeit/RAW", u"2024/2024-06-15 Hochzeit", u"2023/Rom/Tag 1 - Forum", u"DCIM/100CANON", u"Renovierung"})
+        for (const char16_t *folder : {u"2024/07/15", u"2024/2024-06-15 Hochzeit/RAW", u"2024/2024-06-15 Hochzeit",
+                 u"2023/Rom/Tag 1 - Forum", u"DCIM/100CANON", u"Renovierung"})
             tree.addDistantPictures(QString::fromUtf16(folder));
         QCOMPARE(verdicts(tree),
-            (QStringList{u"year 2023"_s, u"event 2023/Rom"_s, u"day 2023/Rom/Tag 1 - Forum"_s, u"year 2024"_s, u"month 2024/07"_s, u"day 2024/07/15"_s,
-                u"event 2024/2024-06-15 Hochzeit"_s, u"unknown 2024/2024-06-15 Hochzeit/RAW"_s, u"unknown DCIM"_s, u"unknown DCIM/100CANON"_s, u"project Renovierung"_s}));
+            (QStringList{u"year 2023"_s, u"event 2023/Rom"_s, u"day 2023/Rom/Tag 1 - Forum"_s, u"year 2024"_s, u"month 2024/07"_s,
+                u"day 2024/07/15"_s, u"event 2024/2024-06-15 Hochzeit"_s, u"unknown 2024/2024-06-15 Hochzeit/RAW"_s, u"unknown DCIM"_s,
+                u"unknown DCIM/100CANON"_s, u"project Renovierung"_s}));
         QCOMPARE(verdicts(tree), verdicts(tree));
     }
     void foldersWithoutPicturesHaveNoEntry()
@@ -67,7 +72,7 @@ private Q_SLOTS:
     void ignorableFoldersHaveNoEntry()
     {
         PictureTree tree;
-        for (const char16_t* folder : {u"Rom", u"Rom/.thumbnails", u"Rom/@eaDir", u"Screenshots", u"Papierkorb/Rom", u"Stumm"})
+        for (const char16_t *folder : {u"Rom", u"Rom/.thumbnails", u"Rom/@eaDir", u"Screenshots", u"Papierkorb/Rom", u"Stumm"})
             tree.addDistantPictures(QString::fromUtf16(folder));
         tree.addFile(u"Stumm/.nomedia"_s);
         QCOMPARE(verdicts(tree), QStringList{u"event Rom"_s});
@@ -78,7 +83,8 @@ private Q_SLOTS:
         QCOMPARE(verdicts(tree), QStringList());
         NyQuilloEventClassifier nowhere{QFileInfo()};
         QVERIFY(nowhere.eventFolderTypes(QFileInfo(), {}).isEmpty());
-        QTest::ignoreMessage(QtWarningMsg, qPrintable(u"Folder cannot be classified: "_s + tree.path(u"gone"_s) + u": No such file or directory"_s));
+        QTest::ignoreMessage(
+            QtWarningMsg, qPrintable(u"Folder cannot be classified: "_s + tree.path(u"gone"_s) + u": No such file or directory"_s));
         QCOMPARE(verdicts(tree, tree.path(u"gone"_s)), QStringList());
     }
     void aFileIsNoFolder()
@@ -183,7 +189,8 @@ private Q_SLOTS:
     void foldersThatAskTheirContents_data()
     {
         QTest::addColumn<QString>("name");
-        for (const char16_t* name : {u"100CANON", u"Camera Roll", u"Neuer Ordner", u"iPhone von Tom", u"4711", u"RAW", u"IMG_2024", u"---", u"Teil 2", u"Fotos"})
+        for (const char16_t *name :
+            {u"100CANON", u"Camera Roll", u"Neuer Ordner", u"iPhone von Tom", u"4711", u"RAW", u"IMG_2024", u"---", u"Teil 2", u"Fotos"})
             QTest::newRow(qPrintable(QString::fromUtf16(name))) << QString::fromUtf16(name);
     }
     void foldersThatAskTheirContents()
@@ -273,13 +280,17 @@ private Q_SLOTS:
     {
         PictureTree tree;
         for (int number = 0; number < 200; ++number)
-            tree.addPicture(u"100CANON/IMG_%1.jpg"_s.arg(number, 4, 10, QLatin1Char('0')), number == 137 ? at(2024, 9, 1) : at(2024, 6, 15));
+            tree.addPicture(
+                u"100CANON/IMG_%1.jpg"_s.arg(number, 4, 10, QLatin1Char('0')), number == 137 ? at(2024, 9, 1) : at(2024, 6, 15));
         QCOMPARE(verdicts(tree), QStringList{u"year 100CANON"_s});
     }
     void damagedPicturesDoNotStopTheSampling()
     {
         PictureTree tree;
-        tree.addFile(u"100CANON/a.jpg"_s, QByteArray("\xff\xd8\xff\xe1\xff\xff" "Exif", 10));
+        tree.addFile(u"100CANON/a.jpg"_s,
+            QByteArray("\xff\xd8\xff\xe1\xff\xff"
+                       "Exif",
+                10));
         tree.addFile(u"100CANON/b.jpg"_s, QByteArray());
         tree.addPicture(u"100CANON/c.jpg"_s, QDateTime::currentDateTime());
         QVERIFY(QFile::link(tree.path(u"nowhere"_s), tree.path(u"100CANON/d.jpg"_s)));
@@ -311,7 +322,9 @@ private Q_SLOTS:
         tree.addDistantPictures(u"Urlaub/2023-08-31 Paris"_s);
         QCOMPARE(verdicts(tree), (QStringList{u"event Urlaub"_s, u"day Urlaub/2023-07-01 Rom"_s, u"day Urlaub/2023-08-31 Paris"_s}));
         tree.addDistantPictures(u"Urlaub/2023-09-02 Wien"_s);
-        QCOMPARE(verdicts(tree), (QStringList{u"unknown Urlaub"_s, u"event Urlaub/2023-07-01 Rom"_s, u"event Urlaub/2023-08-31 Paris"_s, u"event Urlaub/2023-09-02 Wien"_s}));
+        QCOMPARE(verdicts(tree),
+            (QStringList{u"unknown Urlaub"_s, u"event Urlaub/2023-07-01 Rom"_s, u"event Urlaub/2023-08-31 Paris"_s,
+                u"event Urlaub/2023-09-02 Wien"_s}));
     }
     void datesAreSeenThroughFoldersThatSayNothing()
     {
@@ -325,7 +338,8 @@ private Q_SLOTS:
             (QStringList{u"unknown MobileBackup"_s, u"unknown MobileBackup/Handy"_s, u"unknown MobileBackup/Handy/DCIM"_s,
                 u"year MobileBackup/Handy/DCIM/2023"_s, u"event Rom"_s, u"unknown Rom/Bilder"_s, u"day Rom/Bilder/2024-05-01"_s,
                 u"day Rom/Bilder/2024-05-03"_s, u"unknown Toms Laptop"_s, u"unknown Toms Laptop/Bilder"_s,
-                u"month Toms Laptop/Bilder/2022-05"_s, u"month Toms Laptop/Bilder/2022-11"_s, u"event Toms Laptop/Bilder/2022-11/Paris"_s}));
+                u"month Toms Laptop/Bilder/2022-05"_s, u"month Toms Laptop/Bilder/2022-11"_s,
+                u"event Toms Laptop/Bilder/2022-11/Paris"_s}));
     }
     void aThemeOverTitlesIsACollection()
     {
@@ -351,8 +365,9 @@ private Q_SLOTS:
         tree.addDistantPictures(u"2024-01-01 - 2024-06-30/Paris"_s);
         tree.addDistantPictures(u"12.-26.03.2024/Pisa"_s);
         QCOMPARE(verdicts(tree),
-            (QStringList{u"event 12.-26.03.2024"_s, u"event 12.-26.03.2024/Pisa"_s, u"unknown 2024-01-01 - 2024-06-30"_s, u"event 2024-01-01 - 2024-06-30/Paris"_s,
-                u"event Q1 2024"_s, u"unknown Q1 2024/RAW"_s, u"unknown Sommer 2024"_s, u"event Sommer 2024/Rom"_s}));
+            (QStringList{u"event 12.-26.03.2024"_s, u"event 12.-26.03.2024/Pisa"_s, u"unknown 2024-01-01 - 2024-06-30"_s,
+                u"event 2024-01-01 - 2024-06-30/Paris"_s, u"event Q1 2024"_s, u"unknown Q1 2024/RAW"_s, u"unknown Sommer 2024"_s,
+                u"event Sommer 2024/Rom"_s}));
     }
 
     // Project files
@@ -360,12 +375,14 @@ private Q_SLOTS:
     void projectFilesMakeProjects()
     {
         PictureTree tree;
-        for (const char16_t* folder : {u"Rom", u"Rom/RAW", u"Paris", u"2024", u"2024/07", u"Fotobuch", u"WhatsApp Images"})
+        for (const char16_t *folder : {u"Rom", u"Rom/RAW", u"Paris", u"2024", u"2024/07", u"Fotobuch", u"WhatsApp Images"})
             tree.addDistantPictures(QString::fromUtf16(folder));
-        for (const char16_t* file : {u"Rom/book.nqp", u"Paris/book.nqpx", u"2024/book.nqp", u"Fotobuch/book.nqp", u"WhatsApp Images/book.nqp"})
+        for (const char16_t *file :
+            {u"Rom/book.nqp", u"Paris/book.nqpx", u"2024/book.nqp", u"Fotobuch/book.nqp", u"WhatsApp Images/book.nqp"})
             tree.addFile(QString::fromUtf16(file));
         QCOMPARE(verdicts(tree),
-            (QStringList{u"year 2024"_s, u"month 2024/07"_s, u"project Fotobuch"_s, u"project Paris"_s, u"project Rom"_s, u"unknown Rom/RAW"_s, u"unknown WhatsApp Images"_s}));
+            (QStringList{u"year 2024"_s, u"month 2024/07"_s, u"project Fotobuch"_s, u"project Paris"_s, u"project Rom"_s,
+                u"unknown Rom/RAW"_s, u"unknown WhatsApp Images"_s}));
     }
     void aProjectFileInAPartOfAnEventChangesNothing()
     {
@@ -407,15 +424,16 @@ private Q_SLOTS:
     void theDefaultIsForFoldersWithoutAVerdict()
     {
         PictureTree tree;
-        for (const char16_t* folder : {u"100CANON", u"Rom/RAW", u"WhatsApp Images", u"2024", u"Fotos/2023"})
+        for (const char16_t *folder : {u"100CANON", u"Rom/RAW", u"WhatsApp Images", u"2024", u"Fotos/2023"})
             tree.addDistantPictures(QString::fromUtf16(folder));
         NyEventFolderClassificationResult fallback(QFileInfo(u"/not/looked/at"_s), NyEventFolderType(NyEventFolderTypeEnum::Project));
         fallback.setOccasionInformation(NyOccasionInfoList({NyOccasionInfo(u"city"_s, u"title"_s, 0.5)}));
         QCOMPARE(verdicts(tree, tree.root(), fallback),
-            (QStringList{u"project 100CANON"_s, u"year 2024"_s, u"unknown Fotos"_s, u"year Fotos/2023"_s, u"event Rom"_s, u"unknown Rom/RAW"_s, u"unknown WhatsApp Images"_s}));
+            (QStringList{u"project 100CANON"_s, u"year 2024"_s, u"unknown Fotos"_s, u"year Fotos/2023"_s, u"event Rom"_s,
+                u"unknown Rom/RAW"_s, u"unknown WhatsApp Images"_s}));
         NyQuilloEventClassifier classifier((QFileInfo(tree.root())));
         const auto results = classifier.eventFolderTypes(QFileInfo(tree.root()), fallback);
-        for (const NyEventFolderClassificationResult& result : results)
+        for (const NyEventFolderClassificationResult &result : results)
             QCOMPARE(result.occasionInformation().size(), result.directoryPath().endsWith(u"100CANON"_s) ? 1 : 0);
     }
 
@@ -424,13 +442,13 @@ private Q_SLOTS:
     void hostileNames()
     {
         PictureTree tree;
-        const QStringList names{u"Rom %1 %2"_s, u"Rom & Paris"_s, u"Rom: \"Tag\" und 'Nacht'"_s, u"Rom\nParis"_s, u" Rom "_s, u"Rom\u200d\U0001F469"_s, u"Ro\u0308mer"_s,
-            u"Römer"_s, u"Rom\\Paris"_s, u"-rf Rom"_s, u"Rom;ls"_s, QString(80, QChar(0x6771))};
-        for (const QString& name : names)
+        const QStringList names{u"Rom %1 %2"_s, u"Rom & Paris"_s, u"Rom: \"Tag\" und 'Nacht'"_s, u"Rom\nParis"_s, u" Rom "_s,
+            u"Rom\u200d\U0001F469"_s, u"Ro\u0308mer"_s, u"Römer"_s, u"Rom\\Paris"_s, u"-rf Rom"_s, u"Rom;ls"_s, QString(80, QChar(0x6771))};
+        for (const QString &name : names)
             tree.addDistantPictures(name);
         const QStringList lines = verdicts(tree);
         QCOMPARE(lines.size(), names.size());
-        for (const QString& name : names)
+        for (const QString &name : names)
             QVERIFY2(lines.contains(u"event "_s + name), qPrintable(name));
     }
     void namesThatAreNotUtf8()
@@ -445,30 +463,31 @@ private Q_SLOTS:
     void neighboursThatBeginAlikeStayApart()
     {
         PictureTree tree;
-        for (const char16_t* folder : {u"2024", u"2024-07", u"2024 Rom", u"20240715", u"2024x"})
+        for (const char16_t *folder : {u"2024", u"2024-07", u"2024 Rom", u"20240715", u"2024x"})
             tree.addDistantPictures(QString::fromUtf16(folder));
-        QCOMPARE(verdicts(tree), (QStringList{u"year 2024"_s, u"event 2024 Rom"_s, u"month 2024-07"_s, u"day 20240715"_s, u"year 2024x"_s}));
+        QCOMPARE(
+            verdicts(tree), (QStringList{u"year 2024"_s, u"event 2024 Rom"_s, u"month 2024-07"_s, u"day 20240715"_s, u"year 2024x"_s}));
     }
 
     void severalThreadsMayClassifyAtOnce()
     {
         PictureTree tree;
-        for (const char16_t* folder : {u"2024/07/15", u"2024/Rom/RAW", u"DCIM/100CANON"})
+        for (const char16_t *folder : {u"2024/07/15", u"2024/Rom/RAW", u"DCIM/100CANON"})
             tree.addDistantPictures(QString::fromUtf16(folder));
         const QStringList expected = verdicts(tree);
         QList<QStringList> found(4);
         std::vector<std::unique_ptr<QThread>> threads;
         for (int index = 0; index < 4; ++index) {
-            QStringList* result = &found[index];
+            QStringList *result = &found[index];
             threads.emplace_back(QThread::create([result, &tree]() {
                 for (int round = 0; round < 5; ++round)
                     *result = verdicts(tree);
             }));
             threads.back()->start();
         }
-        for (const auto& thread : threads)
+        for (const auto &thread : threads)
             thread->wait();
-        for (const QStringList& result : std::as_const(found))
+        for (const QStringList &result : std::as_const(found))
             QCOMPARE(result, expected);
     }
 };

@@ -7,7 +7,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 // Kinds, for short rows.
 constexpr int Unknown = 0;
@@ -17,10 +18,11 @@ constexpr int Day = 8;
 constexpr int Event = 16;
 constexpr int Project = 32;
 
-struct Row {
-    const char16_t* path; // the last folder is the one in question
+struct Row
+{
+    const char16_t *path; // the last folder is the one in question
     int kind;
-    const char* why;
+    const char *why;
 };
 
 const Row Rows[] = {
@@ -446,7 +448,8 @@ const Row Rows[] = {
 } // namespace
 
 /** What a folder's name and place make of it. Its pictures lie more than twenty years apart, so that they never decide. */
-class tst_NyQuilloEventClassifierNames : public QObject {
+class tst_NyQuilloEventClassifierNames : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -456,7 +459,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("kind");
         QTest::addColumn<QString>("why");
         QSet<QString> known;
-        for (const Row& row : Rows) {
+        for (const Row &row : Rows) {
             const QString path = QString::fromUtf16(row.path);
             QVERIFY2(!known.contains(path), qPrintable(path));
             known.insert(path);
@@ -481,7 +484,7 @@ private Q_SLOTS:
     void thereAreRowsEnoughOfEveryKind()
     {
         QHash<int, int> counts;
-        for (const Row& row : Rows)
+        for (const Row &row : Rows)
             ++counts[row.kind];
         for (const int kind : {Unknown, Year, Month, Day, Event})
             QVERIFY(counts.value(kind) >= 30);

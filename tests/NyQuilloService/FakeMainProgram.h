@@ -19,14 +19,14 @@ public:
     {
         qputenv("NY_FAKE_FOLDER", QFile::encodeName(m_folder.path()));
         TestSupport::writeFile(m_path,
-                               "#!/bin/sh\n"
-                               "echo 'noise on standard output'\n"
-                               "for i in \"$@\"; do printf '%s\\n' \"$i\"; done > \"$NY_FAKE_FOLDER/start.$$~\"\n"
-                               "mv \"$NY_FAKE_FOLDER/start.$$~\" \"$NY_FAKE_FOLDER/start.$$\"\n"
-                               "while [ -e \"$NY_FAKE_FOLDER/gate\" ]; do sleep 0.02; done\n"
-                               "if [ -e \"$NY_FAKE_FOLDER/write\" ]; then\n"
-                               "  while [ $# -gt 0 ]; do [ \"$1\" = --proposalTargetPath ] && echo book > \"$2\"; shift; done\n"
-                               "fi\n");
+            "#!/bin/sh\n"
+            "echo 'noise on standard output'\n"
+            "for i in \"$@\"; do printf '%s\\n' \"$i\"; done > \"$NY_FAKE_FOLDER/start.$$~\"\n"
+            "mv \"$NY_FAKE_FOLDER/start.$$~\" \"$NY_FAKE_FOLDER/start.$$\"\n"
+            "while [ -e \"$NY_FAKE_FOLDER/gate\" ]; do sleep 0.02; done\n"
+            "if [ -e \"$NY_FAKE_FOLDER/write\" ]; then\n"
+            "  while [ $# -gt 0 ]; do [ \"$1\" = --proposalTargetPath ] && echo book > \"$2\"; shift; done\n"
+            "fi\n");
         QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
     ~FakeMainProgram()
@@ -51,7 +51,8 @@ public:
     QList<QStringList> starts() const
     {
         QList<QStringList> result;
-        const QFileInfoList files = QDir(m_folder.path()).entryInfoList({QStringLiteral("start.*")}, QDir::Files, QDir::Time | QDir::Reversed);
+        const QFileInfoList files
+            = QDir(m_folder.path()).entryInfoList({QStringLiteral("start.*")}, QDir::Files, QDir::Time | QDir::Reversed);
         for (const QFileInfo &file : files) {
             if (file.fileName().endsWith(QLatin1Char('~')))
                 continue;

@@ -23,7 +23,7 @@ public:
     bool storeSettings(bool autoStart) const
     {
         return TestSupport::writeFile(TestSupport::configFolder() + QStringLiteral("/settings.ini"),
-                                      m_section + "autoStartService=" + (autoStart ? "true" : "false") + "\n");
+            m_section + "autoStartService=" + (autoStart ? "true" : "false") + "\n");
     }
     /** The command lines of the starts so far. */
     QStringList starts() const

@@ -21,7 +21,8 @@ inline bool noBirthTimes = false;
 inline bool noEntryTypes = false;
 inline int untypedEntries = 0;
 
-struct Switch {
+struct Switch
+{
     explicit Switch(bool &flag)
         : m_flag(flag)
     {

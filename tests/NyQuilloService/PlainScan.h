@@ -13,7 +13,8 @@
 /** The scan written down plainly with Qt's means: what every faster one is compared with. */
 namespace PlainScan
 {
-struct Result {
+struct Result
+{
     QFileInfoList files; // oldest first, equally old ones by path
     int countAfterRange = 0;
     bool hasSubfolders = false;
@@ -31,8 +32,7 @@ inline void collect(const QDir &dir, const QStringList &nameFilters, const NyDat
         else if (date > range.to())
             ++result.countAfterRange;
     }
-    const QFileInfoList subfolders
-        = dir.entryInfoList({QStringLiteral("*")}, QDir::AllDirs | QDir::NoDotAndDotDot, QDir::NoSort);
+    const QFileInfoList subfolders = dir.entryInfoList({QStringLiteral("*")}, QDir::AllDirs | QDir::NoDotAndDotDot, QDir::NoSort);
     result.hasSubfolders = result.hasSubfolders || !subfolders.isEmpty();
     for (const QFileInfo &subfolder : subfolders)
         collect(QDir(subfolder.absoluteFilePath()), nameFilters, range, result);

@@ -24,7 +24,7 @@ inline QList<NyToastMessageView *> all()
 }
 
 /** The widget in a cell of the window's grid. */
-template<class T>
+template <class T>
 T *at(const QWidget *view, int row, int column)
 {
     auto *grid = qobject_cast<QGridLayout *>(view->layout());
@@ -32,10 +32,28 @@ T *at(const QWidget *view, int row, int column)
     return item ? qobject_cast<T *>(item->widget()) : nullptr;
 }
 
-inline QLabel *title(const QWidget *view) { return at<QLabel>(view, 0, 0); }
-inline NyPixmapButton *closeButton(const QWidget *view) { return at<NyPixmapButton>(view, 0, 2); }
-inline QLabel *description(const QWidget *view) { return at<QLabel>(view, 1, 0); }
-inline QLabel *image(const QWidget *view) { return at<QLabel>(view, 2, 0); }
-inline QPushButton *secondaryButton(const QWidget *view) { return at<QPushButton>(view, 3, 1); }
-inline QPushButton *mainButton(const QWidget *view) { return at<QPushButton>(view, 3, 2); }
+inline QLabel *title(const QWidget *view)
+{
+    return at<QLabel>(view, 0, 0);
+}
+inline NyPixmapButton *closeButton(const QWidget *view)
+{
+    return at<NyPixmapButton>(view, 0, 2);
+}
+inline QLabel *description(const QWidget *view)
+{
+    return at<QLabel>(view, 1, 0);
+}
+inline QLabel *image(const QWidget *view)
+{
+    return at<QLabel>(view, 2, 0);
+}
+inline QPushButton *secondaryButton(const QWidget *view)
+{
+    return at<QPushButton>(view, 3, 1);
+}
+inline QPushButton *mainButton(const QWidget *view)
+{
+    return at<QPushButton>(view, 3, 2);
+}
 }

@@ -32,9 +32,8 @@ void tst_NyBirthTimeWindow::agreesWithDates_data()
     QTest::addColumn<QByteArray>("zone");
     QTest::addColumn<QDate>("from");
     QTest::addColumn<QDate>("to");
-    const auto row = [](const char *name, const char *zone, QDate from, QDate to) {
-        QTest::newRow(name) << QByteArray(zone) << from << to;
-    };
+    const auto row
+        = [](const char *name, const char *zone, QDate from, QDate to) { QTest::newRow(name) << QByteArray(zone) << from << to; };
     row("UTC", "UTC", {2024, 2, 29}, {2024, 3, 1});
     row("one day", "UTC", {2024, 2, 29}, {2024, 2, 29});
     row("spring and autumn", "Europe/Berlin", {2024, 3, 31}, {2024, 10, 27});

@@ -30,7 +30,10 @@ QStringList inOrder(const Grouping &grouping)
 {
     QStringList lines;
     for (auto entry = grouping.cbegin(); entry != grouping.cend(); ++entry) {
-        lines.append(QStringLiteral("%1 (%2): %3").arg(entry.key().directory().filePath()).arg(int(entry.key().classification().value())).arg(entry.value().filePath()));
+        lines.append(QStringLiteral("%1 (%2): %3")
+                         .arg(entry.key().directory().filePath())
+                         .arg(int(entry.key().classification().value()))
+                         .arg(entry.value().filePath()));
     }
     return lines;
 }
@@ -66,10 +69,11 @@ void tst_NyEventFileGrouping::groupsByPrefix()
     const NyEventFolderClassificationResult neighbour = classified(QStringLiteral("/p/trip2"));
     const NyEventFolderClassificationResult otherCase = classified(QStringLiteral("/p/Trip"));
     const QList<QFileInfo> files{QFileInfo(QStringLiteral("/p/trip/a.jpg")), QFileInfo(QStringLiteral("/p/trip/day 1/b.jpg")),
-                                 QFileInfo(QStringLiteral("/p/trip2/c.jpg")), QFileInfo(QStringLiteral("/p/TRIP/d.jpg")), QFileInfo(QStringLiteral("/q/e.jpg"))};
+        QFileInfo(QStringLiteral("/p/trip2/c.jpg")), QFileInfo(QStringLiteral("/p/TRIP/d.jpg")), QFileInfo(QStringLiteral("/q/e.jpg"))};
     const Grouping grouping
         = NyEventFileGrouping::filesOfEvents(files, NyEventFolderClassificationResultList({inner, outer, neighbour, otherCase}));
-    QCOMPARE(filesOf(grouping, outer), QStringList({QStringLiteral("/p/trip2/c.jpg"), QStringLiteral("/p/trip/day 1/b.jpg"), QStringLiteral("/p/trip/a.jpg")}));
+    QCOMPARE(filesOf(grouping, outer),
+        QStringList({QStringLiteral("/p/trip2/c.jpg"), QStringLiteral("/p/trip/day 1/b.jpg"), QStringLiteral("/p/trip/a.jpg")}));
     QCOMPARE(filesOf(grouping, inner), QStringList{QStringLiteral("/p/trip/day 1/b.jpg")});
     QCOMPARE(filesOf(grouping, neighbour), QStringList{QStringLiteral("/p/trip2/c.jpg")});
     QVERIFY(!grouping.contains(otherCase));
@@ -80,7 +84,8 @@ void tst_NyEventFileGrouping::lastFileComesFirst()
 {
     const NyEventFolderClassificationResult folder = classified(QStringLiteral("/p"));
     const Grouping grouping = NyEventFileGrouping::filesOfEvents(
-        {QFileInfo(QStringLiteral("/p/1.jpg")), QFileInfo(QStringLiteral("/p/2.jpg")), QFileInfo(QStringLiteral("/p/1.jpg"))}, NyEventFolderClassificationResultList({folder}));
+        {QFileInfo(QStringLiteral("/p/1.jpg")), QFileInfo(QStringLiteral("/p/2.jpg")), QFileInfo(QStringLiteral("/p/1.jpg"))},
+        NyEventFolderClassificationResultList({folder}));
     QCOMPARE(filesOf(grouping, folder), QStringList({QStringLiteral("/p/1.jpg"), QStringLiteral("/p/2.jpg"), QStringLiteral("/p/1.jpg")}));
 }
 
@@ -88,7 +93,8 @@ void tst_NyEventFileGrouping::keepsTheKeysOccasions()
 {
     NyEventFolderClassificationResult folder = classified(QStringLiteral("/p"));
     folder.setOccasionInformation(NyOccasionInfoList({NyOccasionInfo(QStringLiteral("wedding"), QStringLiteral("title"), 0.5)}));
-    const Grouping grouping = NyEventFileGrouping::filesOfEvents({QFileInfo(QStringLiteral("/p/1.jpg"))}, NyEventFolderClassificationResultList({folder}));
+    const Grouping grouping
+        = NyEventFileGrouping::filesOfEvents({QFileInfo(QStringLiteral("/p/1.jpg"))}, NyEventFolderClassificationResultList({folder}));
     QCOMPARE(grouping.size(), 1);
     QCOMPARE(grouping.keys().constFirst().occasionInformation().occasions(), QStringList{QStringLiteral("wedding")});
 }
@@ -99,7 +105,10 @@ void tst_NyEventFileGrouping::nothingAtAll()
     QVERIFY(NyEventFileGrouping::filesOfEvents({QFileInfo(QStringLiteral("/p/1.jpg"))}, NyEventFolderClassificationResultList()).isEmpty());
     QVERIFY(NyEventFileGrouping::filesOfEvents({}, NyEventFolderClassificationResultList({classified(QStringLiteral("/p"))})).isEmpty());
     // A folder without a path is a prefix of everything.
-    QCOMPARE(NyEventFileGrouping::filesOfEvents({QFileInfo(QStringLiteral("/p/1.jpg"))}, NyEventFolderClassificationResultList({NyEventFolderClassificationResult()})).size(), 1);
+    QCOMPARE(NyEventFileGrouping::filesOfEvents(
+                 {QFileInfo(QStringLiteral("/p/1.jpg"))}, NyEventFolderClassificationResultList({NyEventFolderClassificationResult()}))
+                 .size(),
+        1);
 }
 
 void tst_NyEventFileGrouping::agreesWithPlainLoops_data()
@@ -113,8 +122,9 @@ void tst_NyEventFileGrouping::agreesWithPlainLoops()
 {
     QFETCH(quint32, seed);
     QRandomGenerator random(seed);
-    static const QString parts[] = {QStringLiteral("a"), QStringLiteral("ab"), QStringLiteral("A"), QStringLiteral("caf\u00e9"), QStringLiteral("cafe\u0301"),
-                                    QStringLiteral("a b"), QStringLiteral("a\n"), QStringLiteral("2024"), QStringLiteral("2024-06"), QStringLiteral("..")};
+    static const QString parts[]
+        = {QStringLiteral("a"), QStringLiteral("ab"), QStringLiteral("A"), QStringLiteral("caf\u00e9"), QStringLiteral("cafe\u0301"),
+            QStringLiteral("a b"), QStringLiteral("a\n"), QStringLiteral("2024"), QStringLiteral("2024-06"), QStringLiteral("..")};
     const auto randomPath = [&random](int deepest) {
         QString path = random.bounded(8) == 0 ? QStringLiteral("relative") : QString();
         for (int depth = 1 + random.bounded(deepest); depth > 0; --depth)

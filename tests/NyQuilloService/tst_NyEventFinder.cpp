@@ -52,7 +52,7 @@ int runChild(const QString &root, const QStringList &paths)
     NyEventFinder finder(scan);
     const NyRecentFileResult result = finder.findEvent();
     std::printf("%s|%d|%s\n", qPrintable(result.classification().directory().fileName()), result.count(),
-                qPrintable(log.containing(QStringLiteral("Final Classic Result")).join(QLatin1Char('\n'))));
+        qPrintable(log.containing(QStringLiteral("Final Classic Result")).join(QLatin1Char('\n'))));
     return 0;
 }
 }
@@ -197,8 +197,8 @@ void tst_NyEventFinder::findsNothingWithoutAFolderOfTheKind()
     QVERIFY(result.isEmpty());
     QVERIFY(result.classification() == NyEventFolderClassificationResult());
     QCOMPARE(result.relevantDateRange().from(), today().from());
-    QCOMPARE(log.all(), QStringList({QStringLiteral("debug: \n %1").arg(quoted(QString())),
-                                     QStringLiteral("info: Chosen:  QFileInfo() \"\" 0 \"\"")}));
+    QCOMPARE(log.all(),
+        QStringList({QStringLiteral("debug: \n %1").arg(quoted(QString())), QStringLiteral("info: Chosen:  QFileInfo() \"\" 0 \"\"")}));
 }
 
 void tst_NyEventFinder::logsTheChoice()
@@ -253,7 +253,8 @@ void tst_NyEventFinder::logsStatistics()
     {
         const TestSupport::LogRecorder log;
         finder.logEventFolderTypeStatistics();
-        QCOMPARE(log.all(), QStringList{QStringLiteral("info: \"Counted 0 events, 0 years, 0 months, 0 days, 0 projects and 0 unknowns\"")});
+        QCOMPARE(
+            log.all(), QStringList{QStringLiteral("info: \"Counted 0 events, 0 years, 0 months, 0 days, 0 projects and 0 unknowns\"")});
     }
     const TestSupport::LogRecorder log;
     finder.initEventFolderClassificationList();
@@ -274,7 +275,9 @@ void tst_NyEventFinder::logsStatistics()
     NySingleton<NyLogger>::instance().closeFile();
     const QByteArray records = TestSupport::readFile(NySingleton<NyGeneralSettings>::instance().eventLogFile().filePath());
     const QString record
-        = QStringLiteral("\tlogEventFolderTypeStatistics EVENTS:2 YEARS:2 MONTHS:1 DAYS:1 PROJECTS:1 UNKNOWNS:%1 TOTAL:%2\n").arg(counts.captured(6)).arg(total);
+        = QStringLiteral("\tlogEventFolderTypeStatistics EVENTS:2 YEARS:2 MONTHS:1 DAYS:1 PROJECTS:1 UNKNOWNS:%1 TOTAL:%2\n")
+              .arg(counts.captured(6))
+              .arg(total);
     QVERIFY2(QString::fromUtf8(records).endsWith(record), records.constData());
 }
 
@@ -287,14 +290,14 @@ void tst_NyEventFinder::logsTheSearchInOrder()
     QCOMPARE(result.count(), 2);
     const QString tree = m_root + QStringLiteral("/2024");
     QCOMPARE(log.all(),
-             QStringList({QStringLiteral("debug: 0 photos to be excluded from 2"), QStringLiteral("debug: 2 remaining"),
-                          QStringLiteral("debug: %1 found 2").arg(quoted(today().dateDescription(QDate::currentDate()))),
-                          QStringLiteral("info: \"Counted 1 events, 1 years, 0 months, 0 days, 0 projects and 0 unknowns\""),
-                          QStringLiteral("debug: \n ") + quoted(QStringLiteral("event %1/Rom\n").arg(tree)), QStringLiteral("debug: \"event\" 2"),
-                          QStringLiteral("debug: \"event\" 2"), QStringLiteral("info: Chosen:  QFileInfo(%1/Rom) \"event\" 2 \"\"").arg(tree),
-                          QStringLiteral("debug: \n ") + quoted(QStringLiteral("year %1\n").arg(tree)), QStringLiteral("debug: \"year\" 2"), QStringLiteral("debug: \"year\" 2"),
-                          QStringLiteral("info: Chosen:  QFileInfo(%1) \"year\" 2 \"\"").arg(tree),
-                          QStringLiteral("info: Final Classic Result \"year\" 2 ; takeYear =  true ; takeAll =  false")}));
+        QStringList({QStringLiteral("debug: 0 photos to be excluded from 2"), QStringLiteral("debug: 2 remaining"),
+            QStringLiteral("debug: %1 found 2").arg(quoted(today().dateDescription(QDate::currentDate()))),
+            QStringLiteral("info: \"Counted 1 events, 1 years, 0 months, 0 days, 0 projects and 0 unknowns\""),
+            QStringLiteral("debug: \n ") + quoted(QStringLiteral("event %1/Rom\n").arg(tree)), QStringLiteral("debug: \"event\" 2"),
+            QStringLiteral("debug: \"event\" 2"), QStringLiteral("info: Chosen:  QFileInfo(%1/Rom) \"event\" 2 \"\"").arg(tree),
+            QStringLiteral("debug: \n ") + quoted(QStringLiteral("year %1\n").arg(tree)), QStringLiteral("debug: \"year\" 2"),
+            QStringLiteral("debug: \"year\" 2"), QStringLiteral("info: Chosen:  QFileInfo(%1) \"year\" 2 \"\"").arg(tree),
+            QStringLiteral("info: Final Classic Result \"year\" 2 ; takeYear =  true ; takeAll =  false")}));
 }
 
 void tst_NyEventFinder::takesTheYearAtTheMinimum_data()
@@ -388,8 +391,8 @@ void tst_NyEventFinder::modesDecide()
 
     const QString configHome = m_folder->path() + QStringLiteral("/config");
     QVERIFY(TestSupport::writeFile(configHome + QStringLiteral("/VELMORA/quilloservice.xml"),
-                                   "<?xml version=\"1.0\"?><quilloservice><recentFiles minimumPhotos=\"" + QByteArray::number(minimum)
-                                       + "\"/><eventFinder eventFinderMode=\"" + mode + "\"/></quilloservice>"));
+        "<?xml version=\"1.0\"?><quilloservice><recentFiles minimumPhotos=\"" + QByteArray::number(minimum)
+            + "\"/><eventFinder eventFinderMode=\"" + mode + "\"/></quilloservice>"));
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configHome);
@@ -402,7 +405,8 @@ void tst_NyEventFinder::modesDecide()
     QCOMPARE(parts.size(), 3);
     QCOMPARE(parts.at(0), takesYear ? QStringLiteral("2024") : QStringLiteral("Rom"));
     QCOMPARE(parts.at(1).toInt(), takesYear ? 13 : 12);
-    QVERIFY2(parts.at(2).contains(takesYear ? QStringLiteral("takeYear =  true") : QStringLiteral("takeYear =  false")), qPrintable(parts.at(2)));
+    QVERIFY2(parts.at(2).contains(takesYear ? QStringLiteral("takeYear =  true") : QStringLiteral("takeYear =  false")),
+        qPrintable(parts.at(2)));
 }
 
 int main(int argc, char **argv)

@@ -128,8 +128,9 @@ void tst_NyEventFinderConfiguration::recognizerValues_data()
 
     QTest::newRow("no element") << QByteArray("<eventFinder/>") << false << false << false << 1000;
     QTest::newRow("no attributes") << QByteArray("<eventFinder><eventRecognizer/></eventFinder>") << false << false << false << 1000;
-    QTest::newRow("all") << QByteArray("<eventFinder><eventRecognizer useWordSimilarity='true' loosenThreshold='true' useCosineOrdering='true' "
-                                       "maxPhotos='17'/></eventFinder>")
+    QTest::newRow("all") << QByteArray(
+        "<eventFinder><eventRecognizer useWordSimilarity='true' loosenThreshold='true' useCosineOrdering='true' "
+        "maxPhotos='17'/></eventFinder>")
                          << true << true << true << 17;
     QTest::newRow("one") << QByteArray("<eventFinder><eventRecognizer loosenThreshold='true'/></eventFinder>") << false << true << false
                          << 1000;

@@ -67,8 +67,8 @@ void tst_NyFirstEqualFileRemover::init()
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
     TreeBuilder tree(m_folder->path());
-    for (const char *name : {"a/1.jpg", "a/2.jpg", "a/3.jpg", "a/4.jpg", "a/5.jpg", "b/1.jpg", "A/1.jpg", "a/1.JPG", "b/caf\u00e9.jpg", "b/cafe\u0301.jpg",
-                             "b/new\nline.jpg", "b/col:on.jpg", "c/deep/er/1.jpg"})
+    for (const char *name : {"a/1.jpg", "a/2.jpg", "a/3.jpg", "a/4.jpg", "a/5.jpg", "b/1.jpg", "A/1.jpg", "a/1.JPG", "b/caf\u00e9.jpg",
+             "b/cafe\u0301.jpg", "b/new\nline.jpg", "b/col:on.jpg", "c/deep/er/1.jpg"})
         tree.file(name);
     tree.link("a/link to 1.jpg", "1.jpg");
     tree.link("a/link to link.jpg", "link to 1.jpg");
@@ -134,7 +134,8 @@ void tst_NyFirstEqualFileRemover::removesFirstEqual_data()
     row("folders", "a/,b/,a/.,b/..", "a,b", "a/.,b/..");
     row("gone files equal by path", "a/gone.jpg,a/1.jpg", "a/gone.jpg", "a/1.jpg");
     row("gone files equal each other", "a/gone.jpg,a/1.jpg,b/lost.jpg", "c/never.jpg", "a/1.jpg,b/lost.jpg");
-    row("gone and there", "a/gone.jpg,a/broken.jpg,a/1.jpg,a/2.jpg,a/3.jpg,a/4.jpg", "c/never.jpg,a/2.jpg,c/never too.jpg", "a/1.jpg,a/3.jpg,a/4.jpg");
+    row("gone and there", "a/gone.jpg,a/broken.jpg,a/1.jpg,a/2.jpg,a/3.jpg,a/4.jpg", "c/never.jpg,a/2.jpg,c/never too.jpg",
+        "a/1.jpg,a/3.jpg,a/4.jpg");
     row("broken links are gone", "a/broken.jpg", "b/lost.jpg", "");
     row("a link to itself is not gone", "a/loop.jpg,a/broken.jpg", "b/lost.jpg", "a/loop.jpg");
     row("a link to itself by path", "a/broken.jpg,a/loop.jpg", "a/loop.jpg", "a/broken.jpg");
@@ -167,10 +168,11 @@ void tst_NyFirstEqualFileRemover::respectsPermissions()
     TreeBuilder tree(m_folder->path());
     tree.mode("a", 0644);
     tree.mode("b", 0311);
-    const QStringList files = absolute({QStringLiteral("linked a/1.jpg"), QStringLiteral("a/1.jpg"), QStringLiteral("a/2.jpg"), QStringLiteral("a/3.jpg"),
-                                        QStringLiteral("a/link to 1.jpg"), QStringLiteral("b/up/b/1.jpg"), QStringLiteral("b/1.jpg"),
-                                        QStringLiteral("b/new\nline.jpg"), QStringLiteral("b/col:on.jpg"), QStringLiteral("b/caf\u00e9.jpg")});
-    const QStringList unwanted = absolute({QStringLiteral("a/1.jpg"), QStringLiteral("b/1.jpg"), QStringLiteral("a/../a/3.jpg"), QStringLiteral("b/../b/col:on.jpg")});
+    const QStringList files = absolute({QStringLiteral("linked a/1.jpg"), QStringLiteral("a/1.jpg"), QStringLiteral("a/2.jpg"),
+        QStringLiteral("a/3.jpg"), QStringLiteral("a/link to 1.jpg"), QStringLiteral("b/up/b/1.jpg"), QStringLiteral("b/1.jpg"),
+        QStringLiteral("b/new\nline.jpg"), QStringLiteral("b/col:on.jpg"), QStringLiteral("b/caf\u00e9.jpg")});
+    const QStringList unwanted = absolute(
+        {QStringLiteral("a/1.jpg"), QStringLiteral("b/1.jpg"), QStringLiteral("a/../a/3.jpg"), QStringLiteral("b/../b/col:on.jpg")});
     {
         const WithoutRootPowers mortal;
         QList<QFileInfo> plain = infos(files);
@@ -207,15 +209,33 @@ void tst_NyFirstEqualFileRemover::agreesWithPlainLoop()
     QFETCH(quint32, seed);
     QRandomGenerator random(seed);
     QStringList names{
-        QStringLiteral("a/1.jpg"), QStringLiteral("a/2.jpg"), QStringLiteral("a/3.jpg"), QStringLiteral("a/4.jpg"), QStringLiteral("a/link to 1.jpg"),
-        QStringLiteral("a/link to link.jpg"), QStringLiteral("a/link out.jpg"), QStringLiteral("b/1.jpg"), QStringLiteral("b/caf\u00e9.jpg"),
-        QStringLiteral("b/cafe\u0301.jpg"), QStringLiteral("linked a/1.jpg"), QStringLiteral("linked a/2.jpg"), QStringLiteral("linked a/link out.jpg"),
-        QStringLiteral("b/up/a/3.jpg"), QStringLiteral("a/1.JPG"), QStringLiteral("A/1.jpg"), QStringLiteral("=a/1.jpg"), QStringLiteral("=./b/1.jpg"),
-        QStringLiteral("a/../a/4.jpg"), QStringLiteral("c/deep/er/1.jpg"), QStringLiteral("a/loop.jpg"), QStringLiteral("a/hard link to 2.jpg"),
+        QStringLiteral("a/1.jpg"),
+        QStringLiteral("a/2.jpg"),
+        QStringLiteral("a/3.jpg"),
+        QStringLiteral("a/4.jpg"),
+        QStringLiteral("a/link to 1.jpg"),
+        QStringLiteral("a/link to link.jpg"),
+        QStringLiteral("a/link out.jpg"),
+        QStringLiteral("b/1.jpg"),
+        QStringLiteral("b/caf\u00e9.jpg"),
+        QStringLiteral("b/cafe\u0301.jpg"),
+        QStringLiteral("linked a/1.jpg"),
+        QStringLiteral("linked a/2.jpg"),
+        QStringLiteral("linked a/link out.jpg"),
+        QStringLiteral("b/up/a/3.jpg"),
+        QStringLiteral("a/1.JPG"),
+        QStringLiteral("A/1.jpg"),
+        QStringLiteral("=a/1.jpg"),
+        QStringLiteral("=./b/1.jpg"),
+        QStringLiteral("a/../a/4.jpg"),
+        QStringLiteral("c/deep/er/1.jpg"),
+        QStringLiteral("a/loop.jpg"),
+        QStringLiteral("a/hard link to 2.jpg"),
     };
     // Half of the rounds know files that are gone.
     if (seed % 2 == 0)
-        names += {QStringLiteral("a/broken.jpg"), QStringLiteral("a/gone.jpg"), QStringLiteral("x/gone.jpg"), QStringLiteral("=:/no/such.jpg"), QStringLiteral("=")};
+        names += {QStringLiteral("a/broken.jpg"), QStringLiteral("a/gone.jpg"), QStringLiteral("x/gone.jpg"),
+            QStringLiteral("=:/no/such.jpg"), QStringLiteral("=")};
     const auto choose = [&](int count) {
         QStringList chosen;
         for (int i = 0; i < count; ++i)

@@ -31,11 +31,15 @@ void tst_NyFolderPrefixIndex::findsPrefixes_data()
     row("nested, outer first", {QStringLiteral("/p"), QStringLiteral("/p/summer2")}, {0, 1});
     row("nested, inner first", {QStringLiteral("/p/summer2"), QStringLiteral("/p")}, {0, 1});
     row("twice", {QStringLiteral("/p"), QStringLiteral("/q"), QStringLiteral("/p")}, {0, 2});
-    row("a part of the file's name", {QStringLiteral("/p/summer2/a"), QStringLiteral("/p/summer2/a.jpg"), QStringLiteral("/p/summer2/a.jpgx")}, {0, 1});
+    row("a part of the file's name",
+        {QStringLiteral("/p/summer2/a"), QStringLiteral("/p/summer2/a.jpg"), QStringLiteral("/p/summer2/a.jpgx")}, {0, 1});
     row("separator at the end", {QStringLiteral("/p/"), QStringLiteral("/p/summer/")}, {0});
     row("empty path", {QStringLiteral("/x"), QString()}, {1});
     row("root", {QStringLiteral("/")}, {0});
-    row("sorted between prefix and file", {QStringLiteral("/p"), QStringLiteral("/p/a"), QStringLiteral("/p/s/t"), QStringLiteral("/p/summer"), QStringLiteral("/p/summer1/z")}, {0, 3});
+    row("sorted between prefix and file",
+        {QStringLiteral("/p"), QStringLiteral("/p/a"), QStringLiteral("/p/s/t"), QStringLiteral("/p/summer"),
+            QStringLiteral("/p/summer1/z")},
+        {0, 3});
 }
 
 void tst_NyFolderPrefixIndex::findsPrefixes()

@@ -43,7 +43,8 @@ private:
     }
 };
 
-struct Found {
+struct Found
+{
     QStringList paths;
     QList<qint64> birthTimes;
     int countAfter = 0;
@@ -103,14 +104,14 @@ NyDateRange farAhead()
     return NyDateRange(QDate(2101, 1, 1), QDate(2101, 12, 31));
 }
 
-#define COMPARE_WITH_PLAIN(...) \
-    do { \
-        const Found plain = scanPlainly(__VA_ARGS__); \
-        const Found fast = walk(__VA_ARGS__); \
-        QCOMPARE(fast.paths, plain.paths); \
-        QCOMPARE(fast.birthTimes, plain.birthTimes); \
-        QCOMPARE(fast.countAfter, plain.countAfter); \
-        QCOMPARE(fast.hasSubfolders, plain.hasSubfolders); \
+#define COMPARE_WITH_PLAIN(...)                                                                                                            \
+    do {                                                                                                                                   \
+        const Found plain = scanPlainly(__VA_ARGS__);                                                                                      \
+        const Found fast = walk(__VA_ARGS__);                                                                                              \
+        QCOMPARE(fast.paths, plain.paths);                                                                                                 \
+        QCOMPARE(fast.birthTimes, plain.birthTimes);                                                                                       \
+        QCOMPARE(fast.countAfter, plain.countAfter);                                                                                       \
+        QCOMPARE(fast.hasSubfolders, plain.hasSubfolders);                                                                                 \
     } while (false)
 }
 
@@ -291,7 +292,7 @@ void tst_NyNativeFileWalker::agreesWithQt_data()
     });
     row("odd names", 16, [](TreeBuilder &tree) {
         for (const char *name : {"a b.jpg", " .jpg", "new\nline.jpg", "tab\t.jpg", "colon:a.jpg", "C:.jpg", "\"quoted\".jpg", "'.jpg",
-                                 "%1.jpg", "&amp;.jpg", "\\.jpg", "*.jpg", "?.jpg", "[a].jpg"})
+                 "%1.jpg", "&amp;.jpg", "\\.jpg", "*.jpg", "?.jpg", "[a].jpg"})
             tree.file(name);
         tree.file("new\nline: \"%1\" & *\\/odd.jpg");
         tree.file("-rf/-.jpg");
@@ -376,7 +377,8 @@ void tst_NyNativeFileWalker::agreesWithQtOnRandomTrees()
     TreeBuilder tree(newFolder());
     std::vector<std::string> folders{""};
     std::vector<std::string> files;
-    static const char *const names[] = {"a", "B", "caf\u00e9", "cafe\u0301", "x y", "new\nline", ":", ".h", "@eaDir", "bad\xff", "\U0001f600", "%1"};
+    static const char *const names[]
+        = {"a", "B", "caf\u00e9", "cafe\u0301", "x y", "new\nline", ":", ".h", "@eaDir", "bad\xff", "\U0001f600", "%1"};
     static const char *const endings[] = {".jpg", ".JPG", ".jpeg", ".p\u017f", ".txt", "", ".png", ".jpg~"};
     const qint64 start = QDate(2024, 6, 1).startOfDay().toMSecsSinceEpoch();
     int number = 0;
@@ -722,7 +724,8 @@ void tst_NyNativeFileWalker::reportsUndecodableNamesOnce()
     }
     const QStringList lines = log.all();
     QCOMPARE(lines.size(), 1);
-    QVERIFY(lines.first().startsWith(QStringLiteral("warning: QUILLO_SERVICE: names that are not valid UTF-8 left out of the scan: 1 in ")));
+    QVERIFY(
+        lines.first().startsWith(QStringLiteral("warning: QUILLO_SERVICE: names that are not valid UTF-8 left out of the scan: 1 in ")));
     QVERIFY(lines.first().contains(newFolder()));
     QVERIFY(lines.first().contains(QStringLiteral("caf\\\\xe9 \\\\x5c")));
 }
@@ -765,7 +768,7 @@ void tst_NyNativeFileWalker::startsNothingOnAMissingFolder()
     QVERIFY(found.paths.isEmpty());
     QVERIFY(!found.hasSubfolders);
     QCOMPARE(found.log,
-             QStringList{QStringLiteral("QUILLO_SERVICE: folder left out of the scan: \"%1\" \"No such file or directory\"").arg(newFolder())});
+        QStringList{QStringLiteral("QUILLO_SERVICE: folder left out of the scan: \"%1\" \"No such file or directory\"").arg(newFolder())});
 }
 
 QTEST_GUILESS_MAIN(tst_NyNativeFileWalker)

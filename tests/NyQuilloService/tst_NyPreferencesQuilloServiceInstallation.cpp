@@ -39,7 +39,8 @@ bool endIsRequested()
 }
 
 /** The page in a window, and its controls as the user finds them. */
-struct Page {
+struct Page
+{
     Page()
         : page(new NyPreferencesQuilloServiceInstallation(&window))
         , folder(page->findChild<NyFotoStartDirSelectionBox *>())

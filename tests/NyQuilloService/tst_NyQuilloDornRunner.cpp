@@ -133,8 +133,7 @@ void tst_NyQuilloDornRunner::secondStartIsNotRefused()
 
 void tst_NyQuilloDornRunner::pathOnTheOtherPlatform()
 {
-    const QString expected =
-        QFileInfo(QCoreApplication::applicationDirPath()).canonicalPath() + QStringLiteral("/Helpers/QuilloBuilder");
+    const QString expected = QFileInfo(QCoreApplication::applicationDirPath()).canonicalPath() + QStringLiteral("/Helpers/QuilloBuilder");
     QCOMPARE(NyQuilloDornRunner().processFilePathMac(), expected);
 }
 

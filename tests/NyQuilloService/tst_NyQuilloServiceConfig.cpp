@@ -178,7 +178,8 @@ void tst_NyQuilloServiceConfig::toastRepeatTime()
 
 void tst_NyQuilloServiceConfig::brokenFileIsNamedAndCountsAsEmpty()
 {
-    QVERIFY(writeFile(configFolder() + QStringLiteral("/quilloservice.xml"), "<quilloservice>\n<recentFiles minimumPhotos='5'\n</quilloservice>"));
+    QVERIFY(writeFile(
+        configFolder() + QStringLiteral("/quilloservice.xml"), "<quilloservice>\n<recentFiles minimumPhotos='5'\n</quilloservice>"));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("quilloservice\\.xml.*3")));
     const NyQuilloServiceConfig config;
     QCOMPARE(config.minimumPhotos(), 52);
@@ -198,7 +199,8 @@ void tst_NyQuilloServiceConfig::eventFinderSection()
         const NyQuilloServiceConfig config;
         QVERIFY(config.eventFinderConfiguration().eventFinderMode() == NyEventFinderModeEnum::classic);
     }
-    QVERIFY(writeServiceConfig("<eventFinder eventFinderMode='combined' detectOccasions='selectedEvent'><eventRecognizer maxPhotos='9'/></eventFinder>"));
+    QVERIFY(writeServiceConfig(
+        "<eventFinder eventFinderMode='combined' detectOccasions='selectedEvent'><eventRecognizer maxPhotos='9'/></eventFinder>"));
     const NyQuilloServiceConfig config;
     QVERIFY(config.eventFinderConfiguration().eventFinderMode() == NyEventFinderModeEnum::combined);
     QVERIFY(config.eventFinderConfiguration().occassionDetectorMode() == NyEventFinderOccasionDetectorModeEnum::selectedEvent);

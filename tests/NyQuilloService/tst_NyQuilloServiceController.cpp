@@ -120,7 +120,8 @@ void tst_NyQuilloServiceController::initTestCase()
 
 void tst_NyQuilloServiceController::init()
 {
-    for (const QString &folder : {home(), proposals(), NyQuilloServiceController::markerDir().absolutePath(), dataFolder() + QStringLiteral("/log")}) {
+    for (const QString &folder :
+        {home(), proposals(), NyQuilloServiceController::markerDir().absolutePath(), dataFolder() + QStringLiteral("/log")}) {
         QDir(folder).removeRecursively();
         QDir().mkpath(folder);
     }
@@ -205,7 +206,8 @@ void tst_NyQuilloServiceController::forcedSearch()
     QCOMPARE(m_mainProgram->starts().size(), builds ? 1 : 0);
     QCOMPARE(eventLog().contains(QStringLiteral("launchCreateProductSuggestionProcess")), builds);
     // Refused, it asks again and again by the timer.
-    QCOMPARE(output.count("QUILLO_SERVICE: Creating product suggestion was not recommended due to lack of qualified photos."), builds ? 0 : 2);
+    QCOMPARE(
+        output.count("QUILLO_SERVICE: Creating product suggestion was not recommended due to lack of qualified photos."), builds ? 0 : 2);
 }
 
 void tst_NyQuilloServiceController::versionDescription()
@@ -213,7 +215,8 @@ void tst_NyQuilloServiceController::versionDescription()
     const NyVersionConfig &version = NyVersionConfig::instance();
     const QString account = NyKeyAccount::instance().keyAccountId().toString();
     QCOMPARE(m_controller->versionDescription(true),
-             QStringLiteral("Version ") + version.clientVersion() + QLatin1Char('-') + version.gitCommitStringShort() + QLatin1Char('-') + account);
+        QStringLiteral("Version ") + version.clientVersion() + QLatin1Char('-') + version.gitCommitStringShort() + QLatin1Char('-')
+            + account);
     QCOMPARE(m_controller->versionDescription(false), QStringLiteral("Version ") + version.versionString() + QLatin1Char('-') + account);
 }
 
@@ -222,7 +225,8 @@ void tst_NyQuilloServiceController::information()
     m_controller->showInfo();
     QTRY_COMPARE(m_server->notifications().size(), 1);
     const auto shown = m_server->notifications().first();
-    QCOMPARE(shown.title, QStringLiteral("VELMORA ALBUMA\n") + m_controller->versionDescription(NyKeyAccount::instance().keyAccountId().isTestClient()));
+    QCOMPARE(shown.title,
+        QStringLiteral("VELMORA ALBUMA\n") + m_controller->versionDescription(NyKeyAccount::instance().keyAccountId().isTestClient()));
     QCOMPARE(shown.body, QStringLiteral("Automatische Ereigniserkennung zur Erstellung persönlicher Buchvorschläge."));
     QCOMPARE(shown.actions, QStringList());
     QCOMPARE(shown.timeoutMs, -1);
@@ -234,10 +238,13 @@ void tst_NyQuilloServiceController::timerIntervals_data()
     QTest::addColumn<QByteArray>("sections");
     QTest::addColumn<QList<int>>("expected");
     QTest::newRow("defaults") << QByteArray() << QList<int>{60 * 1000, 3600 * 1000};
-    QTest::newRow("values of the file") << QByteArray("<suggestion waitForIdleDuration='7'/><toastMessaging checkSchedule='90'/>") << QList<int>{7000, 90000};
-    QTest::newRow("longer than a timer can wait") << QByteArray("<suggestion waitForIdleDuration='2147484'/><toastMessaging checkSchedule='2147483647'/>")
-                                                  << QList<int>{std::numeric_limits<int>::max(), std::numeric_limits<int>::max()};
-    QTest::newRow("negative") << QByteArray("<suggestion waitForIdleDuration='-1'/><toastMessaging checkSchedule='-2147483648'/>") << QList<int>{0, 0};
+    QTest::newRow("values of the file") << QByteArray("<suggestion waitForIdleDuration='7'/><toastMessaging checkSchedule='90'/>")
+                                        << QList<int>{7000, 90000};
+    QTest::newRow("longer than a timer can wait")
+        << QByteArray("<suggestion waitForIdleDuration='2147484'/><toastMessaging checkSchedule='2147483647'/>")
+        << QList<int>{std::numeric_limits<int>::max(), std::numeric_limits<int>::max()};
+    QTest::newRow("negative") << QByteArray("<suggestion waitForIdleDuration='-1'/><toastMessaging checkSchedule='-2147483648'/>")
+                              << QList<int>{0, 0};
 }
 
 void tst_NyQuilloServiceController::timerIntervals()
@@ -280,13 +287,17 @@ void tst_NyQuilloServiceController::builderArguments_data()
     QTest::addColumn<QString>("occasions");
     QTest::addColumn<QString>("expected");
     QTest::newRow("everything") << 3 << QStringLiteral("a b") << QStringLiteral("beach family")
-                                << QStringLiteral("--backgroundjobs 3 --programmode b --proposalTargetPath p --proposalRecommendedStyles a,b "
-                                                  "--proposalOccasions beach,family");
+                                << QStringLiteral(
+                                       "--backgroundjobs 3 --programmode b --proposalTargetPath p --proposalRecommendedStyles a,b "
+                                       "--proposalOccasions beach,family");
     QTest::newRow("no jobs") << 0 << QStringLiteral("a") << QStringLiteral("beach")
-                             << QStringLiteral("--programmode b --proposalTargetPath p --proposalRecommendedStyles a --proposalOccasions beach");
+                             << QStringLiteral(
+                                    "--programmode b --proposalTargetPath p --proposalRecommendedStyles a --proposalOccasions beach");
     QTest::newRow("occasions only") << 1 << QString() << QStringLiteral("beach")
-                                    << QStringLiteral("--backgroundjobs 1 --programmode b --proposalTargetPath p --proposalOccasions beach");
-    QTest::newRow("neither list") << 1 << QString() << QString() << QStringLiteral("--backgroundjobs 1 --programmode b --proposalTargetPath p");
+                                    << QStringLiteral(
+                                           "--backgroundjobs 1 --programmode b --proposalTargetPath p --proposalOccasions beach");
+    QTest::newRow("neither list") << 1 << QString() << QString()
+                                  << QStringLiteral("--backgroundjobs 1 --programmode b --proposalTargetPath p");
 }
 
 void tst_NyQuilloServiceController::builderArguments()
@@ -295,17 +306,22 @@ void tst_NyQuilloServiceController::builderArguments()
     QFETCH(QString, styles);
     QFETCH(QString, occasions);
     const auto words = [](const QString &text) { return text.split(QLatin1Char(' '), Qt::SkipEmptyParts); };
-    QTEST(NyQuilloServiceController::builderArguments(jobs, QStringLiteral("p"), words(styles), words(occasions)).join(QLatin1Char(' ')), "expected");
+    QTEST(NyQuilloServiceController::builderArguments(jobs, QStringLiteral("p"), words(styles), words(occasions)).join(QLatin1Char(' ')),
+        "expected");
 }
 
 void tst_NyQuilloServiceController::builderCommandLine_data()
 {
     QTest::addColumn<QByteArray>("section");
     QTest::addColumn<QStringList>("begin");
-    QTest::newRow("by default") << QByteArray() << QStringList{QStringLiteral("--backgroundjobs"), QStringLiteral("3"), QStringLiteral("--programmode"), QStringLiteral("b")};
+    QTest::newRow("by default") << QByteArray()
+                                << QStringList{QStringLiteral("--backgroundjobs"), QStringLiteral("3"), QStringLiteral("--programmode"),
+                                       QStringLiteral("b")};
     QTest::newRow("eight jobs") << QByteArray("<linux backGroundJobs='8'/>")
-                                << QStringList{QStringLiteral("--backgroundjobs"), QStringLiteral("8"), QStringLiteral("--programmode"), QStringLiteral("b")};
-    QTest::newRow("no number of jobs") << QByteArray("<linux backGroundJobs='0'/>") << QStringList{QStringLiteral("--programmode"), QStringLiteral("b")};
+                                << QStringList{QStringLiteral("--backgroundjobs"), QStringLiteral("8"), QStringLiteral("--programmode"),
+                                       QStringLiteral("b")};
+    QTest::newRow("no number of jobs") << QByteArray("<linux backGroundJobs='0'/>")
+                                       << QStringList{QStringLiteral("--programmode"), QStringLiteral("b")};
 }
 
 void tst_NyQuilloServiceController::builderCommandLine()
@@ -319,16 +335,15 @@ void tst_NyQuilloServiceController::builderCommandLine()
     QTRY_COMPARE(m_mainProgram->starts().size(), 1);
     const QString path = proposals() + QStringLiteral("Produktvorschlag_%1.nqp").arg(QDate::currentDate().toString(Qt::ISODate));
     const QStringList expected = begin
-        + QStringList{QStringLiteral("--proposalTargetPath"),
-                      path,
-                      QStringLiteral("--proposalRecommendedStyles"),
-                      NyQuilloServiceConfig::instance().designStyleIds().join(QLatin1Char(','))};
+        + QStringList{QStringLiteral("--proposalTargetPath"), path, QStringLiteral("--proposalRecommendedStyles"),
+            NyQuilloServiceConfig::instance().designStyleIds().join(QLatin1Char(','))};
     QCOMPARE(m_mainProgram->starts().first(), expected);
     QCOMPARE(m_controller->lastProposalFilename(), path);
     QCOMPARE(m_controller->lastProposalFilenameIcon(), path + QStringLiteral(".png"));
     QCOMPARE(urls(NyFotoListRegistry::instance().getFotosForBookProposal()).size(), 3);
     QCOMPARE(eventLog(),
-             (QStringList{QStringLiteral("launchCreateProductSuggestionProcess"), QStringLiteral("startAsService VALUES:") + expected.join(QLatin1Char(';'))}));
+        (QStringList{QStringLiteral("launchCreateProductSuggestionProcess"),
+            QStringLiteral("startAsService VALUES:") + expected.join(QLatin1Char(';'))}));
 }
 
 void tst_NyQuilloServiceController::noPhotos()
@@ -349,7 +364,8 @@ void tst_NyQuilloServiceController::noPhotosWithDebuggingFeatures()
     QTRY_COMPARE(m_server->notifications().size(), 1);
     QCOMPARE(m_server->notifications().first().title, QStringLiteral("VELMORA ALBUMA"));
     QCOMPARE(m_server->notifications().first().body,
-             QStringLiteral("Es wurden leider keine neuen Foto-Ereignisse auf Ihrem Gerät gefunden. Doch Ihr nächstes Ereignis steht bestimmt bevor."));
+        QStringLiteral(
+            "Es wurden leider keine neuen Foto-Ereignisse auf Ihrem Gerät gefunden. Doch Ihr nächstes Ereignis steht bestimmt bevor."));
     QCOMPARE(m_server->notifications().first().actions, QStringList());
 }
 
@@ -386,8 +402,9 @@ void tst_NyQuilloServiceController::startsWhileABuilderRuns()
     const LogRecorder log;
     m_controller->considerCreatingProductSuggestion();
     QCOMPARE(log.all(),
-             (QStringList{QStringLiteral("info: QUILLO_SERVICE: checking if the system is idle and we have enough fotos to create a product suggestion."),
-                          QStringLiteral("info: QUILLO_SERVICE: QuilloDornRunner still running ")}));
+        (QStringList{
+            QStringLiteral("info: QUILLO_SERVICE: checking if the system is idle and we have enough fotos to create a product suggestion."),
+            QStringLiteral("info: QUILLO_SERVICE: QuilloDornRunner still running ")}));
     // and the timer stays stopped: only the next recommendation asks again.
     const QList<QTimer *> timers = m_controller->findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
     const auto idleCheck = std::find_if(timers.cbegin(), timers.cend(), [](const QTimer *timer) { return timer->interval() == 60000; });
@@ -424,7 +441,8 @@ void tst_NyQuilloServiceController::proposalFilenames()
 
 void tst_NyQuilloServiceController::storedInformation()
 {
-    const NyFotoList photos(QList<QUrl>{QUrl::fromLocalFile(QStringLiteral("/tmp/a.jpg")), QUrl::fromLocalFile(QStringLiteral("/tmp/b.jpg"))});
+    const NyFotoList photos(
+        QList<QUrl>{QUrl::fromLocalFile(QStringLiteral("/tmp/a.jpg")), QUrl::fromLocalFile(QStringLiteral("/tmp/b.jpg"))});
     NyFotoListRegistry::instance().setFotosForBookProposal(photos);
     const QDateTime before = QDateTime::currentDateTime();
     m_controller->storeCreatedSuggestionInformation();
@@ -443,7 +461,7 @@ void tst_NyQuilloServiceController::watchedPathsAreAddedOnce()
     const QStringList lines = log.containing(QStringLiteral("watchFile a: result"));
     QCOMPARE(lines.size(), 1);
     QCOMPARE(lines.first(),
-             QStringLiteral("debug: QUILLO_SERVICE: watchFile a: result true , filename \"%1\" , absoluteFilePath \"%1\"").arg(folder));
+        QStringLiteral("debug: QUILLO_SERVICE: watchFile a: result true , filename \"%1\" , absoluteFilePath \"%1\"").arg(folder));
     // A path that does not exist cannot be watched, its parent is not watched in its place.
     m_controller->watchFile(folder + QStringLiteral("/missing.nqp"));
     QVERIFY(log.containing(QStringLiteral("watchFile a: result false")).size() == 1);
@@ -456,7 +474,9 @@ void tst_NyQuilloServiceController::offeredOnceWhenTheFileArrives()
     m_controller->setLastProposalFilename(path);
     m_controller->watchFile(QFileInfo(path).absolutePath());
     const LogRecorder log;
-    const auto warnings = [&] { return log.containing(QStringLiteral("warning: QUILLO_SERVICE: proposal file does not exist at: \"%1\"").arg(path)).size(); };
+    const auto warnings = [&] {
+        return log.containing(QStringLiteral("warning: QUILLO_SERVICE: proposal file does not exist at: \"%1\"").arg(path)).size();
+    };
     QVERIFY(writeFile(path + QStringLiteral(".json"), "{}"));
     QTRY_VERIFY(warnings() >= 1);
     const qsizetype warningsBefore = warnings();
@@ -468,7 +488,8 @@ void tst_NyQuilloServiceController::offeredOnceWhenTheFileArrives()
     QTRY_COMPARE(m_server->notifications().size(), 1);
     QVERIFY(log.has(QStringLiteral("info: QUILLO_SERVICE: proposal file exists at: \"%1\"").arg(path)));
     QCOMPARE(m_server->notifications().first().actions,
-             (QStringList{QStringLiteral("show:Buch.nqp"), QStringLiteral("Jetzt ansehen"), QStringLiteral("reschedule:Buch.nqp"), QStringLiteral("Später ansehen")}));
+        (QStringList{QStringLiteral("show:Buch.nqp"), QStringLiteral("Jetzt ansehen"), QStringLiteral("reschedule:Buch.nqp"),
+            QStringLiteral("Später ansehen")}));
     QCOMPARE(NyQuilloServiceSettings::instance().productSuggestionCount(), 1);
 
     // The watch is gone: further changes cause nothing, only the marker folder is still watched.
@@ -504,7 +525,8 @@ void tst_NyQuilloServiceController::showProject()
     QVERIFY(writeFile(proposals() + QStringLiteral("Buch 1.nqp"), "book"));
     const LogRecorder log;
     m_controller->showProject(QStringLiteral("Buch 1.nqp"));
-    QTRY_COMPARE(m_mainProgram->starts(), (QList<QStringList>{{QStringLiteral("--suppressLoadWarnings"), proposals() + QStringLiteral("Buch 1.nqp")}}));
+    QTRY_COMPARE(m_mainProgram->starts(),
+        (QList<QStringList>{{QStringLiteral("--suppressLoadWarnings"), proposals() + QStringLiteral("Buch 1.nqp")}}));
     QVERIFY(log.has(QStringLiteral("info: QUILLO_SERVICE: Opening the project in the main application.")));
     QCOMPARE(eventLog().first(), QStringLiteral("showProject PROJECTID:Buch 1.nqp"));
 }
@@ -525,7 +547,8 @@ void tst_NyQuilloServiceController::showLastProposal()
     m_controller->setLastProposalFilename(proposals() + QStringLiteral("Buch.nqp"));
     QVERIFY(m_controller->showLastProposal());
     QTRY_COMPARE(m_mainProgram->starts().size(), 1);
-    QCOMPARE(eventLog().mid(1, 2), (QStringList{QStringLiteral("launchMainApplication"), QStringLiteral("showProject PROJECTID:Buch.nqp")}));
+    QCOMPARE(
+        eventLog().mid(1, 2), (QStringList{QStringLiteral("launchMainApplication"), QStringLiteral("showProject PROJECTID:Buch.nqp")}));
 }
 
 void tst_NyQuilloServiceController::rescheduling()
@@ -541,7 +564,8 @@ void tst_NyQuilloServiceController::rescheduling()
     QVERIFY(settings.nextToastRepeat() == before || settings.nextToastRepeat() == after);
     QCOMPARE(settings.lastBookProposalId(), QStringLiteral("b.nqp"));
     QCOMPARE(log.all().count(QStringLiteral("info: QUILLO_SERVICE: reschedule toast")), 2);
-    QCOMPARE(eventLog(), (QStringList{QStringLiteral("rescheduleToast PROJECTID:a.nqp"), QStringLiteral("rescheduleToast PROJECTID:b.nqp")}));
+    QCOMPARE(
+        eventLog(), (QStringList{QStringLiteral("rescheduleToast PROJECTID:a.nqp"), QStringLiteral("rescheduleToast PROJECTID:b.nqp")}));
 }
 
 void tst_NyQuilloServiceController::rescheduledToastIsDue()
@@ -626,7 +650,8 @@ void tst_NyQuilloServiceController::markerFolder()
 {
     QCOMPARE(NyQuilloServiceController::markerDir().absolutePath(), QDir::tempPath() + QStringLiteral("/VELMORA"));
     QCOMPARE(NyQuilloServiceController::terminationFilePath(), QDir::tempPath() + QStringLiteral("/VELMORA/terminateQuilloService.txt"));
-    QCOMPARE(NyQuilloServiceController::markerFilePathForPicturesHome(), QDir::tempPath() + QStringLiteral("/VELMORA/picturesHomeChanged.txt"));
+    QCOMPARE(
+        NyQuilloServiceController::markerFilePathForPicturesHome(), QDir::tempPath() + QStringLiteral("/VELMORA/picturesHomeChanged.txt"));
 }
 
 void tst_NyQuilloServiceController::quitAndUnquitLeaveNoTraces()
@@ -731,7 +756,8 @@ void tst_NyQuilloServiceController::aChangeOfTheProposalFolderRunsAllHandlers()
     QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
     QVERIFY(!QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
     QCOMPARE(eventLog(), QStringList{QStringLiteral("watchFileChanged")});
-    QCOMPARE(log.all().first(), QStringLiteral("info: QUILLO_SERVICE: changes at watched file path: \"%1\"").arg(QDir(proposals()).absolutePath()));
+    QCOMPARE(log.all().first(),
+        QStringLiteral("info: QUILLO_SERVICE: changes at watched file path: \"%1\"").arg(QDir(proposals()).absolutePath()));
     QCOMPARE(log.containing(QStringLiteral("proposal file does not exist at:")).size(), 1);
 }
 

@@ -67,8 +67,9 @@ void tst_NyQuilloServiceInstallHandlers::installWritesTheEntry()
     QVERIFY(!handler.isInstalled());
     handler.install();
     QVERIFY(handler.isInstalled());
-    const QString expected = QStringLiteral("[Desktop Entry]\nExec=\"") + QCoreApplication::applicationFilePath() + QStringLiteral("\"\nIcon=dorn-")
-        + QString::number(NyKeyAccount::instance().keyAccountId().id()) + QStringLiteral("-") + NyVersionConfig::instance().versionString()
+    const QString expected = QStringLiteral("[Desktop Entry]\nExec=\"") + QCoreApplication::applicationFilePath()
+        + QStringLiteral("\"\nIcon=dorn-") + QString::number(NyKeyAccount::instance().keyAccountId().id()) + QStringLiteral("-")
+        + NyVersionConfig::instance().versionString()
         + QStringLiteral("\nName=VELMORA Hintergrunddienst\nType=Application\nX-GNOME-Autostart-enabled=true\nX-GNOME-Autostart-Delay=0\n");
     QCOMPARE(QString::fromUtf8(readFile(m_entry)), expected);
     QVERIFY(NyInstallationSettings::instance().autoStartService());

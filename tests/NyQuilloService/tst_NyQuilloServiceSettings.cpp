@@ -90,8 +90,8 @@ void tst_NyQuilloServiceSettings::theKeyOfThePostponedProposal()
     QVERIFY(stored.contains("lastBookProposalFilePath"));
     QVERIFY(!stored.contains("lastBookProposalId"));
     // Every setter that saves writes all seven items.
-    for (const char *key : {"lastProductSuggestionDate", "nextToastRepeat", "lastStartScreenProposalView", "productSuggestionCounter", "quilloServiceSearchHome",
-                            "quilloServiceAllowToastMessages"})
+    for (const char *key : {"lastProductSuggestionDate", "nextToastRepeat", "lastStartScreenProposalView", "productSuggestionCounter",
+             "quilloServiceSearchHome", "quilloServiceAllowToastMessages"})
         QVERIFY2(stored.contains(key), key);
 }
 

@@ -84,8 +84,9 @@ void closeDownAtFirstWarning(QtMsgType type, const QMessageLogContext &, const Q
 void print(const NyRecentFileResult &result)
 {
     std::printf("files=%s\nfrom=%s\nto=%s\nafter=%d\nstyles=%d\nstart=%s\n", qPrintable(filePaths(result.files()).join(QLatin1Char('|'))),
-                qPrintable(result.relevantDateRange().from().toString(Qt::ISODate)), qPrintable(result.relevantDateRange().to().toString(Qt::ISODate)),
-                result.countAfterDateRange(), int(result.recommendedStyleIds().size()), qPrintable(result.startDirectory()));
+        qPrintable(result.relevantDateRange().from().toString(Qt::ISODate)),
+        qPrintable(result.relevantDateRange().to().toString(Qt::ISODate)), result.countAfterDateRange(),
+        int(result.recommendedStyleIds().size()), qPrintable(result.startDirectory()));
 }
 
 int runChild(const QString &mode, const QString &root)
@@ -146,7 +147,8 @@ void tst_NyRecentFileFinder::logsWhatItObserves()
     const NyRecentFileFinder finder(root(), PhotoFilters);
     const QStringList lines = log.all();
     QCOMPARE(lines.size(), 2);
-    QCOMPARE(lines.at(0), QStringLiteral("debug: QUILLO_SERVICE: observing path changed from  %1 to %2").arg(quoted(QDir::currentPath()), quoted(root())));
+    QCOMPARE(lines.at(0),
+        QStringLiteral("debug: QUILLO_SERVICE: observing path changed from  %1 to %2").arg(quoted(QDir::currentPath()), quoted(root())));
     QVERIFY(lines.at(1).startsWith(QStringLiteral("info: QUILLO_SERVICE: observing path: QDir( ") + quoted(root())));
 }
 
@@ -156,7 +158,8 @@ void tst_NyRecentFileFinder::logsAChangeOfTheFolder()
     const TestSupport::LogRecorder log;
     const QString other = m_folder->path() + QStringLiteral("/Other");
     finder.setObservedDirectory(other);
-    QCOMPARE(log.all(), QStringList{QStringLiteral("debug: QUILLO_SERVICE: observing path changed from  %1 to %2").arg(quoted(root()), quoted(other))});
+    QCOMPARE(log.all(),
+        QStringList{QStringLiteral("debug: QUILLO_SERVICE: observing path changed from  %1 to %2").arg(quoted(root()), quoted(other))});
 }
 
 void tst_NyRecentFileFinder::staysWithAnEqualFolder()
@@ -178,8 +181,9 @@ void tst_NyRecentFileFinder::observesPhotoKitThroughItsFileSystem()
     NyRecentFileFinder finder(root(), PhotoFilters);
     const TestSupport::LogRecorder log;
     finder.setObservedDirectory(QStringLiteral("photokit:album/photokit:part"));
-    QCOMPARE(log.all(), QStringList{QStringLiteral("debug: QUILLO_SERVICE: observing path changed from  %1 to %2")
-                                        .arg(quoted(root()), quoted(QStringLiteral("photokitfs:album/photokitfs:part")))});
+    QCOMPARE(log.all(),
+        QStringList{QStringLiteral("debug: QUILLO_SERVICE: observing path changed from  %1 to %2")
+                        .arg(quoted(root()), quoted(QStringLiteral("photokitfs:album/photokitfs:part")))});
     finder.setObservedDirectory(QStringLiteral("photokit:album/photokit:part"));
     finder.setObservedDirectory(QStringLiteral("photokitfs:album/photokitfs:part"));
     QCOMPARE(log.all().size(), 1);
@@ -221,10 +225,12 @@ void tst_NyRecentFileFinder::findsPhotosOfTheRange()
     NyRecentFileFinder finder(root(), PhotoFilters);
     const TestSupport::LogRecorder log;
     const NyRecentFileResult result = finder.lastAddedFiles(NyDateRange(day, day));
-    QCOMPARE(log.all(), QStringList{QStringLiteral("info: Checking  %1 for files from Timespan %2")
-                                        .arg(quoted(root()), quoted(NyDateRange(day, day).dateDescription(QDate::currentDate())))});
+    QCOMPARE(log.all(),
+        QStringList{QStringLiteral("info: Checking  %1 for files from Timespan %2")
+                        .arg(quoted(root()), quoted(NyDateRange(day, day).dateDescription(QDate::currentDate())))});
     QCOMPARE(filePaths(result.files()),
-             QStringList({root() + QStringLiteral("/first.jpg"), root() + QStringLiteral("/sub/second.jpg"), root() + QStringLiteral("/last/deep/third.jpeg")}));
+        QStringList({root() + QStringLiteral("/first.jpg"), root() + QStringLiteral("/sub/second.jpg"),
+            root() + QStringLiteral("/last/deep/third.jpeg")}));
     QCOMPARE(result.countAfterDateRange(), 1);
 }
 
@@ -291,7 +297,8 @@ void tst_NyRecentFileFinder::leavesOutFilesWithoutBirthTime()
     TreeBuilder tree(root());
     tree.file("a.jpg");
     NyRecentFileFinder finder(root(), PhotoFilters);
-    for (const NyDateRange &range : {today(), NyDateRange(QDate(1960, 1, 1), QDate(1970, 1, 2)), NyDateRange(QDate(1901, 1, 1), QDate(1901, 1, 2))}) {
+    for (const NyDateRange &range :
+        {today(), NyDateRange(QDate(1960, 1, 1), QDate(1970, 1, 2)), NyDateRange(QDate(1901, 1, 1), QDate(1901, 1, 2))}) {
         const NyRecentFileResult result = finder.lastAddedFiles(range);
         QVERIFY(result.isEmpty());
         QCOMPARE(result.countAfterDateRange(), 0);
@@ -337,7 +344,8 @@ void tst_NyRecentFileFinder::agreesWithThePlainForm()
 {
     QFETCH(NyDateRange, range);
     TreeBuilder tree(root());
-    for (const char *name : {"b.jpg", "A.JPG", "sub/caf\u00e9.jpg", "sub/cafe\u0301.jpg", "sub/new\nline/%1 & \"x\".jpg", "sub/.hidden/c.jpg", "@eaDir/d.jpg", "e.txt"})
+    for (const char *name : {"b.jpg", "A.JPG", "sub/caf\u00e9.jpg", "sub/cafe\u0301.jpg", "sub/new\nline/%1 & \"x\".jpg",
+             "sub/.hidden/c.jpg", "@eaDir/d.jpg", "e.txt"})
         tree.file(name);
     tree.link("sub/link.jpg", "../b.jpg");
     tree.link("sub/up", "..");
@@ -356,7 +364,8 @@ void tst_NyRecentFileFinder::agreesWithThePlainForm()
 void tst_NyRecentFileFinder::missingFolder()
 {
     NyRecentFileFinder finder(root(), PhotoFilters);
-    QTest::ignoreMessage(QtWarningMsg, qPrintable(QStringLiteral("QUILLO_SERVICE: folder left out of the scan: %1 \"No such file or directory\"").arg(quoted(root()))));
+    QTest::ignoreMessage(QtWarningMsg,
+        qPrintable(QStringLiteral("QUILLO_SERVICE: folder left out of the scan: %1 \"No such file or directory\"").arg(quoted(root()))));
     const NyRecentFileResult result = finder.lastAddedFiles(today());
     QVERIFY(result.isEmpty());
     QCOMPARE(result.startDirectory(), root());
@@ -465,8 +474,9 @@ void tst_NyRecentFileFinder::closingDownBeforeTheScan()
 {
     TreeBuilder tree(root());
     tree.file("a.jpg");
-    QCOMPARE(inChild(QStringLiteral("before")), QStringList({QStringLiteral("files="), QStringLiteral("from="), QStringLiteral("to="), QStringLiteral("after=0"),
-                                                             QStringLiteral("styles=0"), QStringLiteral("start=") + root()}));
+    QCOMPARE(inChild(QStringLiteral("before")),
+        QStringList({QStringLiteral("files="), QStringLiteral("from="), QStringLiteral("to="), QStringLiteral("after=0"),
+            QStringLiteral("styles=0"), QStringLiteral("start=") + root()}));
 }
 
 void tst_NyRecentFileFinder::closingDownDuringTheScan()
@@ -480,9 +490,11 @@ void tst_NyRecentFileFinder::closingDownDuringTheScan()
     // The application goes when the undecodable name in the second folder is logged: what was found until then stays.
     const QStringList lines = inChild(QStringLiteral("during"));
     QCOMPARE(lines.size(), 6);
-    QCOMPARE(sorted(lines.first().sliced(6).split(QLatin1Char('|'))), QStringList({root() + QStringLiteral("/a.jpg"), root() + QStringLiteral("/sub/b.jpg")}));
-    QCOMPARE(lines.sliced(1), QStringList({QStringLiteral("from="), QStringLiteral("to=2100-01-01"), QStringLiteral("after=0"), QStringLiteral("styles=0"),
-                                           QStringLiteral("start=") + root()}));
+    QCOMPARE(sorted(lines.first().sliced(6).split(QLatin1Char('|'))),
+        QStringList({root() + QStringLiteral("/a.jpg"), root() + QStringLiteral("/sub/b.jpg")}));
+    QCOMPARE(lines.sliced(1),
+        QStringList({QStringLiteral("from="), QStringLiteral("to=2100-01-01"), QStringLiteral("after=0"), QStringLiteral("styles=0"),
+            QStringLiteral("start=") + root()}));
 }
 
 int main(int argc, char **argv)

@@ -196,8 +196,8 @@ void tst_NyRecentFileManager::rulesAreLoggedInOneLine()
     const LogRecorder log;
     manager.isProductSuggestionRecommended(resultWith(minimumPhotos - 1), monday);
     QCOMPARE(log.all(),
-             QStringList{QStringLiteral("info: inRegularPhase true ; enough time has passed true ; sufficient images false ; preferred time of "
-                                        "week false ; was explicitly requested false")});
+        QStringList{QStringLiteral("info: inRegularPhase true ; enough time has passed true ; sufficient images false ; preferred time of "
+                                   "week false ; was explicitly requested false")});
 }
 
 void tst_NyRecentFileManager::searchFindsTheEventAndStoresAllPhotos()
@@ -224,7 +224,8 @@ void tst_NyRecentFileManager::searchFindsTheEventAndStoresAllPhotos()
     QVERIFY(log.has(QStringLiteral("debug: QUILLO_SERVICE: found recent unused Files %1").arg(2 * minimumPhotos + 2)));
     const QStringList selected = log.containing(QStringLiteral("recommended fotos selected"));
     QCOMPARE(selected.size(), 1);
-    QVERIFY(selected.first().startsWith(QStringLiteral("debug: QUILLO_SERVICE: recommended fotos selected %1 ").arg(2 * minimumPhotos + 2)));
+    QVERIFY(
+        selected.first().startsWith(QStringLiteral("debug: QUILLO_SERVICE: recommended fotos selected %1 ").arg(2 * minimumPhotos + 2)));
     QCOMPARE(log.containing(QStringLiteral("QUILLO_SERVICE: DateRange to be considered:")).size(), 1);
     QCOMPARE(log.containing(QStringLiteral("QUILLO_SERVICE: Searching for recently added files from ")).size(), 1);
 }
@@ -279,9 +280,8 @@ void tst_NyRecentFileManager::forcedResults()
     Manager manager;
     QSignalSpy recommended(&manager, &NyRecentFileManager::productSuggestionRecommended);
     bool recommendedAfterTheFlag = true;
-    connect(&manager, &NyRecentFileManager::productSuggestionRecommended, &manager, [&] {
-        recommendedAfterTheFlag = manager.isProductSuggestionRecommended();
-    });
+    connect(&manager, &NyRecentFileManager::productSuggestionRecommended, &manager,
+        [&] { recommendedAfterTheFlag = manager.isProductSuggestionRecommended(); });
     manager.forceResults();
     QVERIFY(recommended.wait());
     // The flag is cleared before the signal, and an empty result alone is worth nothing.

@@ -120,7 +120,8 @@ void tst_NyRecentFileResult::startsEmpty()
 void tst_NyRecentFileResult::takesItsValues()
 {
     const NyEventFolderClassificationResult event(QFileInfo(QStringLiteral("/p")), NyEventFolderType(16));
-    NyRecentFileResult result({at(QStringLiteral("a.jpg")), at(QStringLiteral("b.jpg"))}, NyDateRange(Day, Day.addDays(2)), 7, event, {QStringLiteral("x"), QStringLiteral("y")});
+    NyRecentFileResult result({at(QStringLiteral("a.jpg")), at(QStringLiteral("b.jpg"))}, NyDateRange(Day, Day.addDays(2)), 7, event,
+        {QStringLiteral("x"), QStringLiteral("y")});
     QCOMPARE(result.count(), 2);
     QVERIFY(!result.isEmpty());
     QCOMPARE(result.relevantDateRange().from(), Day);
@@ -213,7 +214,8 @@ void tst_NyRecentFileResult::sortsFilesWithoutBirthTimeAsDatesCompare()
     tree.file("old.jpg", -noonOf(Day));
     tree.file("new.jpg", noonOf(Day));
     NyRecentFileResult result;
-    result.setFiles({at(QStringLiteral("new.jpg")), at(QStringLiteral("gone.jpg")), at(QStringLiteral("old.jpg")), at(QStringLiteral("also gone.jpg"))});
+    result.setFiles({at(QStringLiteral("new.jpg")), at(QStringLiteral("gone.jpg")), at(QStringLiteral("old.jpg")),
+        at(QStringLiteral("also gone.jpg"))});
     QList<QFileInfo> expected = result.files();
     std::sort(expected.begin(), expected.end(), [](const QFileInfo &left, const QFileInfo &right) {
         const QDateTime leftTime = left.fileTime(QFileDevice::FileBirthTime);
@@ -300,7 +302,8 @@ void tst_NyRecentFileResult::mergeKeepsCommonStyles_data()
     QTest::addColumn<QStringList>("common");
     const QStringList abc{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
     QTest::newRow("same") << abc << abc << abc;
-    QTest::newRow("overlapping") << abc << QStringList{QStringLiteral("d"), QStringLiteral("c"), QStringLiteral("b")} << QStringList{QStringLiteral("b"), QStringLiteral("c")};
+    QTest::newRow("overlapping") << abc << QStringList{QStringLiteral("d"), QStringLiteral("c"), QStringLiteral("b")}
+                                 << QStringList{QStringLiteral("b"), QStringLiteral("c")};
     QTest::newRow("apart") << abc << QStringList{QStringLiteral("A")} << QStringList();
     QTest::newRow("other without") << abc << QStringList() << QStringList();
     QTest::newRow("itself without") << QStringList() << abc << QStringList();
@@ -340,9 +343,10 @@ void tst_NyRecentFileResult::excludesUsedFotos()
         tree.file(name);
     tree.link("link to c.jpg", "c.jpg");
     NyRecentFileResult result({at(QStringLiteral("a.jpg")), at(QStringLiteral("b.jpg")), at(QStringLiteral("link to c.jpg"))},
-                              NyDateRange(QDate::currentDate().addDays(-1), QDate::currentDate().addDays(1)), 5,
-                              NyEventFolderClassificationResult(QFileInfo(QStringLiteral("/x")), NyEventFolderType(16)), {QStringLiteral("x")});
-    registry().addFotosUsedForBookProposals(NyFotoList(QList<QFileInfo>{at(QStringLiteral("c.jpg")), at(QStringLiteral("a.jpg")), at(QStringLiteral("gone.jpg"))}));
+        NyDateRange(QDate::currentDate().addDays(-1), QDate::currentDate().addDays(1)), 5,
+        NyEventFolderClassificationResult(QFileInfo(QStringLiteral("/x")), NyEventFolderType(16)), {QStringLiteral("x")});
+    registry().addFotosUsedForBookProposals(
+        NyFotoList(QList<QFileInfo>{at(QStringLiteral("c.jpg")), at(QStringLiteral("a.jpg")), at(QStringLiteral("gone.jpg"))}));
     const TestSupport::LogRecorder log;
     result.excludePreviouslyUsedFotos();
     QCOMPARE(filePaths(result.files()), filePaths({at(QStringLiteral("b.jpg"))}));
@@ -408,7 +412,8 @@ void tst_NyRecentFileResult::excludesGoneFilesWithoutAStart()
     TreeBuilder tree(m_folder->path());
     tree.file("a.jpg");
     tree.file("b.jpg");
-    const QList<QFileInfo> files{at(QStringLiteral("a.jpg")), at(QStringLiteral("gone.jpg")), at(QStringLiteral("b.jpg")), at(QStringLiteral("gone too.jpg"))};
+    const QList<QFileInfo> files{
+        at(QStringLiteral("a.jpg")), at(QStringLiteral("gone.jpg")), at(QStringLiteral("b.jpg")), at(QStringLiteral("gone too.jpg"))};
     registry().addFotosUsedForBookProposals(NyFotoList(QList<QFileInfo>{at(QStringLiteral("never.jpg")), at(QStringLiteral("b.jpg"))}));
     NyRecentFileResult result(files, NyDateRange(QDate(), QDate::currentDate().addDays(1)), 0, {}, {});
     result.excludePreviouslyUsedFotos();
@@ -434,7 +439,8 @@ void tst_NyRecentFileResult::excludesAsThePlainLoopDoes()
     TreeBuilder tree(m_folder->path());
     QStringList names;
     for (int i = 0; i < 60; ++i) {
-        const QString name = QStringLiteral("%1/caf%2 %3.jpg").arg(i % 3).arg(i % 2 ? QStringLiteral("\u00e9") : QStringLiteral("e\u0301")).arg(i / 2);
+        const QString name
+            = QStringLiteral("%1/caf%2 %3.jpg").arg(i % 3).arg(i % 2 ? QStringLiteral("\u00e9") : QStringLiteral("e\u0301")).arg(i / 2);
         if (i % 10 == 9)
             tree.link(name.toStdString(), tree.path(names.at(random.bounded(i)).toStdString()));
         else if (i % 11 != 10)
@@ -447,7 +453,8 @@ void tst_NyRecentFileResult::excludesAsThePlainLoopDoes()
             files.append(at(names.at(random.bounded(int(names.size())))));
         return files;
     };
-    const QList<NyDateRange> ranges{NyDateRange(Day.addDays(-1), Day.addDays(1)), NyDateRange(QDate(), Day), NyDateRange(), NyDateRange(Day, Day.addDays(-1))};
+    const QList<NyDateRange> ranges{
+        NyDateRange(Day.addDays(-1), Day.addDays(1)), NyDateRange(QDate(), Day), NyDateRange(), NyDateRange(Day, Day.addDays(-1))};
     for (const NyDateRange &range : ranges) {
         const QList<QFileInfo> files = choose(80);
         const QList<QFileInfo> used = choose(40);
@@ -492,7 +499,7 @@ void tst_NyRecentFileResult::fromFolderKeepsTheFoldersSettings()
     folder.setSorting(QDir::Name | QDir::Reversed);
     folder.setFilter(QDir::Files | QDir::Hidden);
     QCOMPARE(filePaths(NyRecentFileResult::fromFolder(folder).files()),
-             filePaths({at(QStringLiteral("b.jpg")), at(QStringLiteral("a.jpg")), at(QStringLiteral(".hidden.jpg"))}));
+        filePaths({at(QStringLiteral("b.jpg")), at(QStringLiteral("a.jpg")), at(QStringLiteral(".hidden.jpg"))}));
 }
 
 void tst_NyRecentFileResult::fromFolderWithoutJpegs()
@@ -508,8 +515,8 @@ void tst_NyRecentFileResult::fromFolderWithoutJpegs()
 void tst_NyRecentFileResult::countsFilesOfFolders()
 {
     NyRecentFileResult result;
-    result.setFiles({QFileInfo(QStringLiteral("/p/b/1.jpg")), QFileInfo(QStringLiteral("/p/a/1.jpg")), QFileInfo(QStringLiteral("/p/b/2.jpg")),
-                     QFileInfo(QStringLiteral("/p/b/1.jpg")), QFileInfo(QStringLiteral("/p/b/c/1.jpg"))});
+    result.setFiles({QFileInfo(QStringLiteral("/p/b/1.jpg")), QFileInfo(QStringLiteral("/p/a/1.jpg")),
+        QFileInfo(QStringLiteral("/p/b/2.jpg")), QFileInfo(QStringLiteral("/p/b/1.jpg")), QFileInfo(QStringLiteral("/p/b/c/1.jpg"))});
     const QMap<QString, int> counts = result.filesPerDirCount();
     QCOMPARE(counts.keys(), QStringList({QStringLiteral("/p/a"), QStringLiteral("/p/b"), QStringLiteral("/p/b/c")}));
     QCOMPARE(counts.values(), QList<int>({1, 3, 1}));
@@ -591,7 +598,8 @@ void tst_NyRecentFileResult::storesItsFiles()
         files.append(at(QString::fromUtf8(name)));
     }
     files.append(files.first());
-    NyRecentFileResult stored(files, NyDateRange(Day, Day), 3, NyEventFolderClassificationResult(QFileInfo(QStringLiteral("/x")), NyEventFolderType(16)), {QStringLiteral("x")});
+    NyRecentFileResult stored(files, NyDateRange(Day, Day), 3,
+        NyEventFolderClassificationResult(QFileInfo(QStringLiteral("/x")), NyEventFolderType(16)), {QStringLiteral("x")});
     stored.writeToFileRegistry(QStringLiteral("key"));
     NyRecentFileResult read;
     read.readFromFileRegistry(QStringLiteral("key"));
@@ -614,8 +622,9 @@ void tst_NyRecentFileResult::readingAddsFiles()
     result.setFiles({at(QStringLiteral("first.jpg"))});
     result.readFromFileRegistry(QStringLiteral("key"));
     result.readFromFileRegistry(QStringLiteral("key"));
-    QCOMPARE(filePaths(result.files()), filePaths({at(QStringLiteral("first.jpg")), at(QStringLiteral("a.jpg")), at(QStringLiteral("b.jpg")),
-                                                   at(QStringLiteral("a.jpg")), at(QStringLiteral("b.jpg"))}));
+    QCOMPARE(filePaths(result.files()),
+        filePaths({at(QStringLiteral("first.jpg")), at(QStringLiteral("a.jpg")), at(QStringLiteral("b.jpg")), at(QStringLiteral("a.jpg")),
+            at(QStringLiteral("b.jpg"))}));
 }
 
 QTEST_GUILESS_MAIN(tst_NyRecentFileResult)

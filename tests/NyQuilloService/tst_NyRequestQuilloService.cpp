@@ -14,7 +14,8 @@ class RecordingRequest : public NyRequestQuilloService
     Q_OBJECT
 
 public:
-    bool yesNoQuestion(const QString &title, const QString &question, const QString &informativeText, bool yesIsDefault, const QString &yesLabel, const QString &noLabel) const override
+    bool yesNoQuestion(const QString &title, const QString &question, const QString &informativeText, bool yesIsDefault,
+        const QString &yesLabel, const QString &noLabel) const override
     {
         m_calls.append({title, question, informativeText, yesIsDefault, yesLabel, noLabel});
         return m_answer;

@@ -78,7 +78,8 @@ private:
         connect(tray, &NySystemTrayService::quitRequested, tray, [names] { names->append(u"quit"_s); });
         connect(tray, &NySystemTrayService::launchMainApplicationRequested, tray, [names] { names->append(u"launch"_s); });
         connect(tray, &NySystemTrayService::productSuggestionRequested, tray, [names] { names->append(u"suggest"_s); });
-        connect(tray, &NySystemTrayService::productSuggestionWithPicturesHomePhotosRequested, tray, [names] { names->append(u"suggest all"_s); });
+        connect(tray, &NySystemTrayService::productSuggestionWithPicturesHomePhotosRequested, tray,
+            [names] { names->append(u"suggest all"_s); });
         connect(tray, &NySystemTrayService::showInfoRequested, tray, [names] { names->append(u"info"_s); });
         connect(tray, &NySystemTrayService::showLastProposalRequested, tray, [names] { names->append(u"last"_s); });
     }
@@ -96,7 +97,8 @@ static const QString SUGGEST_ALL = u"DEBUG: Jetzt Produktvorschlag mit Fotos aus
 void tst_NySystemTrayService::init()
 {
     // The offscreen platform warns of what it cannot do.
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support|QObject::connect: No such signal QPlatformNativeInterface)"_s));
+    QTest::failOnWarning(
+        QRegularExpression(u"^(?!This plugin does not support|QObject::connect: No such signal QPlatformNativeInterface)"_s));
     QCOMPARE(NyQuilloServiceConfig::instance().enableDebuggingFeatures(), m_debugging);
 }
 
@@ -130,7 +132,8 @@ void tst_NySystemTrayService::entriesEmitTheirSignals()
     QStringList names;
     record(&tray, &names);
     QStringList expected;
-    for (const auto &[text, name] : {std::pair(INFO, u"info"_s), std::pair(LAST, u"last"_s), std::pair(LAUNCH, u"launch"_s), std::pair(QUIT, u"quit"_s)}) {
+    for (const auto &[text, name] :
+        {std::pair(INFO, u"info"_s), std::pair(LAST, u"last"_s), std::pair(LAUNCH, u"launch"_s), std::pair(QUIT, u"quit"_s)}) {
         entry(text)->trigger();
         expected.append(name);
         QCOMPARE(names, expected);
@@ -209,7 +212,8 @@ void tst_NySystemTrayService::otherActivationsDoNothing()
 {
     NySystemTrayService tray;
     QSignalSpy aboutToShow(onlyMenu(), &QMenu::aboutToShow);
-    for (const auto reason : {QSystemTrayIcon::Unknown, QSystemTrayIcon::Context, QSystemTrayIcon::DoubleClick, QSystemTrayIcon::MiddleClick})
+    for (const auto reason :
+        {QSystemTrayIcon::Unknown, QSystemTrayIcon::Context, QSystemTrayIcon::DoubleClick, QSystemTrayIcon::MiddleClick})
         tray.onActivate(reason);
     QCOMPARE(aboutToShow.size(), 0);
 }
@@ -249,18 +253,11 @@ void tst_NySystemTrayService::signalsAndSlotsInTheirOrder()
         (method.methodType() == QMetaMethod::Signal ? signalNames : slotNames).append(QString::fromLatin1(method.methodSignature()));
     }
     QCOMPARE(signalNames,
-             (QStringList{u"quitRequested()"_s,
-                          u"launchMainApplicationRequested()"_s,
-                          u"productSuggestionRequested()"_s,
-                          u"productSuggestionWithPicturesHomePhotosRequested()"_s,
-                          u"showInfoRequested()"_s,
-                          u"showLastProposalRequested()"_s}));
+        (QStringList{u"quitRequested()"_s, u"launchMainApplicationRequested()"_s, u"productSuggestionRequested()"_s,
+            u"productSuggestionWithPicturesHomePhotosRequested()"_s, u"showInfoRequested()"_s, u"showLastProposalRequested()"_s}));
     QCOMPARE(slotNames,
-             (QStringList{u"show()"_s,
-                          u"hide()"_s,
-                          u"showSystemTrayMessage(NyToastMessage)"_s,
-                          u"onActivate(QSystemTrayIcon::ActivationReason)"_s,
-                          u"onMessageClick()"_s}));
+        (QStringList{u"show()"_s, u"hide()"_s, u"showSystemTrayMessage(NyToastMessage)"_s,
+            u"onActivate(QSystemTrayIcon::ActivationReason)"_s, u"onMessageClick()"_s}));
 }
 
 int main(int argc, char *argv[])

@@ -82,7 +82,8 @@ void tst_NyToastMessage::toString_data()
         << u"a.nqp"_s << true
         << u"Toast Message\nTitle           = Der Titel\nDescription     = Der Text\nId              = a.nqp\nShowing Buttons = Yes"_s;
     QTest::newRow("no buttons")
-        << QString() << false << u"Toast Message\nTitle           = Der Titel\nDescription     = Der Text\nId              = \nShowing Buttons = No"_s;
+        << QString() << false
+        << u"Toast Message\nTitle           = Der Titel\nDescription     = Der Text\nId              = \nShowing Buttons = No"_s;
 }
 
 void tst_NyToastMessage::toString()

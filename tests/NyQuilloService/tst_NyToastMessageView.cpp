@@ -72,7 +72,8 @@ void tst_NyToastMessageView::place()
     view.show();
     QCOMPARE(view.size(), QSize(300, 200));
     QCOMPARE(view.pos() + QPoint(300, 0), topRight);
-    QCOMPARE(view.windowHandle()->screen(), QGuiApplication::screenAt(topRight) ? QGuiApplication::screenAt(topRight) : QGuiApplication::primaryScreen());
+    QCOMPARE(view.windowHandle()->screen(),
+        QGuiApplication::screenAt(topRight) ? QGuiApplication::screenAt(topRight) : QGuiApplication::primaryScreen());
 }
 
 void tst_NyToastMessageView::fadesInOnce()
@@ -188,7 +189,8 @@ void tst_NyToastMessageView::drag()
     QApplication::sendEvent(&view, &move);
     QVERIFY(move.isAccepted());
     QCOMPARE(view.pos(), QPoint(500 - 40, 400 - 30));
-    QMouseEvent moveAgain(QEvent::MouseMove, QPointF(0, 0), QPointF(1400, 500), Qt::NoButton, Qt::LeftButton | Qt::RightButton, Qt::NoModifier);
+    QMouseEvent moveAgain(
+        QEvent::MouseMove, QPointF(0, 0), QPointF(1400, 500), Qt::NoButton, Qt::LeftButton | Qt::RightButton, Qt::NoModifier);
     QApplication::sendEvent(&view, &moveAgain);
     QCOMPARE(view.pos(), QPoint(1400 - 40, 500 - 30));
     // Where it is dragged to is not remembered.
@@ -203,7 +205,8 @@ void tst_NyToastMessageView::otherButtonsDoNotDrag()
     view.resize(300, 200);
     view.show();
     const QPoint start = view.pos();
-    QMouseEvent press(QEvent::MouseButtonPress, QPointF(40, 30), QPointF(start + QPoint(40, 30)), Qt::RightButton, Qt::RightButton, Qt::NoModifier);
+    QMouseEvent press(
+        QEvent::MouseButtonPress, QPointF(40, 30), QPointF(start + QPoint(40, 30)), Qt::RightButton, Qt::RightButton, Qt::NoModifier);
     QApplication::sendEvent(&view, &press);
     QVERIFY(!press.isAccepted());
     QMouseEvent move(QEvent::MouseMove, QPointF(60, 60), QPointF(500, 400), Qt::NoButton, Qt::RightButton, Qt::NoModifier);

@@ -66,10 +66,8 @@ void tst_NyToastMessagingLinux::buttons()
     QCOMPARE(sent().title, u"VELMORA ALBUMA"_s);
     QCOMPARE(sent().body, u"Ihr neuer Vorschlag"_s);
     QCOMPARE(sent().actions,
-             (QStringList{u"show:Produktvorschlag_2024-01-01.nqp"_s,
-                          u"Jetzt ansehen"_s,
-                          u"reschedule:Produktvorschlag_2024-01-01.nqp"_s,
-                          u"Später ansehen"_s}));
+        (QStringList{u"show:Produktvorschlag_2024-01-01.nqp"_s, u"Jetzt ansehen"_s, u"reschedule:Produktvorschlag_2024-01-01.nqp"_s,
+            u"Später ansehen"_s}));
     QVERIFY(sent().hints.isEmpty());
     QCOMPARE(sent().timeoutMs, 0);
     // The id is known.
@@ -117,8 +115,7 @@ void tst_NyToastMessagingLinux::body_data()
     QTest::addColumn<QString>("expected");
     const QStringList html{u"body"_s, u"body-markup"_s, u"body-images"_s};
     const QStringList plain{u"body"_s};
-    QTest::newRow("image") << html << u"/tmp/a.png"_s << true
-                           << u"Anna & Tom < 3<br><center><img src=\"file:///tmp/a.png\" ></center>"_s;
+    QTest::newRow("image") << html << u"/tmp/a.png"_s << true << u"Anna & Tom < 3<br><center><img src=\"file:///tmp/a.png\" ></center>"_s;
     QTest::newRow("image, no buttons") << html << u"/tmp/a.png"_s << false
                                        << u"Anna & Tom < 3<br><center><img src=\"file:///tmp/a.png\" ></center>"_s;
     QTest::newRow("blanks, signs of markup, umlaut, placeholder")

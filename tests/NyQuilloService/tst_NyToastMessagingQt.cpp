@@ -47,13 +47,13 @@ private:
     }
 };
 
-static const char *const CSS =
-    "QPushButton {background-color: #c30c15;border: 1px solid #c30c15;border-radius: 4px;color: #ffffff;font-weight: Bold;margin-left: "
-    "4px;margin-right: 2px;min-height: 30px;padding-left: 6px;padding-right: 6px;}";
-static const char *const GRAY_CSS =
-    "QPushButton {background-color: #ffffff;border-left: 1px solid #d8d8d8;border-top: 1px solid #dddddd;border-right: 1px solid "
-    "#d8d8d8;border-bottom: 1px solid #b3b3b3;border-radius: 4px;color: #262626;padding-top: 4px;padding-left: 8px;padding-right: "
-    "8px;padding-bottom: 4px;icon-size: 24px;margin-left: 4px;margin-top: 6px;margin-right: 4px;margin-bottom: 6px;min-height: 24px;}";
+static const char *const CSS
+    = "QPushButton {background-color: #c30c15;border: 1px solid #c30c15;border-radius: 4px;color: #ffffff;font-weight: Bold;margin-left: "
+      "4px;margin-right: 2px;min-height: 30px;padding-left: 6px;padding-right: 6px;}";
+static const char *const GRAY_CSS
+    = "QPushButton {background-color: #ffffff;border-left: 1px solid #d8d8d8;border-top: 1px solid #dddddd;border-right: 1px solid "
+      "#d8d8d8;border-bottom: 1px solid #b3b3b3;border-radius: 4px;color: #262626;padding-top: 4px;padding-left: 8px;padding-right: "
+      "8px;padding-bottom: 4px;icon-size: 24px;margin-left: 4px;margin-top: 6px;margin-right: 4px;margin-bottom: 6px;min-height: 24px;}";
 
 void tst_NyToastMessagingQt::init()
 {
@@ -80,17 +80,15 @@ void tst_NyToastMessagingQt::grid()
     QVERIFY(grid);
     QCOMPARE(grid->count(), 6);
 
-    struct Cell {
+    struct Cell
+    {
         QWidget *widget;
         int row, column, rowSpan, columnSpan;
         Qt::Alignment alignment;
     };
-    const QList<Cell> expected{{ToastWindow::closeButton(view), 0, 2, 1, 1, Qt::AlignRight},
-                               {ToastWindow::title(view), 0, 0, 1, 2, {}},
-                               {ToastWindow::description(view), 1, 0, 1, 3, {}},
-                               {ToastWindow::image(view), 2, 0, 1, 3, Qt::AlignCenter},
-                               {ToastWindow::mainButton(view), 3, 2, 1, 1, Qt::AlignRight},
-                               {ToastWindow::secondaryButton(view), 3, 1, 1, 1, Qt::AlignRight}};
+    const QList<Cell> expected{{ToastWindow::closeButton(view), 0, 2, 1, 1, Qt::AlignRight}, {ToastWindow::title(view), 0, 0, 1, 2, {}},
+        {ToastWindow::description(view), 1, 0, 1, 3, {}}, {ToastWindow::image(view), 2, 0, 1, 3, Qt::AlignCenter},
+        {ToastWindow::mainButton(view), 3, 2, 1, 1, Qt::AlignRight}, {ToastWindow::secondaryButton(view), 3, 1, 1, 1, Qt::AlignRight}};
     for (qsizetype i = 0; i < expected.size(); ++i) {
         const Cell &cell = expected.at(i);
         QVERIFY2(cell.widget, qPrintable(QString::number(i)));
@@ -217,8 +215,7 @@ void tst_NyToastMessagingQt::image()
     text.close();
 
     NyToastMessagingQt messaging(nullptr);
-    messaging.sendToastMessage(
-        message(true, u"a.nqp"_s, fileName.isEmpty() ? QFileInfo() : QFileInfo(QDir::tempPath() + u'/' + fileName)));
+    messaging.sendToastMessage(message(true, u"a.nqp"_s, fileName.isEmpty() ? QFileInfo() : QFileInfo(QDir::tempPath() + u'/' + fileName)));
     const NyToastMessageView *view = onlyWindow();
     QVERIFY(view);
     QVERIFY(view->isVisible());
@@ -299,7 +296,9 @@ void tst_NyToastMessagingQt::draggedAndPressedWithTheMouse()
 
     const QPoint start = window->pos();
     const QPoint hold = window->mapToGlobal(QPoint(window->width() / 2, window->height() - 4));
-    const auto place = [](const QPoint &point) { return QStringList{u"mousemove"_s, QString::number(point.x()), QString::number(point.y())}; };
+    const auto place = [](const QPoint &point) {
+        return QStringList{u"mousemove"_s, QString::number(point.x()), QString::number(point.y())};
+    };
     const QPoint way(-300, 200);
     QVERIFY(useMouse(place(hold) + QStringList{u"mousedown"_s, u"1"_s}));
     QVERIFY(useMouse(place(hold + way / 2)));

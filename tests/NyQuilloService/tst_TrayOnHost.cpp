@@ -30,8 +30,9 @@ private:
         QProcess gdbus;
         QSignalSpy finished(&gdbus, &QProcess::finished);
         gdbus.start(u"gdbus"_s,
-                    QStringList{u"call"_s, u"--session"_s, u"-d"_s, item, u"-o"_s, u"/StatusNotifierItem"_s, u"--timeout"_s, u"5"_s, u"-m"_s, method}
-                        + arguments);
+            QStringList{
+                u"call"_s, u"--session"_s, u"-d"_s, item, u"-o"_s, u"/StatusNotifierItem"_s, u"--timeout"_s, u"5"_s, u"-m"_s, method}
+                + arguments);
         finished.wait(10000);
         return QString::fromUtf8(gdbus.readAll()).trimmed();
     }

@@ -62,9 +62,8 @@ void tst_TrayOnXServer::iconComesWithTheTray()
         });
     });
     const QPoint pixel = redPixel();
-    QCOMPARE(QProcess::execute(u"xdotool"_s,
-                               {u"mousemove"_s, QString::number(pixel.x()), QString::number(pixel.y()), u"click"_s, u"1"_s}),
-             0);
+    QCOMPARE(
+        QProcess::execute(u"xdotool"_s, {u"mousemove"_s, QString::number(pixel.x()), QString::number(pixel.y()), u"click"_s, u"1"_s}), 0);
     QTRY_COMPARE(aboutToShow.size(), 1);
     QTRY_VERIFY(isVisible);
     QTRY_VERIFY(!menu->isVisible());

@@ -14,7 +14,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-class tst_NyXMLConfig : public QObject {
+class tst_NyXMLConfig : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -36,7 +37,7 @@ private Q_SLOTS:
     void brokenServiceFileOfTheUser();
 
 private:
-    void write(const QByteArray& content) const
+    void write(const QByteArray &content) const
     {
         QFile file(path());
         QVERIFY(file.open(QIODevice::WriteOnly));
@@ -183,7 +184,7 @@ void tst_NyXMLConfig::manyReaders()
     }
     for (int i = 0; i < 50; ++i)
         config.reload();
-    for (std::thread& thread : threads)
+    for (std::thread &thread : threads)
         thread.join();
     QCOMPARE(wrong.load(), 0);
 }

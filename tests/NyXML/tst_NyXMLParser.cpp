@@ -8,9 +8,10 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
-QDomElement element(const QString& attributes)
+QDomElement element(const QString &attributes)
 {
     QDomDocument document;
     document.setContent(u"<e %1/>"_s.arg(attributes));
@@ -19,7 +20,8 @@ QDomElement element(const QString& attributes)
 
 } // namespace
 
-class tst_NyXMLParser : public QObject {
+class tst_NyXMLParser : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -53,11 +55,11 @@ void tst_NyXMLParser::flags_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("value");
 
-    for (const QString& text : {u"true"_s, u"1"_s, u"yes"_s, u"on"_s, u"TRUE"_s, u"Yes"_s, u"oN"_s, u" true "_s})
+    for (const QString &text : {u"true"_s, u"1"_s, u"yes"_s, u"on"_s, u"TRUE"_s, u"Yes"_s, u"oN"_s, u" true "_s})
         QTest::newRow(qPrintable(text)) << text << 1;
-    for (const QString& text : {u"false"_s, u"0"_s, u"no"_s, u"off"_s, u"False"_s, u"NO"_s, u"oFf"_s, u" 0 "_s})
+    for (const QString &text : {u"false"_s, u"0"_s, u"no"_s, u"off"_s, u"False"_s, u"NO"_s, u"oFf"_s, u" 0 "_s})
         QTest::newRow(qPrintable(text)) << text << 0;
-    for (const QString& text : {u""_s, u"2"_s, u"-1"_s, u"ja"_s, u"truee"_s, u"t"_s, u"0.0"_s})
+    for (const QString &text : {u""_s, u"2"_s, u"-1"_s, u"ja"_s, u"truee"_s, u"t"_s, u"0.0"_s})
         QTest::newRow(qPrintable(u"neither "_s + text)) << text << -1;
 }
 
@@ -103,7 +105,8 @@ void tst_NyXMLParser::numbers()
     QFETCH(int, value);
     const QDomElement e = element(u"n='%1'"_s.arg(text));
     if (!isNumber)
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"element e attribute n is no number: "_s + QRegularExpression::escape(text)));
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(u"element e attribute n is no number: "_s + QRegularExpression::escape(text)));
     QCOMPARE(NyXMLParser::intAttribute(e, u"n"_s, 77), isNumber ? value : 77);
     QCOMPARE(NyXMLParser::intAttribute(e, u"missing"_s, 77), 77);
 }
@@ -168,8 +171,8 @@ void tst_NyXMLParser::brokenFiles()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(content);
     file.close();
-    QTest::ignoreMessage(QtWarningMsg,
-                         QRegularExpression(u"^cannot parse "_s + QRegularExpression::escape(file.fileName()) + u' ' + place));
+    QTest::ignoreMessage(
+        QtWarningMsg, QRegularExpression(u"^cannot parse "_s + QRegularExpression::escape(file.fileName()) + u' ' + place));
     QVERIFY(NyXMLParser::parseFile(file.fileName()).isNull());
 }
 

@@ -8,7 +8,7 @@
 
 #include <exiv2/exiv2.hpp>
 
-QImage PaintedPictures::painted(const QSize& sizePx, quint32 seed)
+QImage PaintedPictures::painted(const QSize &sizePx, quint32 seed)
 {
     QRandomGenerator random(seed * 7919 + 17);
     const auto color = [&] { return QColor::fromHsv(random.bounded(360), random.bounded(60, 255), random.bounded(40, 255)); };
@@ -28,13 +28,13 @@ QImage PaintedPictures::painted(const QSize& sizePx, quint32 seed)
     return image;
 }
 
-bool PaintedPictures::write(const QString& path, const QImage& image, const MetaData& metaData)
+bool PaintedPictures::write(const QString &path, const QImage &image, const MetaData &metaData)
 {
     if (!QDir().mkpath(QFileInfo(path).absolutePath()) || !image.save(path, "JPEG", 85))
         return false;
     try {
         const auto file = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
-        Exiv2::ExifData& exif = file->exifData();
+        Exiv2::ExifData &exif = file->exifData();
         if (metaData.captureTime.isValid())
             exif["Exif.Photo.DateTimeOriginal"] = metaData.captureTime.toString(QStringLiteral("yyyy:MM:dd HH:mm:ss")).toStdString();
         if (metaData.orientation != 0)
@@ -44,7 +44,7 @@ bool PaintedPictures::write(const QString& path, const QImage& image, const Meta
         if (metaData.rating != 0)
             file->xmpData()["Xmp.xmp.Rating"] = std::to_string(metaData.rating);
         file->writeMetadata();
-    } catch (const std::exception&) {
+    } catch (const std::exception &) {
         return false;
     }
     return true;

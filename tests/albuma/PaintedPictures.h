@@ -7,7 +7,7 @@
 /** Pictures with crisp shapes in many colours, different for every seed. */
 namespace PaintedPictures
 {
-QImage painted(const QSize& sizePx, quint32 seed);
+QImage painted(const QSize &sizePx, quint32 seed);
 
 struct MetaData
 {
@@ -21,5 +21,5 @@ struct MetaData
 };
 
 /** Writes a JPEG with EXIF; its folder is made. */
-bool write(const QString& path, const QImage& image, const MetaData& metaData = {});
+bool write(const QString &path, const QImage &image, const MetaData &metaData = {});
 }

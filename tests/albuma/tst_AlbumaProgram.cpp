@@ -23,7 +23,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 struct Outcome
 {
@@ -33,15 +34,15 @@ struct Outcome
     QString standardError;
 };
 
-QStringList builderArguments(const QString& target)
+QStringList builderArguments(const QString &target)
 {
-    return { u"--backgroundjobs"_s, u"3"_s, u"--programmode"_s, u"b"_s, u"--proposalTargetPath"_s, target };
+    return {u"--backgroundjobs"_s, u"3"_s, u"--programmode"_s, u"b"_s, u"--proposalTargetPath"_s, target};
 }
 
 /** What the surroundings say of displays. */
 enum class Screen { None, Unreachable };
 
-void start(QProcess& process, const QStringList& arguments, Screen display = Screen::None)
+void start(QProcess &process, const QStringList &arguments, Screen display = Screen::None)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(u"QT_QPA_PLATFORM"_s);
@@ -55,27 +56,27 @@ void start(QProcess& process, const QStringList& arguments, Screen display = Scr
     process.start(QStringLiteral(ALBUMA_EXECUTABLE), arguments);
 }
 
-Outcome finished(QProcess& process)
+Outcome finished(QProcess &process)
 {
     constexpr int patienceMs = 90'000;
     process.waitForFinished(patienceMs);
-    return { process.exitCode(), process.exitStatus() != QProcess::NormalExit, QString::fromUtf8(process.readAllStandardOutput()),
-        QString::fromUtf8(process.readAllStandardError()) };
+    return {process.exitCode(), process.exitStatus() != QProcess::NormalExit, QString::fromUtf8(process.readAllStandardOutput()),
+        QString::fromUtf8(process.readAllStandardError())};
 }
 
-Outcome run(const QStringList& arguments, Screen display = Screen::None)
+Outcome run(const QStringList &arguments, Screen display = Screen::None)
 {
     QProcess process;
     start(process, arguments, display);
     return finished(process);
 }
 
-QStringList filesIn(const QString& folder)
+QStringList filesIn(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }
 
-QByteArray contentOf(const QString& path)
+QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -120,8 +121,8 @@ private Q_SLOTS:
 
 private:
     /** Photos of an event of @p days days, @p count in all, with their times in the metadata. */
-    QList<QFileInfo> makeEvent(const QString& name, int count, int days, const QSize& size = QSize(400, 300)) const;
-    static void offer(const QList<QFileInfo>& photos) { NyFotoListRegistry::instance().setFotosForBookProposal(NyFotoList(photos)); }
+    QList<QFileInfo> makeEvent(const QString &name, int count, int days, const QSize &size = QSize(400, 300)) const;
+    static void offer(const QList<QFileInfo> &photos) { NyFotoListRegistry::instance().setFotosForBookProposal(NyFotoList(photos)); }
     QString target() const { return m_out->filePath(u"Produktvorschlag_2026-11-21.nqp"_s); }
 
     QTemporaryDir m_pictures;
@@ -130,7 +131,7 @@ private:
     QList<QFileInfo> m_manyPhotos;
 };
 
-QList<QFileInfo> tst_AlbumaProgram::makeEvent(const QString& name, int count, int days, const QSize& size) const
+QList<QFileInfo> tst_AlbumaProgram::makeEvent(const QString &name, int count, int days, const QSize &size) const
 {
     QList<QFileInfo> files;
     for (int i = 0; i < count; ++i) {
@@ -162,22 +163,22 @@ void tst_AlbumaProgram::buildsAProposal()
     offer(m_event);
     const qint64 before = QDateTime::currentSecsSinceEpoch();
     const Outcome outcome = run(builderArguments(target())
-        + QStringList { u"--proposalRecommendedStyles"_s, u"unknown.style,velmora.style.coast,velmora.style.linen"_s,
-            u"--proposalOccasions"_s, u"vacation,family"_s });
+        + QStringList{u"--proposalRecommendedStyles"_s, u"unknown.style,velmora.style.coast,velmora.style.linen"_s,
+            u"--proposalOccasions"_s, u"vacation,family"_s});
     QVERIFY2(outcome.exitCode == 0 && !outcome.crashed, qPrintable(outcome.standardError));
     const QString name = QFileInfo(target()).fileName();
-    QCOMPARE(filesIn(m_out->path()), QStringList({ name, name + u".json"_s, name + u".png"_s }));
+    QCOMPARE(filesIn(m_out->path()), QStringList({name, name + u".json"_s, name + u".png"_s}));
 
     const NyBookProjectFile::Result loaded = NyBookProjectFile::load(QFileInfo(target()));
     QVERIFY2(loaded.project, qPrintable(loaded.error));
-    const NyBookProject& project = *loaded.project;
+    const NyBookProject &project = *loaded.project;
     QCOMPARE(project.title, u"Toskana mit Oma"_s);
     QCOMPARE(project.subtitle, u"12. – 14. Juli 2024"_s);
     QCOMPARE(project.style.toString(), u"velmora.style.coast"_s);
     QCOMPARE(project.photoCount(), 24);
     qsizetype next = 0;
-    for (const NyBookPage& page : project.pages) {
-        for (const NyPlacedFoto& foto : page.photos) {
+    for (const NyBookPage &page : project.pages) {
+        for (const NyPlacedFoto &foto : page.photos) {
             QCOMPARE(foto.url.toLocalFile(), m_event.at(next).absoluteFilePath());
             QVERIFY(foto.printedDpi() >= 149.9);
             ++next;
@@ -201,7 +202,7 @@ void tst_AlbumaProgram::buildsAProposal()
     QCOMPARE(description.value(u"pageCount"_s).toInt(), int(project.pages.size()));
     QCOMPARE(description.value(u"dateFrom"_s).toString(), u"2024-07-12"_s);
     QCOMPARE(description.value(u"dateTo"_s).toString(), u"2024-07-14"_s);
-    QCOMPARE(description.value(u"occasions"_s).toArray(), QJsonArray({ u"vacation"_s, u"family"_s }));
+    QCOMPARE(description.value(u"occasions"_s).toArray(), QJsonArray({u"vacation"_s, u"family"_s}));
     const QJsonArray menu = description.value(u"menu"_s).toArray();
     QVERIFY(!menu.isEmpty());
     QVERIFY(menu.first().toObject().value(u"action"_s).toString().endsWith(u':' + name));
@@ -230,7 +231,7 @@ void tst_AlbumaProgram::smallNumbersOfPhotos()
 void tst_AlbumaProgram::photosWithFlaws()
 {
     QList<QFileInfo> photos = m_event.first(6);
-    const auto add = [&](const QString& name, const QByteArray& content) {
+    const auto add = [&](const QString &name, const QByteArray &content) {
         QFile file(m_pictures.filePath(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(content), content.size());
@@ -264,8 +265,8 @@ void tst_AlbumaProgram::manyPhotos()
     QVERIFY(loaded.project);
     QCOMPARE(loaded.project->photoCount(), 160);
     QSet<QUrl> distinct;
-    for (const NyBookPage& page : loaded.project->pages) {
-        for (const NyPlacedFoto& foto : page.photos)
+    for (const NyBookPage &page : loaded.project->pages) {
+        for (const NyPlacedFoto &foto : page.photos)
             distinct.insert(foto.url);
     }
     QCOMPARE(distinct.size(), 160);
@@ -277,20 +278,20 @@ void tst_AlbumaProgram::strangeNames()
     offer(makeEvent(hostile, 3, 1));
     const QString path = m_out->filePath(u"a b/"_s) + hostile + u".nqp"_s;
     QVERIFY(QDir().mkpath(m_out->filePath(u"a b"_s)));
-    const Outcome outcome = run(builderArguments(path) + QStringList { u"--proposalOccasions"_s, u"%1,,\"x\""_s });
+    const Outcome outcome = run(builderArguments(path) + QStringList{u"--proposalOccasions"_s, u"%1,,\"x\""_s});
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.standardError));
     const NyBookProjectFile::Result loaded = NyBookProjectFile::load(QFileInfo(path));
     QVERIFY2(loaded.project, qPrintable(loaded.error));
     QCOMPARE(loaded.project->photoCount(), 3);
-    QCOMPARE(loaded.project->occasions, QStringList({ u"%1"_s, u"\"x\""_s }));
-    for (const QUrl& url : loaded.project->photoUrls())
+    QCOMPARE(loaded.project->occasions, QStringList({u"%1"_s, u"\"x\""_s}));
+    for (const QUrl &url : loaded.project->photoUrls())
         QVERIFY(QFileInfo(url.toLocalFile()).isFile());
 }
 
 void tst_AlbumaProgram::styleAndTitleWithoutHints()
 {
     QList<QFileInfo> photos;
-    for (const QFileInfo& photo : m_event.first(2)) {
+    for (const QFileInfo &photo : m_event.first(2)) {
         const QString copy = m_pictures.filePath(u"2024/07/100CANON/"_s + photo.fileName());
         QVERIFY(QDir().mkpath(QFileInfo(copy).path()));
         QVERIFY(QFile::exists(copy) || QFile::copy(photo.absoluteFilePath(), copy));
@@ -303,7 +304,7 @@ void tst_AlbumaProgram::styleAndTitleWithoutHints()
     QVERIFY(settings.open(QIODevice::WriteOnly));
     QVERIFY(settings.write("[common]\npicturesHome=" + m_pictures.path().toUtf8() + "\n") > 0);
     settings.close();
-    const Outcome outcome = run(builderArguments(target()) + QStringList { u"--proposalRecommendedStyles"_s, u""_s });
+    const Outcome outcome = run(builderArguments(target()) + QStringList{u"--proposalRecommendedStyles"_s, u""_s});
     QVERIFY(settings.remove());
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.standardError));
     const NyBookProjectFile::Result loaded = NyBookProjectFile::load(QFileInfo(target()));
@@ -316,12 +317,12 @@ void tst_AlbumaProgram::failsWithoutPhotos_data()
 {
     QTest::addColumn<QList<QFileInfo>>("photos");
     QTest::newRow("empty list") << QList<QFileInfo>();
-    QTest::newRow("missing") << QList<QFileInfo> { QFileInfo(u"/nonexistent/a.jpg"_s), QFileInfo(u"/nonexistent/b.jpg"_s) };
+    QTest::newRow("missing") << QList<QFileInfo>{QFileInfo(u"/nonexistent/a.jpg"_s), QFileInfo(u"/nonexistent/b.jpg"_s)};
     QImage black(300, 200, QImage::Format_RGB32);
     black.fill(Qt::black);
     const QString path = m_pictures.filePath(u"black.jpg"_s);
     QVERIFY(PaintedPictures::write(path, black));
-    QTest::newRow("black") << QList<QFileInfo> { QFileInfo(path) };
+    QTest::newRow("black") << QList<QFileInfo>{QFileInfo(path)};
 }
 
 void tst_AlbumaProgram::failsWithoutPhotos()
@@ -356,7 +357,7 @@ void tst_AlbumaProgram::failsOnBadTargets()
     QVERIFY(!outcome.crashed);
     QVERIFY(outcome.exitCode != 0);
     QVERIFY2(outcome.standardError.contains(m_out->filePath(path)), qPrintable(outcome.standardError));
-    QCOMPARE(filesIn(m_out->path()), QStringList({ u"file"_s, u"folder"_s }));
+    QCOMPARE(filesIn(m_out->path()), QStringList({u"file"_s, u"folder"_s}));
     QCOMPARE(filesIn(m_out->filePath(u"folder"_s)), QStringList());
 }
 
@@ -401,21 +402,21 @@ void tst_AlbumaProgram::fullDiskLeavesNothing()
     const QString path = disk.filePath(u"a.nqp"_s);
     QCOMPARE(run(builderArguments(path)).exitCode, 0);
     constexpr qint64 block = 4096;
-    const auto blocks = [&](const QString& ending) { return (QFileInfo(path + ending).size() + block - 1) / block * block; };
+    const auto blocks = [&](const QString &ending) { return (QFileInfo(path + ending).size() + block - 1) / block * block; };
     qint64 room = 0;
     if (!fitsUpTo.isEmpty())
         room += blocks(u".png"_s);
     if (fitsUpTo == u".json"_s)
         room += blocks(u".json"_s);
     QVERIFY(blocks(QString()) > block);
-    for (const QString& name : filesIn(disk.path()))
+    for (const QString &name : filesIn(disk.path()))
         QVERIFY(QFile::remove(disk.filePath(name)));
     QVERIFY(disk.fill(room));
     const Outcome outcome = run(builderArguments(path));
     QVERIFY(!outcome.crashed);
     QVERIFY(outcome.exitCode != 0);
     QVERIFY2(outcome.standardError.contains(u"kann nicht geschrieben werden"_s), qPrintable(outcome.standardError));
-    QCOMPARE(filesIn(disk.path()), QStringList { u"ballast"_s });
+    QCOMPARE(filesIn(disk.path()), QStringList{u"ballast"_s});
 }
 
 void tst_AlbumaProgram::readOnlyFolderLeavesNothing()
@@ -468,7 +469,7 @@ void tst_AlbumaProgram::runsWithLowPriority()
     // While it works there are at least the main thread, the builder's and its workers.
     const QStringList threads = QDir(u"/proc/%1/task"_s.arg(id)).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QVERIFY(threads.size() >= 4);
-    for (const QString& thread : threads) {
+    for (const QString &thread : threads) {
         const QByteArray stat = contentOf(u"/proc/%1/task/%2/stat"_s.arg(QString::number(id), thread));
         if (stat.isEmpty())
             continue;
@@ -486,8 +487,8 @@ void tst_AlbumaProgram::needsNoDisplay_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("output");
-    QTest::newRow("help") << QStringList { u"--help"_s } << u"--suppressLoadWarnings"_s;
-    QTest::newRow("version") << QStringList { u"--version"_s } << u"VELMORA ALBUMA "_s;
+    QTest::newRow("help") << QStringList{u"--help"_s} << u"--suppressLoadWarnings"_s;
+    QTest::newRow("version") << QStringList{u"--version"_s} << u"VELMORA ALBUMA "_s;
     QTest::newRow("builder") << builderArguments(QString()) << QString();
 }
 
@@ -498,11 +499,11 @@ void tst_AlbumaProgram::needsNoDisplay()
     if (arguments.last().isEmpty())
         arguments.last() = target();
     offer(m_event.first(2));
-    for (const Screen display : { Screen::None, Screen::Unreachable }) {
+    for (const Screen display : {Screen::None, Screen::Unreachable}) {
         const Outcome outcome = run(arguments, display);
         QVERIFY2(outcome.exitCode == 0 && !outcome.crashed, qPrintable(outcome.standardError));
         QVERIFY2(outcome.standardOutput.contains(output), qPrintable(outcome.standardOutput));
-        for (const QString& name : filesIn(m_out->path()))
+        for (const QString &name : filesIn(m_out->path()))
             QVERIFY(QFile::remove(m_out->filePath(name)));
     }
 }
@@ -511,15 +512,14 @@ void tst_AlbumaProgram::refusesBadCommandLines_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("message");
-    QTest::newRow("unknown option") << QStringList { u"--nonsense"_s } << u"nonsense"_s;
-    QTest::newRow("unknown mode") << QStringList { u"--programmode"_s, u"x"_s } << u"\"x\""_s;
-    QTest::newRow("no target") << QStringList { u"--programmode"_s, u"b"_s } << u"--proposalTargetPath"_s;
-    for (const QString& number : { u"0"_s, u"-1"_s, u"65"_s, u"three"_s }) {
-        QTest::newRow(qPrintable(u"jobs "_s + number))
-            << QStringList { u"--programmode"_s, u"b"_s, u"--proposalTargetPath=/tmp/a.nqp"_s, u"--backgroundjobs="_s + number }
-            << u"--backgroundjobs"_s;
+    QTest::newRow("unknown option") << QStringList{u"--nonsense"_s} << u"nonsense"_s;
+    QTest::newRow("unknown mode") << QStringList{u"--programmode"_s, u"x"_s} << u"\"x\""_s;
+    QTest::newRow("no target") << QStringList{u"--programmode"_s, u"b"_s} << u"--proposalTargetPath"_s;
+    for (const QString &number : {u"0"_s, u"-1"_s, u"65"_s, u"three"_s}) {
+        QTest::newRow(qPrintable(u"jobs "_s + number)) << QStringList{u"--programmode"_s, u"b"_s, u"--proposalTargetPath=/tmp/a.nqp"_s,
+            u"--backgroundjobs="_s + number} << u"--backgroundjobs"_s;
     }
-    QTest::newRow("two books") << QStringList { u"a.nqp"_s, u"b.nqp"_s } << u"ein Buch"_s;
+    QTest::newRow("two books") << QStringList{u"a.nqp"_s, u"b.nqp"_s} << u"ein Buch"_s;
 }
 
 void tst_AlbumaProgram::refusesBadCommandLines()
@@ -537,13 +537,13 @@ void tst_AlbumaProgram::windowWithoutDisplayIsRefused_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("start window") << QStringList();
-    QTest::newRow("book") << QStringList { u"--suppressLoadWarnings"_s, u"/nonexistent/a.nqp"_s };
+    QTest::newRow("book") << QStringList{u"--suppressLoadWarnings"_s, u"/nonexistent/a.nqp"_s};
 }
 
 void tst_AlbumaProgram::windowWithoutDisplayIsRefused()
 {
     QFETCH(QStringList, arguments);
-    for (const Screen display : { Screen::None, Screen::Unreachable }) {
+    for (const Screen display : {Screen::None, Screen::Unreachable}) {
         const Outcome outcome = run(arguments, display);
         QVERIFY(!outcome.crashed);
         QVERIFY(outcome.exitCode != 0);
@@ -559,7 +559,7 @@ void tst_AlbumaProgram::windowShowsTheBookAndEndsOnSignal()
     QVERIFY(file.write("{\"format\": \"velmora-book\", \"formatVersion\": 99}") > 0);
     file.close();
     QProcess process;
-    process.start(QStringLiteral(ALBUMA_EXECUTABLE), { u"--suppressLoadWarnings"_s, target() });
+    process.start(QStringLiteral(ALBUMA_EXECUTABLE), {u"--suppressLoadWarnings"_s, target()});
     QByteArray error;
     QTRY_VERIFY_WITH_TIMEOUT((error += process.readAllStandardError()).contains("neueren Programmversion"), 30'000);
     QVERIFY(QString::fromUtf8(error).contains(target()));

@@ -7,7 +7,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 enum class Mix { Landscape, Mixed, Wild, LowResolution };
 
@@ -45,11 +46,11 @@ QList<NyFotoFacts> photos(int count, int days, Mix mix)
     return list;
 }
 
-NyBookProject book(const QList<NyFotoFacts>& facts)
+NyBookProject book(const QList<NyFotoFacts> &facts)
 {
     NyBookComposer::Request request;
     request.photos = facts;
-    request.words = { u"Titel"_s, u"Juli 2024"_s };
+    request.words = {u"Titel"_s, u"Juli 2024"_s};
     request.style.id = NyDesignElementID(u"velmora.style.test"_s);
     return NyBookComposer::compose(request);
 }
@@ -78,9 +79,9 @@ void tst_NyBookComposer::everyPhotoOnceAndInOrder_data()
     QTest::addColumn<int>("count");
     QTest::addColumn<int>("days");
     QTest::addColumn<int>("mix");
-    for (const Mix mix : { Mix::Landscape, Mix::Mixed, Mix::Wild, Mix::LowResolution }) {
-        for (const int count : { 1, 2, 3, 4, 5, 7, 12, 53, 160, 250 }) {
-            for (const int days : { 1, 3, 30 }) {
+    for (const Mix mix : {Mix::Landscape, Mix::Mixed, Mix::Wild, Mix::LowResolution}) {
+        for (const int count : {1, 2, 3, 4, 5, 7, 12, 53, 160, 250}) {
+            for (const int days : {1, 3, 30}) {
                 if (days <= count)
                     QTest::addRow("%d photos, %d days, mix %d", count, days, int(mix)) << count << days << int(mix);
             }
@@ -99,17 +100,17 @@ void tst_NyBookComposer::everyPhotoOnceAndInOrder()
     const QRectF inside = QRectF(QPointF(0, 0), project.pageSizeMm).adjusted(margin, margin, -margin, -margin);
     constexpr double slack = 1e-6;
     qsizetype next = 0;
-    for (const NyBookPage& page : project.pages) {
+    for (const NyBookPage &page : project.pages) {
         QVERIFY(!page.photos.isEmpty() && page.photos.size() <= NyPageLayout::MaximumPhotos);
         QSet<QDate> daysOnPage;
         QList<QRectF> taken;
-        for (const NyBookText& text : page.texts) {
+        for (const NyBookText &text : page.texts) {
             QVERIFY(inside.adjusted(-slack, -slack, slack, slack).contains(text.rectMm));
             taken.append(text.rectMm);
         }
         const bool newDay = next == 0 || facts.at(next).captureTime.date() != facts.at(next - 1).captureTime.date();
         QCOMPARE(page.texts.size(), days > 1 && newDay ? 1 : 0);
-        for (const NyPlacedFoto& foto : page.photos) {
+        for (const NyPlacedFoto &foto : page.photos) {
             QCOMPARE(foto.url, facts.at(next).url);
             daysOnPage.insert(facts.at(next).captureTime.date());
             ++next;
@@ -117,7 +118,7 @@ void tst_NyBookComposer::everyPhotoOnceAndInOrder()
             QVERIFY(std::abs(foto.rectMm.width() / foto.rectMm.height() / foto.shownAspectRatio() - 1) < 0.005);
             QVERIFY(foto.printedDpi() >= NyPageLayout::MinimumDpi - slack);
             QCOMPARE(foto.crop, QRectF(0, 0, 1, 1));
-            for (const QRectF& other : std::as_const(taken))
+            for (const QRectF &other : std::as_const(taken))
                 QVERIFY(!other.adjusted(slack, slack, -slack, -slack).intersects(foto.rectMm));
             taken.append(foto.rectMm);
         }
@@ -129,8 +130,8 @@ void tst_NyBookComposer::everyPhotoOnceAndInOrder()
 
 void tst_NyBookComposer::aboutFourPhotosOnASpread()
 {
-    for (const Mix mix : { Mix::Landscape, Mix::Mixed }) {
-        for (const int count : { 60, 120, 160 }) {
+    for (const Mix mix : {Mix::Landscape, Mix::Mixed}) {
+        for (const int count : {60, 120, 160}) {
             const NyBookProject project = book(photos(count, 5, mix));
             const double perSpread = 2.0 * count / double(project.pages.size());
             QVERIFY2(perSpread > 3.3 && perSpread < 5.0, qPrintable(QString::number(perSpread)));
@@ -162,14 +163,14 @@ void tst_NyBookComposer::pagesAreEvenWhereDaysAllow()
 void tst_NyBookComposer::heroesStandOut()
 {
     QList<NyFotoFacts> facts = photos(40, 1, Mix::Landscape);
-    for (NyFotoFacts& fact : facts)
+    for (NyFotoFacts &fact : facts)
         fact.sharpness = fact.exposure = 0.3;
     facts[20].sharpness = facts[20].exposure = 1;
     const NyBookProject project = book(facts);
     double heroWidth = 0;
     double widest = 0;
-    for (const NyBookPage& page : project.pages) {
-        for (const NyPlacedFoto& foto : page.photos) {
+    for (const NyBookPage &page : project.pages) {
+        for (const NyPlacedFoto &foto : page.photos) {
             widest = std::max(widest, foto.rectMm.width());
             if (foto.url == facts.at(20).url)
                 heroWidth = foto.rectMm.width();
@@ -181,17 +182,16 @@ void tst_NyBookComposer::heroesStandOut()
 
 void tst_NyBookComposer::headingsOnlyForSeveralDays()
 {
-    const auto headings = [](const NyBookProject& project) {
+    const auto headings = [](const NyBookProject &project) {
         QStringList words;
-        for (const NyBookPage& page : project.pages) {
-            for (const NyBookText& text : page.texts)
+        for (const NyBookPage &page : project.pages) {
+            for (const NyBookText &text : page.texts)
                 words.append(text.text);
         }
         return words;
     };
     QCOMPARE(headings(book(photos(10, 1, Mix::Landscape))), QStringList());
-    QCOMPARE(headings(book(photos(10, 2, Mix::Landscape))),
-        QStringList({ u"Montag, 1. Juli 2024"_s, u"Dienstag, 2. Juli 2024"_s }));
+    QCOMPARE(headings(book(photos(10, 2, Mix::Landscape))), QStringList({u"Montag, 1. Juli 2024"_s, u"Dienstag, 2. Juli 2024"_s}));
 }
 
 void tst_NyBookComposer::coverTakesTheStrongestSharpPhoto()
@@ -206,7 +206,7 @@ void tst_NyBookComposer::coverTakesTheStrongestSharpPhoto()
     facts[2].sharpness = 0.5;
     facts[2].exposure = 0.2;
     QCOMPARE(NyBookComposer::coverPhoto(facts), 1);
-    for (NyFotoFacts& fact : facts)
+    for (NyFotoFacts &fact : facts)
         fact.sharpness = 0.1;
     QCOMPARE(NyBookComposer::coverPhoto(facts), 0);
     QCOMPARE(book(facts).cover.photos.first().url, facts.first().url);
@@ -214,7 +214,7 @@ void tst_NyBookComposer::coverTakesTheStrongestSharpPhoto()
 
 void tst_NyBookComposer::coverTextNeverOverThePhoto()
 {
-    for (const QSize& size : { QSize(4000, 3000), QSize(3000, 4000), QSize(10000, 1000), QSize(1000, 10000), QSize(64, 64) }) {
+    for (const QSize &size : {QSize(4000, 3000), QSize(3000, 4000), QSize(10000, 1000), QSize(1000, 10000), QSize(64, 64)}) {
         QList<NyFotoFacts> facts = photos(1, 1, Mix::Landscape);
         facts[0].sizePx = size;
         const NyBookProject project = book(facts);
@@ -222,7 +222,7 @@ void tst_NyBookComposer::coverTextNeverOverThePhoto()
         const QRectF photo = project.cover.photos.first().rectMm;
         QVERIFY(paper.contains(photo));
         QCOMPARE(project.cover.texts.size(), 2);
-        for (const NyBookText& text : project.cover.texts) {
+        for (const NyBookText &text : project.cover.texts) {
             QVERIFY(paper.contains(text.rectMm));
             QVERIFY(!text.rectMm.intersects(photo));
         }

@@ -6,7 +6,8 @@
 using namespace Qt::Literals::StringLiterals;
 using Picture = NyBookRenderer::Picture;
 
-namespace {
+namespace
+{
 
 NyDesignStyle testStyle()
 {
@@ -20,7 +21,7 @@ NyDesignStyle testStyle()
 }
 
 /** Left half red, right half blue; upper half bright, lower half dark. */
-QImage fourFields(const QSize& size)
+QImage fourFields(const QSize &size)
 {
     QImage image(size, QImage::Format_RGB32);
     QPainter painter(&image);
@@ -33,7 +34,7 @@ QImage fourFields(const QSize& size)
     return image;
 }
 
-NyPlacedFoto photo(const QRectF& rectMm)
+NyPlacedFoto photo(const QRectF &rectMm)
 {
     NyPlacedFoto foto;
     foto.url = QUrl(u"file:///p/a.jpg"_s);
@@ -58,10 +59,10 @@ private Q_SLOTS:
     void coverImage();
 
 private:
-    QImage paint(const NyBookPage& page, NyBookRenderer::PageKind kind, const NyBookRenderer::PictureSource& source);
+    QImage paint(const NyBookPage &page, NyBookRenderer::PageKind kind, const NyBookRenderer::PictureSource &source);
 };
 
-QImage tst_NyBookRenderer::paint(const NyBookPage& page, NyBookRenderer::PageKind kind, const NyBookRenderer::PictureSource& source)
+QImage tst_NyBookRenderer::paint(const NyBookPage &page, NyBookRenderer::PageKind kind, const NyBookRenderer::PictureSource &source)
 {
     QImage image(560, 420, QImage::Format_RGB32);
     QPainter painter(&image);
@@ -73,9 +74,10 @@ QImage tst_NyBookRenderer::paint(const NyBookPage& page, NyBookRenderer::PageKin
 void tst_NyBookRenderer::paintsPhotoWhereItLies()
 {
     NyBookPage page;
-    page.photos = { photo(QRectF(100, 60, 80, 60)) };
-    const QImage image = paint(page, NyBookRenderer::PageKind::Inner,
-        [](const QUrl&, const QSize& box) { return Picture { Picture::State::Ready, fourFields(box) }; });
+    page.photos = {photo(QRectF(100, 60, 80, 60))};
+    const QImage image = paint(page, NyBookRenderer::PageKind::Inner, [](const QUrl &, const QSize &box) {
+        return Picture{Picture::State::Ready, fourFields(box)};
+    });
     QCOMPARE(image.pixelColor(190, 200), testStyle().pageBackground);
     QCOMPARE(image.pixelColor(370, 200), testStyle().pageBackground);
     QCOMPARE(image.pixelColor(210, 130), QColor(255, 0, 0));
@@ -87,9 +89,9 @@ void tst_NyBookRenderer::paintsPhotoWhereItLies()
 void tst_NyBookRenderer::turnsAndCrops()
 {
     NyBookPage page;
-    page.photos = { photo(QRectF(100, 60, 60, 80)) };
+    page.photos = {photo(QRectF(100, 60, 60, 80))};
     page.photos[0].rotationDegrees = 90;
-    const auto source = [](const QUrl&, const QSize& box) { return Picture { Picture::State::Ready, fourFields(box) }; };
+    const auto source = [](const QUrl &, const QSize &box) { return Picture{Picture::State::Ready, fourFields(box)}; };
     QImage image = paint(page, NyBookRenderer::PageKind::Inner, source);
     // Clockwise: the lower left corner comes up.
     QCOMPARE(image.pixelColor(210, 130), QColor(120, 0, 0));
@@ -128,8 +130,8 @@ void tst_NyBookRenderer::asksForThePixelsItNeeds()
 void tst_NyBookRenderer::missingAndLoading()
 {
     NyBookPage page;
-    page.photos = { photo(QRectF(100, 60, 80, 60)) };
-    const QImage missing = paint(page, NyBookRenderer::PageKind::Inner, [](const QUrl&, const QSize&) { return Picture(); });
+    page.photos = {photo(QRectF(100, 60, 80, 60))};
+    const QImage missing = paint(page, NyBookRenderer::PageKind::Inner, [](const QUrl &, const QSize &) { return Picture(); });
     QCOMPARE(missing.pixelColor(206, 126), QColor(0xdc, 0xdc, 0xdc));
     int dark = 0;
     for (int y = 122; y < 238; ++y) {
@@ -137,8 +139,9 @@ void tst_NyBookRenderer::missingAndLoading()
             dark += missing.pixelColor(x, y).lightness() < 130 ? 1 : 0;
     }
     QVERIFY2(dark > 40, "the file's name is not written");
-    const QImage loading = paint(page, NyBookRenderer::PageKind::Inner,
-        [](const QUrl&, const QSize&) { return Picture { Picture::State::Loading, QImage() }; });
+    const QImage loading = paint(page, NyBookRenderer::PageKind::Inner, [](const QUrl &, const QSize &) {
+        return Picture{Picture::State::Loading, QImage()};
+    });
     QVERIFY(loading.pixelColor(280, 180) != testStyle().pageBackground);
     QVERIFY(loading.pixelColor(280, 180) != missing.pixelColor(206, 126));
 }
@@ -162,8 +165,8 @@ void tst_NyBookRenderer::textIsDrawnInsideItsRectangle()
     title.text = text;
     title.rectMm = QRectF(40, 100, 200, 24);
     title.fontSizePt = 34;
-    page.texts = { title };
-    const QImage image = paint(page, NyBookRenderer::PageKind::Cover, [](const QUrl&, const QSize&) { return Picture(); });
+    page.texts = {title};
+    const QImage image = paint(page, NyBookRenderer::PageKind::Cover, [](const QUrl &, const QSize &) { return Picture(); });
     int inside = 0;
     int outside = 0;
     // Accents and descenders may reach a little over.

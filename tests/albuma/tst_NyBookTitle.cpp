@@ -21,7 +21,7 @@ private Q_SLOTS:
 void tst_NyBookTitle::eventName_data()
 {
     QTest::addColumn<QString>("expected");
-    const auto row = [](const QString& name, const QString& expected) { QTest::newRow(qPrintable(name)) << expected; };
+    const auto row = [](const QString &name, const QString &expected) { QTest::newRow(qPrintable(name)) << expected; };
     row(u"2024-07-12 Toskana"_s, u"Toskana"_s);
     row(u"Toskana 2024"_s, u"Toskana"_s);
     row(u"2024_07_12_Toskana_Urlaub"_s, u"Toskana Urlaub"_s);
@@ -88,7 +88,7 @@ void tst_NyBookTitle::dateRange_data()
     QTest::addColumn<QDate>("from");
     QTest::addColumn<QDate>("to");
     QTest::addColumn<QString>("expected");
-    const auto row = [](const QDate& from, const QDate& to, const QString& expected) {
+    const auto row = [](const QDate &from, const QDate &to, const QString &expected) {
         QTest::newRow(qPrintable(from.toString(Qt::ISODate) + u" "_s + to.toString(Qt::ISODate))) << from << to << expected;
     };
     row(QDate(2024, 7, 12), QDate(2024, 7, 12), u"12. Juli 2024"_s);
@@ -126,16 +126,15 @@ void tst_NyBookTitle::forBook_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("subtitle");
     const QString dates = u"12. – 26. März 2024"_s;
-    QTest::newRow("event") << QStringList { u"/p/2024/Toskana 2024"_s } << QStringList { u"vacation"_s } << u"Toskana"_s << dates;
-    QTest::newRow("days below the event") << QStringList { u"/p/2024/Toskana/Tag 1"_s, u"/p/2024/Toskana/Tag 2"_s } << QStringList()
+    QTest::newRow("event") << QStringList{u"/p/2024/Toskana 2024"_s} << QStringList{u"vacation"_s} << u"Toskana"_s << dates;
+    QTest::newRow("days below the event") << QStringList{u"/p/2024/Toskana/Tag 1"_s, u"/p/2024/Toskana/Tag 2"_s} << QStringList()
                                           << u"Toskana"_s << dates;
-    QTest::newRow("technical below the event") << QStringList { u"/p/Toskana/100CANON"_s } << QStringList() << u"Toskana"_s << dates;
-    QTest::newRow("prefix of names") << QStringList { u"/p/Rom/Abend"_s, u"/p/Roma/Abend"_s } << QStringList { u"city"_s }
-                                     << u"Städtereise"_s << dates;
-    QTest::newRow("year, occasion") << QStringList { u"/p/2024"_s } << QStringList { u"unknown"_s, u"wedding"_s } << u"Hochzeit"_s
-                                    << dates;
-    QTest::newRow("pictures home") << QStringList { u"/p"_s } << QStringList() << dates << u"Unsere schönsten Momente"_s;
-    QTest::newRow("above the pictures home") << QStringList { u"/p/a"_s, u"/elsewhere/b"_s } << QStringList() << dates
+    QTest::newRow("technical below the event") << QStringList{u"/p/Toskana/100CANON"_s} << QStringList() << u"Toskana"_s << dates;
+    QTest::newRow("prefix of names") << QStringList{u"/p/Rom/Abend"_s, u"/p/Roma/Abend"_s} << QStringList{u"city"_s} << u"Städtereise"_s
+                                     << dates;
+    QTest::newRow("year, occasion") << QStringList{u"/p/2024"_s} << QStringList{u"unknown"_s, u"wedding"_s} << u"Hochzeit"_s << dates;
+    QTest::newRow("pictures home") << QStringList{u"/p"_s} << QStringList() << dates << u"Unsere schönsten Momente"_s;
+    QTest::newRow("above the pictures home") << QStringList{u"/p/a"_s, u"/elsewhere/b"_s} << QStringList() << dates
                                              << u"Unsere schönsten Momente"_s;
     QTest::newRow("no folder") << QStringList() << QStringList() << dates << u"Unsere schönsten Momente"_s;
 }
@@ -144,8 +143,7 @@ void tst_NyBookTitle::forBook()
 {
     QFETCH(QStringList, folders);
     QFETCH(QStringList, occasions);
-    const NyBookTitle::Result words
-        = NyBookTitle::forBook(folders, u"/p/"_s, occasions, QDate(2024, 3, 12), QDate(2024, 3, 26));
+    const NyBookTitle::Result words = NyBookTitle::forBook(folders, u"/p/"_s, occasions, QDate(2024, 3, 12), QDate(2024, 3, 26));
     QTEST(words.title, "title");
     QTEST(words.subtitle, "subtitle");
     QVERIFY(!NyBookTitle::forBook({}, QString(), {}, QDate(), QDate()).title.isEmpty());

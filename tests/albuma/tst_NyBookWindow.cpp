@@ -34,8 +34,8 @@ private Q_SLOTS:
     void cacheLoadsOnceAndLarger();
 
 private:
-    NyBookProject project(int pages, const QString& photo) const;
-    QColor middleOfFirstPhoto(NySpreadView* view) const;
+    NyBookProject project(int pages, const QString &photo) const;
+    QColor middleOfFirstPhoto(NySpreadView *view) const;
 
     QTemporaryDir m_dir;
     QString m_photo;
@@ -49,7 +49,7 @@ void tst_NyBookWindow::initTestCase()
     QVERIFY(PaintedPictures::write(m_photo, image));
 }
 
-NyBookProject tst_NyBookWindow::project(int pages, const QString& photo) const
+NyBookProject tst_NyBookWindow::project(int pages, const QString &photo) const
 {
     NyBookProject project;
     project.title = u"Toskana & <b>Rom</b>"_s;
@@ -57,14 +57,14 @@ NyBookProject tst_NyBookWindow::project(int pages, const QString& photo) const
     NyPlacedFoto foto;
     foto.url = QUrl::fromLocalFile(photo);
     foto.rectMm = QRectF(40, 45, 160, 120);
-    project.cover.photos = { foto };
+    project.cover.photos = {foto};
     for (int i = 0; i < pages; ++i)
-        project.pages.append(NyBookPage { { foto }, {} });
+        project.pages.append(NyBookPage{{foto}, {}});
     return project;
 }
 
 /** Colour at the middle of the left page's photo, of spread 1 and after. */
-QColor tst_NyBookWindow::middleOfFirstPhoto(NySpreadView* view) const
+QColor tst_NyBookWindow::middleOfFirstPhoto(NySpreadView *view) const
 {
     const QImage shot = view->grab().toImage();
     const double unitsPerMm = std::min((shot.width() - 56) / 560.0, (shot.height() - 56) / 210.0);
@@ -77,8 +77,8 @@ void tst_NyBookWindow::pagesWithTheKeyboard()
     NyBookWindow window(project(5, m_photo), NyDesignStyle(), NyLoadWarnings::Suppress);
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
-    NySpreadView* view = window.view();
-    auto* position = window.findChild<QLabel*>(u"position"_s);
+    NySpreadView *view = window.view();
+    auto *position = window.findChild<QLabel *>(u"position"_s);
     QCOMPARE(view->spreadCount(), 4);
     QCOMPARE(position->text(), u"Titel"_s);
     QTest::keyClick(view, Qt::Key_Left);
@@ -124,8 +124,8 @@ void tst_NyBookWindow::pagesWithTheButtons()
     NyBookWindow window(project(2, m_photo), NyDesignStyle(), NyLoadWarnings::Suppress);
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    auto* previous = window.findChild<QPushButton*>(u"previous"_s);
-    auto* next = window.findChild<QPushButton*>(u"next"_s);
+    auto *previous = window.findChild<QPushButton *>(u"previous"_s);
+    auto *next = window.findChild<QPushButton *>(u"next"_s);
     QVERIFY(!previous->isEnabled());
     QVERIFY(next->isEnabled());
     QTest::mouseClick(next, Qt::LeftButton);
@@ -134,7 +134,7 @@ void tst_NyBookWindow::pagesWithTheButtons()
     QVERIFY(!next->isEnabled());
     QTest::mouseClick(previous, Qt::LeftButton);
     QCOMPARE(window.view()->spread(), 0);
-    QCOMPARE(window.findChild<QLabel*>(u"title"_s)->text(), u"Toskana & <b>Rom</b>"_s);
+    QCOMPARE(window.findChild<QLabel *>(u"title"_s)->text(), u"Toskana & <b>Rom</b>"_s);
     QVERIFY(window.windowTitle().contains(u"VELMORA ALBUMA"_s));
 }
 
@@ -149,8 +149,8 @@ void tst_NyBookWindow::pagesWithWheelAndMouse()
     QTest::mouseClick(&view, Qt::LeftButton, {}, QPoint(100, 200));
     QCOMPARE(view.spread(), 0);
     const auto turn = [&](int delta) {
-        QWheelEvent event(QPointF(10, 10), QPointF(10, 10), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
-            Qt::NoScrollPhase, false);
+        QWheelEvent event(
+            QPointF(10, 10), QPointF(10, 10), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&view, &event);
     };
     turn(-60);
@@ -191,7 +191,7 @@ void tst_NyBookWindow::warnsAboutMissingPhotos()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"verschwunden\\.jpg"_s));
     NyBookWindow window(project(1, missing), NyDesignStyle(), NyLoadWarnings::Show);
     window.show();
-    auto* warning = window.findChild<QLabel*>(u"warning"_s);
+    auto *warning = window.findChild<QLabel *>(u"warning"_s);
     QTRY_VERIFY(warning->isVisible());
     QVERIFY(warning->text().contains(u"verschwunden.jpg"_s));
     QTRY_VERIFY(window.view()->isComplete());
@@ -205,7 +205,7 @@ void tst_NyBookWindow::suppressesWarnings()
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     window.view()->grab();
     QTRY_VERIFY(window.view()->isComplete());
-    QVERIFY(!window.findChild<QLabel*>(u"warning"_s)->isVisible());
+    QVERIFY(!window.findChild<QLabel *>(u"warning"_s)->isVisible());
 }
 
 void tst_NyBookWindow::emptyBook()
@@ -248,7 +248,7 @@ void tst_NyBookWindow::brokenProjectShowsTheReason()
     NyAlbumaWindows windows(NyLoadWarnings::Suppress);
     windows.openProject(path);
     QVERIFY(!windows.bookWindow());
-    auto* error = windows.startWindow()->findChild<QLabel*>(u"error"_s);
+    auto *error = windows.startWindow()->findChild<QLabel *>(u"error"_s);
     QVERIFY(error->isVisible());
     QVERIFY(error->text().contains(path));
 }
@@ -258,7 +258,7 @@ void tst_NyBookWindow::cacheLoadsOnceAndLarger()
     NyFotoImageCache cache;
     const QSignalSpy changes(&cache, &NyFotoImageCache::changed);
     const QUrl url = QUrl::fromLocalFile(m_photo);
-    const auto ask = [&](const QSize& box) { return cache.picture(url, box, NyFotoImageCache::Urgency::Visible); };
+    const auto ask = [&](const QSize &box) { return cache.picture(url, box, NyFotoImageCache::Urgency::Visible); };
     QVERIFY(ask(QSize(200, 150)).state == NyBookRenderer::Picture::State::Loading);
     QVERIFY(ask(QSize(200, 150)).state == NyBookRenderer::Picture::State::Loading);
     QTRY_COMPARE(changes.count(), 1);

@@ -98,10 +98,10 @@ void tst_NyFotoAnalyser::aClockThatCannotBeRightIsNotBelieved()
 
 void tst_NyFotoAnalyser::aStampIsTiny()
 {
-    const auto flawOf = [&](const QSize& size) {
+    const auto flawOf = [&](const QSize &size) {
         const QString path = m_dir.filePath(u"stamp.jpg"_s);
         return PaintedPictures::write(path, PaintedPictures::painted(size, 4)) ? NyFotoAnalyser::analyse(NyFoto(QFileInfo(path))).flaw
-                                                                           : NyFotoFacts::Flaw::Unreadable;
+                                                                               : NyFotoFacts::Flaw::Unreadable;
     };
     QVERIFY(flawOf(QSize(160, 120)) == NyFotoFacts::Flaw::Tiny);
     QVERIFY(flawOf(QSize(75, 100)) == NyFotoFacts::Flaw::Tiny);
@@ -141,7 +141,7 @@ void tst_NyFotoAnalyser::unreadable()
 void tst_NyFotoAnalyser::poorPhotos()
 {
     using Flaw = NyFotoFacts::Flaw;
-    const auto flawOf = [&](const QImage& image, int rating = 0) {
+    const auto flawOf = [&](const QImage &image, int rating = 0) {
         PaintedPictures::MetaData metaData;
         metaData.rating = rating;
         const QString path = m_dir.filePath(u"poor.jpg"_s);
@@ -163,7 +163,7 @@ void tst_NyFotoAnalyser::poorPhotos()
 void tst_NyFotoAnalyser::screenshots_data()
 {
     QTest::addColumn<bool>("isScreenshot");
-    const auto row = [](const QString& path, bool isScreenshot) { QTest::newRow(qPrintable(path)) << isScreenshot; };
+    const auto row = [](const QString &path, bool isScreenshot) { QTest::newRow(qPrintable(path)) << isScreenshot; };
     row(u"/p/Screenshot_20240712-101112.png"_s, true);
     row(u"/p/Screenshot 2024-07-12 at 10.11.12.jpg"_s, true);
     row(u"/p/Bildschirmfoto vom 2024-07-12 10-11-12.png"_s, true);

@@ -6,7 +6,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
 /** Alternating halves keep the hashes of different numbers more than 8 bits apart. */
 quint64 distinctHash(int number)
@@ -15,7 +16,7 @@ quint64 distinctHash(int number)
     return random.generate64();
 }
 
-NyFotoFacts photo(int number, const QDateTime& time, double sharpness = 0.8)
+NyFotoFacts photo(int number, const QDateTime &time, double sharpness = 0.8)
 {
     NyFotoFacts facts;
     facts.url = QUrl(u"file:///p/%1.jpg"_s.arg(number, 4, 10, QLatin1Char('0')));
@@ -33,10 +34,10 @@ QDateTime at(int day, int hour, int minute = 0, int second = 0)
     return QDateTime(QDate(2024, 7, day), QTime(hour, minute, second));
 }
 
-QStringList names(const NyFotoSelection::Result& result)
+QStringList names(const NyFotoSelection::Result &result)
 {
     QStringList list;
-    for (const NyFotoFacts& facts : result.photos)
+    for (const NyFotoFacts &facts : result.photos)
         list.append(facts.url.fileName());
     return list;
 }
@@ -64,14 +65,14 @@ void tst_NyFotoSelection::nothing()
 {
     const NyFotoSelection::Result result = NyFotoSelection::select({}, 10);
     QVERIFY(result.photos.isEmpty());
-    QVERIFY(NyFotoSelection::select({ NyFotoFacts() }, 10).photos.isEmpty());
+    QVERIFY(NyFotoSelection::select({NyFotoFacts()}, 10).photos.isEmpty());
 }
 
 void tst_NyFotoSelection::isChronological()
 {
-    const NyFotoSelection::Result result = NyFotoSelection::select(
-        { photo(1, at(3, 10)), photo(2, at(1, 10)), photo(3, at(2, 10)), photo(4, at(1, 9)) }, 10);
-    QCOMPARE(names(result), QStringList({ u"0004.jpg"_s, u"0002.jpg"_s, u"0003.jpg"_s, u"0001.jpg"_s }));
+    const NyFotoSelection::Result result
+        = NyFotoSelection::select({photo(1, at(3, 10)), photo(2, at(1, 10)), photo(3, at(2, 10)), photo(4, at(1, 9))}, 10);
+    QCOMPARE(names(result), QStringList({u"0004.jpg"_s, u"0002.jpg"_s, u"0003.jpg"_s, u"0001.jpg"_s}));
 }
 
 void tst_NyFotoSelection::leavesOutFlawedPhotos()
@@ -84,7 +85,7 @@ void tst_NyFotoSelection::leavesOutFlawedPhotos()
     photos[2].flaw = NyFotoFacts::Flaw::Blank;
     photos[3].flaw = NyFotoFacts::Flaw::Blurred;
     const NyFotoSelection::Result result = NyFotoSelection::select(photos, 10);
-    QCOMPARE(names(result), QStringList({ u"0004.jpg"_s }));
+    QCOMPARE(names(result), QStringList({u"0004.jpg"_s}));
     QCOMPARE(result.unreadable, 1);
     QCOMPARE(result.screenshots, 1);
     QCOMPARE(result.unusable, 2);
@@ -92,11 +93,11 @@ void tst_NyFotoSelection::leavesOutFlawedPhotos()
 
 void tst_NyFotoSelection::keepsTheBestOfABlurredDay()
 {
-    QList<NyFotoFacts> photos { photo(1, at(1, 10)), photo(2, at(2, 10), 0.1), photo(3, at(2, 11), 0.2), photo(4, at(3, 10)) };
+    QList<NyFotoFacts> photos{photo(1, at(1, 10)), photo(2, at(2, 10), 0.1), photo(3, at(2, 11), 0.2), photo(4, at(3, 10))};
     photos[1].flaw = NyFotoFacts::Flaw::Tiny;
     photos[2].flaw = NyFotoFacts::Flaw::Blurred;
     const NyFotoSelection::Result result = NyFotoSelection::select(photos, 10);
-    QCOMPARE(names(result), QStringList({ u"0001.jpg"_s, u"0003.jpg"_s, u"0004.jpg"_s }));
+    QCOMPARE(names(result), QStringList({u"0001.jpg"_s, u"0003.jpg"_s, u"0004.jpg"_s}));
     QCOMPARE(result.unusable, 1);
 }
 
@@ -119,7 +120,7 @@ void tst_NyFotoSelection::nearDuplicateLimits()
     NyFotoFacts weak = photo(1, at(1, 10), 0.3);
     NyFotoFacts strong = photo(2, at(1, 10).addSecs(seconds), 0.9);
     strong.differenceHash = weak.differenceHash ^ ((Q_UINT64_C(1) << bits) - 1);
-    const NyFotoSelection::Result result = NyFotoSelection::select({ weak, strong }, 10);
+    const NyFotoSelection::Result result = NyFotoSelection::select({weak, strong}, 10);
     QTEST(int(result.photos.size()), "kept");
     QCOMPARE(result.nearDuplicates, 2 - int(result.photos.size()));
     QCOMPARE(result.photos.last().url, strong.url);
@@ -133,10 +134,10 @@ void tst_NyFotoSelection::bestOfEveryMomentFirst()
         photos.append(photo(i, at(1, 10, 0, i * 10), 0.9 - i * 0.01));
     for (int i = 5; i < 8; ++i)
         photos.append(photo(i, at(1, 10, 10, i * 5), 0.3 + i * 0.01));
-    QCOMPARE(names(NyFotoSelection::select(photos, 2)), QStringList({ u"0000.jpg"_s, u"0007.jpg"_s }));
-    QCOMPARE(names(NyFotoSelection::select(photos, 3)), QStringList({ u"0000.jpg"_s, u"0001.jpg"_s, u"0007.jpg"_s }));
+    QCOMPARE(names(NyFotoSelection::select(photos, 2)), QStringList({u"0000.jpg"_s, u"0007.jpg"_s}));
+    QCOMPARE(names(NyFotoSelection::select(photos, 3)), QStringList({u"0000.jpg"_s, u"0001.jpg"_s, u"0007.jpg"_s}));
     const NyFotoSelection::Result result = NyFotoSelection::select(photos, 4);
-    QCOMPARE(names(result), QStringList({ u"0000.jpg"_s, u"0001.jpg"_s, u"0006.jpg"_s, u"0007.jpg"_s }));
+    QCOMPARE(names(result), QStringList({u"0000.jpg"_s, u"0001.jpg"_s, u"0006.jpg"_s, u"0007.jpg"_s}));
     QCOMPARE(result.surplus, 4);
 }
 
@@ -147,10 +148,10 @@ void tst_NyFotoSelection::neverAnEmptyDay()
         photos.append(photo(i, at(1, 8 + i / 2, (i % 2) * 30), 0.9));
     for (int day = 2; day <= 6; ++day)
         photos.append(photo(100 + day, at(day, 12), 0.1));
-    for (const int limit : { 0, 3, 6, 10 }) {
+    for (const int limit : {0, 3, 6, 10}) {
         const NyFotoSelection::Result result = NyFotoSelection::select(photos, limit);
         QSet<QDate> days;
-        for (const NyFotoFacts& facts : result.photos)
+        for (const NyFotoFacts &facts : result.photos)
             days.insert(facts.captureTime.date());
         QCOMPARE(days.size(), 6);
         QCOMPARE(result.photos.size(), std::max(6, limit));
@@ -162,7 +163,7 @@ void tst_NyFotoSelection::nearDuplicateAcrossMidnightKeepsItsDay()
     NyFotoFacts before = photo(1, QDateTime(QDate(2024, 7, 1), QTime(23, 59, 30)), 0.9);
     NyFotoFacts after = photo(2, QDateTime(QDate(2024, 7, 2), QTime(0, 0, 30)), 0.5);
     after.differenceHash = before.differenceHash;
-    const NyFotoSelection::Result result = NyFotoSelection::select({ before, after }, 10);
+    const NyFotoSelection::Result result = NyFotoSelection::select({before, after}, 10);
     QCOMPARE(result.photos.size(), 2);
     QCOMPARE(result.nearDuplicates, 0);
 }
@@ -173,7 +174,7 @@ void tst_NyFotoSelection::wallClockDecidesNotUtc()
     const NyFotoFacts berlin = photo(1, QDateTime(QDate(2024, 7, 1), QTime(12, 0), Qt::OffsetFromUTC, 7200));
     const NyFotoFacts tokyo = photo(2, QDateTime(QDate(2024, 7, 1), QTime(18, 0), Qt::OffsetFromUTC, 32400));
     QVERIFY(tokyo.captureTime < berlin.captureTime);
-    QCOMPARE(names(NyFotoSelection::select({ tokyo, berlin }, 10)), QStringList({ u"0001.jpg"_s, u"0002.jpg"_s }));
+    QCOMPARE(names(NyFotoSelection::select({tokyo, berlin}, 10)), QStringList({u"0001.jpg"_s, u"0002.jpg"_s}));
 }
 
 void tst_NyFotoSelection::doesNotDependOnInputOrder()

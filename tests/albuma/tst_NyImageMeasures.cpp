@@ -8,22 +8,23 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
+namespace
+{
 
-QImage blurred(const QImage& image, int factor)
+QImage blurred(const QImage &image, int factor)
 {
     const QImage small = image.scaled(image.size() / factor, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return small.scaled(image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-QImage plain(const QColor& color)
+QImage plain(const QColor &color)
 {
     QImage image(400, 300, QImage::Format_RGB32);
     image.fill(color);
     return image;
 }
 
-int distance(const QImage& a, const QImage& b)
+int distance(const QImage &a, const QImage &b)
 {
     return std::popcount(NyImageMeasures::measure(a).differenceHash ^ NyImageMeasures::measure(b).differenceHash);
 }
@@ -157,7 +158,7 @@ void tst_NyImageMeasures::flatness()
 
 void tst_NyImageMeasures::oddImages()
 {
-    for (const QSize& size : { QSize(1, 1), QSize(2, 500), QSize(5000, 3), QSize(37, 37), QSize(38, 38) }) {
+    for (const QSize &size : {QSize(1, 1), QSize(2, 500), QSize(5000, 3), QSize(37, 37), QSize(38, 38)}) {
         QImage image(size, QImage::Format_ARGB32);
         image.fill(QColor(10, 200, 30, 128));
         const NyImageMeasures::Result result = NyImageMeasures::measure(image);

@@ -76,21 +76,22 @@ void tst_ProposalRoad::offered()
 
     const Notification offer = m_server->notifications().first();
     QCOMPARE(offer.title, QStringLiteral("VELMORA ALBUMA"));
-    const QString preview = QUrl::fromLocalFile(service.proposalFolder() + QLatin1Char('/') + firstProposal() + QStringLiteral(".png")).toString();
+    const QString preview
+        = QUrl::fromLocalFile(service.proposalFolder() + QLatin1Char('/') + firstProposal() + QStringLiteral(".png")).toString();
     QCOMPARE(offer.body,
-             QStringLiteral("Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt.<br><center><img src=\"%1\" ></center>").arg(preview));
+        QStringLiteral("Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt.<br><center><img src=\"%1\" ></center>")
+            .arg(preview));
     QCOMPARE(offer.actions,
-             (QStringList{QStringLiteral("show:") + firstProposal(),
-                          QStringLiteral("Jetzt ansehen"),
-                          QStringLiteral("reschedule:") + firstProposal(),
-                          QStringLiteral("Später ansehen")}));
+        (QStringList{QStringLiteral("show:") + firstProposal(), QStringLiteral("Jetzt ansehen"),
+            QStringLiteral("reschedule:") + firstProposal(), QStringLiteral("Später ansehen")}));
     QCOMPARE(offer.timeoutMs, 0);
 
     QCOMPARE(service.proposals(), QStringList{firstProposal()});
     QImage image(service.proposalFolder() + QLatin1Char('/') + firstProposal() + QStringLiteral(".png"));
     QVERIFY(image.width() >= 480);
-    const QJsonObject description =
-        QJsonDocument::fromJson(readFile(service.proposalFolder() + QLatin1Char('/') + firstProposal() + QStringLiteral(".json"))).object();
+    const QJsonObject description
+        = QJsonDocument::fromJson(readFile(service.proposalFolder() + QLatin1Char('/') + firstProposal() + QStringLiteral(".json")))
+              .object();
     QVERIFY(description.value(QLatin1String("headline")).toString().contains(QStringLiteral("Hochzeit")));
     QVERIFY(description.value(QLatin1String("photoCount")).toInt() > 0);
     const qint64 created = description.value(QLatin1String("creationDateEpoch")).toInteger();
@@ -107,7 +108,7 @@ void tst_ProposalRoad::offered()
     QVERIFY2(starts.first().startsWith(QStringLiteral("startAsService VALUES:--backgroundjobs;3;--programmode;b;--proposalTargetPath;%1/%2;"
                                                       "--proposalRecommendedStyles;")
                                            .arg(service.proposalFolder(), firstProposal())),
-             qPrintable(starts.first()));
+        qPrintable(starts.first()));
     QVERIFY(!starts.first().contains(QStringLiteral("--proposalOccasions")));
 }
 
@@ -314,10 +315,12 @@ void tst_ProposalRoad::picturesHomeChanged()
     NyFotoSettings::instance().setPicturesHome(newHome);
     NyFotoSettings::instance().saveSettings();
     NyQuilloServiceController::handlePicturesHomeChange();
-    QTRY_VERIFY(service.log().contains(QStringLiteral("QUILLO_SERVICE: observing path changed from  \"%1\" to \"%2\"").arg(service.picturesHome(), newHome)));
+    QTRY_VERIFY(service.log().contains(
+        QStringLiteral("QUILLO_SERVICE: observing path changed from  \"%1\" to \"%2\"").arg(service.picturesHome(), newHome)));
     QVERIFY(!QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
     // The next check takes the observed folder from the settings again.
-    QTRY_VERIFY(service.log().contains(QStringLiteral("QUILLO_SERVICE: observing path changed from  \"%1\" to \"%2\"").arg(newHome, service.picturesHome())));
+    QTRY_VERIFY(service.log().contains(
+        QStringLiteral("QUILLO_SERVICE: observing path changed from  \"%1\" to \"%2\"").arg(newHome, service.picturesHome())));
     NyFotoSettings::instance().setPicturesHome(service.picturesHome());
     NyFotoSettings::instance().saveSettings();
 }

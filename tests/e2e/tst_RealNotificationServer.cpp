@@ -52,7 +52,10 @@ private:
         QVERIFY(writeFile(script, "#!/bin/sh\ngrep -m 1 '" + label.toUtf8() + "'\n"));
         QVERIFY(QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     }
-    static bool shownCountIs(int count) { return control({QStringLiteral("count"), QStringLiteral("displayed")}) == QByteArray::number(count); }
+    static bool shownCountIs(int count)
+    {
+        return control({QStringLiteral("count"), QStringLiteral("displayed")}) == QByteArray::number(count);
+    }
 
     QTemporaryDir m_folder;
     QProcess m_server;
@@ -63,8 +66,8 @@ void tst_RealNotificationServer::initTestCase()
     NyProgramConfig::instance().setProgramID(NyProgramID::MainProgram);
     QVERIFY(!qEnvironmentVariableIsEmpty("DISPLAY"));
     QVERIFY(writeFile(m_folder.filePath(QStringLiteral("dunstrc")),
-                      "[global]\n    dmenu = " + QFile::encodeName(m_folder.filePath(QStringLiteral("menu")))
-                          + "\n    markup = full\n    width = 400\n    notification_limit = 5\n    font = DejaVu Sans 10\n    idle_threshold = 0\n"));
+        "[global]\n    dmenu = " + QFile::encodeName(m_folder.filePath(QStringLiteral("menu")))
+            + "\n    markup = full\n    width = 400\n    notification_limit = 5\n    font = DejaVu Sans 10\n    idle_threshold = 0\n"));
 }
 
 void tst_RealNotificationServer::init()
@@ -88,12 +91,14 @@ void tst_RealNotificationServer::opened()
     control({QStringLiteral("context")});
     QTRY_COMPARE_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().size(), 1, 10000);
     QCOMPARE(ServiceUnderTest::runningMainPrograms().first().value(0), QStringLiteral("--suppressLoadWarnings"));
-    QCOMPARE(ServiceUnderTest::runningMainPrograms().first().value(1), service.proposalFolder() + QLatin1Char('/') + service.proposals().first());
+    QCOMPARE(ServiceUnderTest::runningMainPrograms().first().value(1),
+        service.proposalFolder() + QLatin1Char('/') + service.proposals().first());
     // A window of the main program is on the display.
     QTRY_VERIFY_WITH_TIMEOUT(
         [] {
             QProcess search;
-            search.start(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), QStringLiteral("VELMORA ALBUMA")});
+            search.start(QStringLiteral("xdotool"),
+                {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), QStringLiteral("VELMORA ALBUMA")});
             search.waitForFinished();
             return !search.readAllStandardOutput().trimmed().isEmpty();
         }(),

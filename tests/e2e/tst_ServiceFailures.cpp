@@ -142,7 +142,8 @@ void tst_ServiceFailures::builderWithoutResult()
     ServiceUnderTest service;
     const QString folder = service.useOwnProgramFolder();
     // Leaves something beside the proposal: the folder changes, but the project file does not come.
-    putMainProgram(folder, "#!/bin/sh\nwhile [ $# -gt 0 ]; do [ \"$1\" = --proposalTargetPath ] && echo x > \"$2.json\"; shift; done\nexit 3\n");
+    putMainProgram(
+        folder, "#!/bin/sh\nwhile [ $# -gt 0 ]; do [ \"$1\" = --proposalTargetPath ] && echo x > \"$2.json\"; shift; done\nexit 3\n");
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
     service.startQuick();
     VERIFY_LOGGED(QStringLiteral("QUILLO_SERVICE: proposal file does not exist at:"));
@@ -166,9 +167,9 @@ void tst_ServiceFailures::proposalFolderReplacedWhileTheBuilderRuns()
     ServiceUnderTest service;
     // The watched folder goes elsewhere, and the book comes into another one of the same name.
     putMainProgram(service.useOwnProgramFolder(),
-                   "#!/bin/sh\nwhile [ $# -gt 0 ]; do [ \"$1\" = --proposalTargetPath ] && book=$2; shift; done\n"
-                   "folder=$(dirname \"$book\")\n[ -e \"$folder.away\" ] || { mv \"$folder\" \"$folder.away\"; mkdir \"$folder\"; }\n"
-                   "echo book > \"$book~\"; mv \"$book~\" \"$book\"\n");
+        "#!/bin/sh\nwhile [ $# -gt 0 ]; do [ \"$1\" = --proposalTargetPath ] && book=$2; shift; done\n"
+        "folder=$(dirname \"$book\")\n[ -e \"$folder.away\" ] || { mv \"$folder\" \"$folder.away\"; mkdir \"$folder\"; }\n"
+        "echo book > \"$book~\"; mv \"$book~\" \"$book\"\n");
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
     service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(offered(service), 30000);
@@ -184,7 +185,8 @@ void tst_ServiceFailures::serviceEndsWhileTheBuilderRuns()
     const QString folder = service.useOwnProgramFolder();
     const QString idFile = QDir::homePath() + QStringLiteral("/builder.pid");
     QFile::remove(idFile);
-    putMainProgram(folder, "#!/bin/sh\necho $$ > \"$HOME/builder.pid~\"; mv \"$HOME/builder.pid~\" \"$HOME/builder.pid\"\nexec sleep 600\n");
+    putMainProgram(
+        folder, "#!/bin/sh\necho $$ > \"$HOME/builder.pid~\"; mv \"$HOME/builder.pid~\" \"$HOME/builder.pid\"\nexec sleep 600\n");
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
     service.startQuick();
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(idFile), 20000);
@@ -236,8 +238,8 @@ void tst_ServiceFailures::serverThatComesBack()
     QVERIFY(server->start());
     service.addPictures(QStringLiteral("2026-08-01 Sommerfest"), 7);
     QTRY_COMPARE_WITH_TIMEOUT(server->notifications().size(), 1, 30000);
-    QCOMPARE(server->notifications().first().body,
-             QStringLiteral("Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt."));
+    QCOMPARE(
+        server->notifications().first().body, QStringLiteral("Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt."));
 }
 
 void tst_ServiceFailures::hostileNames()
@@ -251,8 +253,9 @@ void tst_ServiceFailures::hostileNames()
     // Not UTF-8.
     const QByteArray latin1 = QFile::encodeName(service.picturesHome()) + "/M\xfcnchen";
     QCOMPARE(::mkdir(latin1.constData(), 0700), 0);
-    QVERIFY(QFile::copy(QDir(service.picturesHome() + QStringLiteral("/M\u00fcnchen")).entryInfoList(QDir::Files).first().absoluteFilePath(),
-                        QDir::homePath() + QStringLiteral("/one.jpg")));
+    QVERIFY(
+        QFile::copy(QDir(service.picturesHome() + QStringLiteral("/M\u00fcnchen")).entryInfoList(QDir::Files).first().absoluteFilePath(),
+            QDir::homePath() + QStringLiteral("/one.jpg")));
     QCOMPARE(::rename(QFile::encodeName(QDir::homePath() + QStringLiteral("/one.jpg")).constData(), (latin1 + "/\xff.jpg").constData()), 0);
     service.startQuick();
     QTRY_COMPARE_WITH_TIMEOUT(server.notifications().size(), 1, 30000);

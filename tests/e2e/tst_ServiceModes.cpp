@@ -97,7 +97,7 @@ void tst_ServiceModes::install()
     QVERIFY(readFile(entryPath()).contains("Exec=\"" + QFile::encodeName(service.binary(QStringLiteral("quilloservice"))) + "\"\n"));
     QTRY_VERIFY(autostart());
     QCOMPARE(service.eventLog(),
-             (QStringList{QStringLiteral("runService VALUES:--serviceMode;i"), QStringLiteral("setAutoStartService VALUE:1 SOURCE:service")}));
+        (QStringList{QStringLiteral("runService VALUES:--serviceMode;i"), QStringLiteral("setAutoStartService VALUE:1 SOURCE:service")}));
     service.terminate();
     QCOMPARE(service.waitForEnd(), 0);
     // Allowed from now on.
@@ -117,7 +117,7 @@ void tst_ServiceModes::uninstall()
     QVERIFY(!autostart());
     QVERIFY(QFile::exists(NyQuilloServiceController::terminationFilePath()));
     QCOMPARE(service.eventLog(),
-             (QStringList{QStringLiteral("runService VALUES:--serviceMode;u"), QStringLiteral("setAutoStartService VALUE:0 SOURCE:service")}));
+        (QStringList{QStringLiteral("runService VALUES:--serviceMode;u"), QStringLiteral("setAutoStartService VALUE:0 SOURCE:service")}));
 }
 
 void tst_ServiceModes::uninstallEndsARunningService()

@@ -27,7 +27,8 @@ public:
     QString prepare()
     {
         QProcess script;
-        script.start(QStringLiteral("/usr/bin/python3"), {QStringLiteral(ORRIN_TEST_MODELS_SCRIPT), m_folder.filePath(QStringLiteral("onnx"))});
+        script.start(
+            QStringLiteral("/usr/bin/python3"), {QStringLiteral(ORRIN_TEST_MODELS_SCRIPT), m_folder.filePath(QStringLiteral("onnx"))});
         if (!script.waitForStarted() || !script.waitForFinished(50000) || script.exitCode() != 0)
             return QStringLiteral("the models could not be written, is python3-onnx installed? ")
                 + QString::fromLocal8Bit(script.readAllStandardError()) + script.errorString();
@@ -37,13 +38,12 @@ public:
     static QJsonObject labelConfig(const QString &onnxFile)
     {
         return {{QStringLiteral("file"), onnxFile},
-                {QStringLiteral("input"),
-                 QJsonObject{{QStringLiteral("name"), QStringLiteral("pixels")},
-                             {QStringLiteral("width"), 8},
-                             {QStringLiteral("height"), 8}}},
-                {QStringLiteral("outputs"), QJsonObject{{QStringLiteral("scores"), QStringLiteral("scores")}}},
-                {QStringLiteral("activation"), QStringLiteral("none")},
-                {QStringLiteral("labels"), QJsonArray{QStringLiteral("red"), QStringLiteral("green"), QStringLiteral("blue")}}};
+            {QStringLiteral("input"),
+                QJsonObject{
+                    {QStringLiteral("name"), QStringLiteral("pixels")}, {QStringLiteral("width"), 8}, {QStringLiteral("height"), 8}}},
+            {QStringLiteral("outputs"), QJsonObject{{QStringLiteral("scores"), QStringLiteral("scores")}}},
+            {QStringLiteral("activation"), QStringLiteral("none")},
+            {QStringLiteral("labels"), QJsonArray{QStringLiteral("red"), QStringLiteral("green"), QStringLiteral("blue")}}};
     }
 
     /** Makes a model's folder below "models" of a model.json and, if it exists, the .onnx file that it names. */
@@ -77,7 +77,8 @@ private:
 };
 
 /** Keeps what was logged. */
-struct OrrinTestLog {
+struct OrrinTestLog
+{
     std::vector<std::string> warnings;
     std::vector<std::string> infos;
 
@@ -97,7 +98,8 @@ struct OrrinTestLog {
 };
 
 /** A picture in memory. */
-struct OrrinTestPicture {
+struct OrrinTestPicture
+{
     std::vector<std::uint8_t> bytes;
     int width;
     int height;

@@ -63,8 +63,9 @@ void tst_OrrinEngine::withoutModels()
 void tst_OrrinEngine::invalidView()
 {
     OrrinTestLog log;
-    Engine engine({ModelSource::inFolder(m_models.add(QStringLiteral("unused"), OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))))},
-                  {}, log.callback());
+    Engine engine(
+        {ModelSource::inFolder(m_models.add(QStringLiteral("unused"), OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))))}, {},
+        log.callback());
     QVERIFY(!engine.describe({}).isValid);
     // Nothing to look at is no reason to load a model.
     QVERIFY(engine.modelName().empty());
@@ -119,9 +120,8 @@ void tst_OrrinEngine::softmaxAndOccasions()
     QJsonObject config = OrrinTestModels::labelConfig(QStringLiteral("means.onnx"));
     config[QStringLiteral("activation")] = QStringLiteral("softmax");
     config[QStringLiteral("temperature")] = 0.5;
-    config[QStringLiteral("occasions")] =
-        QJsonObject{{QStringLiteral("red"), QStringLiteral("wedding")},
-                    {QStringLiteral("blue"), QJsonObject{{QStringLiteral("beach"), 0.5}, {QStringLiteral("wedding"), 1}}}};
+    config[QStringLiteral("occasions")] = QJsonObject{{QStringLiteral("red"), QStringLiteral("wedding")},
+        {QStringLiteral("blue"), QJsonObject{{QStringLiteral("beach"), 0.5}, {QStringLiteral("wedding"), 1}}}};
     OrrinTestLog log;
     Engine engine({ModelSource::inFolder(m_models.add(QStringLiteral("softmax"), config))}, {}, log.callback());
     const orrin::Descriptors result = engine.describe(OrrinTestPicture(9, 9, {255, 0, 0}).view());
@@ -179,10 +179,10 @@ void tst_OrrinEngine::brokenModels_data()
     QTest::newRow("cut off") << config("cutoff.onnx") << QByteArray("cutoff.onnx is no model that can be loaded: ");
     QTest::newRow("empty") << config("empty.onnx") << QByteArray("empty.onnx is no model that can be loaded: ");
     QTest::newRow("garbage") << config("garbage.onnx") << QByteArray("garbage.onnx is no model that can be loaded: ");
-    QTest::newRow("input of another size") << config("large.onnx")
-                                           << QByteArray("takes input \"pixels\" of shape [1, 3, 16, 16], but \"input\" describes [1, 3, 8, 8]");
-    QTest::newRow("input of another layout") << config("bytes.onnx")
-                                             << QByteArray("takes input \"pixels\" of shape [1, 8, 8, 3], but \"input\" describes [1, 3, 8, 8]");
+    QTest::newRow("input of another size") << config(
+        "large.onnx") << QByteArray("takes input \"pixels\" of shape [1, 3, 16, 16], but \"input\" describes [1, 3, 8, 8]");
+    QTest::newRow("input of another layout") << config(
+        "bytes.onnx") << QByteArray("takes input \"pixels\" of shape [1, 8, 8, 3], but \"input\" describes [1, 3, 8, 8]");
     QTest::newRow("input of another type") << config("doubles.onnx") << QByteArray("takes neither floats nor bytes as input \"pixels\"");
     QTest::newRow("output of another type") << config("winner.onnx") << QByteArray("gives no floats as output \"scores\"");
     QTest::newRow("two inputs") << config("two-inputs.onnx") << QByteArray("takes 2 inputs (pixels, more) instead of one");
@@ -251,10 +251,11 @@ void tst_OrrinEngine::everyCut()
 void tst_OrrinEngine::nextModelIsTaken()
 {
     OrrinTestLog log;
-    Engine engine({ModelSource::inFolder(m_models.add(QStringLiteral("first"), QByteArray("{}"))),
-                   ModelSource::inFolder(m_models.add(QStringLiteral("second"), OrrinTestModels::labelConfig(QStringLiteral("cutoff.onnx")))),
-                   ModelSource::inFolder(m_models.add(QStringLiteral("third"), OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))))},
-                  {}, log.callback());
+    Engine engine(
+        {ModelSource::inFolder(m_models.add(QStringLiteral("first"), QByteArray("{}"))),
+            ModelSource::inFolder(m_models.add(QStringLiteral("second"), OrrinTestModels::labelConfig(QStringLiteral("cutoff.onnx")))),
+            ModelSource::inFolder(m_models.add(QStringLiteral("third"), OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))))},
+        {}, log.callback());
     QVERIFY(engine.hasModel());
     QCOMPARE(log.warnings.size(), std::size_t{2});
     QVERIFY(engine.modelName().ends_with("/third"));
@@ -277,7 +278,8 @@ void tst_OrrinEngine::modelThatFailsAtWork()
 void tst_OrrinEngine::oneModelAProcess()
 {
     OrrinTestLog log;
-    const auto source = ModelSource::inFolder(m_models.add(QStringLiteral("once"), OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))));
+    const auto source
+        = ModelSource::inFolder(m_models.add(QStringLiteral("once"), OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))));
     auto first = orrin::Model::load(source, 1, log.callback());
     const auto second = orrin::Model::load(source, 1, log.callback());
     QVERIFY(first);
@@ -288,8 +290,9 @@ void tst_OrrinEngine::oneModelAProcess()
 void tst_OrrinEngine::manyThreads()
 {
     OrrinTestLog log;
-    Engine engine({ModelSource::inFolder(m_models.add(QStringLiteral("threads"), OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))))},
-                  {}, log.callback());
+    Engine engine(
+        {ModelSource::inFolder(m_models.add(QStringLiteral("threads"), OrrinTestModels::labelConfig(QStringLiteral("means.onnx"))))}, {},
+        log.callback());
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
     for (int t = 0; t < 4; ++t) {

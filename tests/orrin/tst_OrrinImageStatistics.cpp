@@ -173,7 +173,7 @@ void tst_OrrinImageStatistics::hashOfNearlyEqualPictures()
         for (int x = 0; x < mirrored.width / 2; ++x) {
             for (int c = 0; c < 3; ++c)
                 std::swap(mirrored.bytes[static_cast<std::size_t>(3 * (y * 90 + x) + c)],
-                          mirrored.bytes[static_cast<std::size_t>(3 * (y * 90 + 89 - x) + c)]);
+                    mirrored.bytes[static_cast<std::size_t>(3 * (y * 90 + 89 - x) + c)]);
         }
     }
     QCOMPARE(orrin::ImageStatistics::hashDistance(hash, brighter), 0);

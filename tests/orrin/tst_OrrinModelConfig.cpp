@@ -76,7 +76,7 @@ void tst_OrrinModelConfig::allFields()
                   "mean": [0.1, 0.2, 0.3], "deviation": [0.4, 0.5, 0.6]},
         "outputs": {"embedding": "e"}, "labels": ["sea", "snow"], "labelEmbeddings": [[3, 4], [0, -2]],
         "temperature": 0.05, "occasions": {"sea": {"beach": 1, "cruise": 0.25}, "snow": "snow"}})",
-                             log);
+        log);
     QVERIFY2(config.has_value(), log.all().constData());
     QVERIFY(log.warnings.empty());
     QCOMPARE(config->inputHeightPx, 192);
@@ -108,10 +108,12 @@ void tst_OrrinModelConfig::embeddingFile()
     QCOMPARE(config->temperature, 0.01F);
 
     config = ModelConfig::read(
-        orrin::ModelSource::inMemory("memory", {{"model.json", json}, {"table.f32", std::string_view(table).substr(0, 12)}}), log.callback());
+        orrin::ModelSource::inMemory("memory", {{"model.json", json}, {"table.f32", std::string_view(table).substr(0, 12)}}),
+        log.callback());
     QVERIFY(!config);
-    QCOMPARE(log.all(), QByteArray("memory/model.json: \"labelEmbeddings\" names table.f32 of 12 bytes, which is no whole number of 4-byte "
-                                   "values for each of 2 labels\n"));
+    QCOMPARE(log.all(),
+        QByteArray("memory/model.json: \"labelEmbeddings\" names table.f32 of 12 bytes, which is no whole number of 4-byte "
+                   "values for each of 2 labels\n"));
 }
 
 void tst_OrrinModelConfig::wrongFields_data()
@@ -141,15 +143,14 @@ void tst_OrrinModelConfig::wrongFields_data()
     row("channels", changed("input", "channels", 3), "\"input.channels\" must be one of RGB, BGR, but is 3");
     row("fit", changed("input", "fit", true), "\"input.fit\" must be one of crop, stretch, pad, but is true");
     row("mean of two", changed("input", "mean", QJsonArray{1, 2}), "\"input.mean\" must be three numbers, but is [1,2]");
-    row("mean of texts", changed("input", "mean", QJsonArray{1, 2, QStringLiteral("x")}),
-        "\"input.mean\" must be a number, but is \"x\"");
-    row("deviation of zero", changed("input", "deviation", QJsonArray{1, 0, 1}),
-        "\"input.deviation\" must be above 0, but is [1,0,1]");
+    row("mean of texts", changed("input", "mean", QJsonArray{1, 2, QStringLiteral("x")}), "\"input.mean\" must be a number, but is \"x\"");
+    row("deviation of zero", changed("input", "deviation", QJsonArray{1, 0, 1}), "\"input.deviation\" must be above 0, but is [1,0,1]");
     row("no outputs", changed(nullptr, "outputs", QJsonObject()), "\"outputs\" must name \"scores\" or \"embedding\"");
     row("embedding only", changed(nullptr, "outputs", QJsonObject{{QStringLiteral("embedding"), QStringLiteral("e")}}),
         "\"outputs.scores\" is missing, and without \"labelEmbeddings\" it is needed");
     row("no labels", changed(nullptr, "labels", QJsonArray()), "\"labels\" must be a list of 1 to 100000 texts, but is []");
-    row("label is a number", changed(nullptr, "labels", QJsonArray{QStringLiteral("a"), 1}), "\"labels\" must hold texts only, but holds 1");
+    row("label is a number", changed(nullptr, "labels", QJsonArray{QStringLiteral("a"), 1}),
+        "\"labels\" must hold texts only, but holds 1");
     row("label twice", changed(nullptr, "labels", QJsonArray{QStringLiteral("a"), QStringLiteral("a")}),
         "\"labels\" holds \"a\" more than once");
     row("activation", changed(nullptr, "activation", QStringLiteral("relu")),

@@ -12,7 +12,7 @@
  * Goes on as a copy of this program in the folder "bin" of a new folder, for tests that put files beside the program: beside the
  * real one they would meet other tests that run at the same time. First call in main.
  */
-inline void runFromFolderOfItsOwn(char** argv)
+inline void runFromFolderOfItsOwn(char **argv)
 {
     if (qEnvironmentVariableIsSet("NY_TEST_OWN_FOLDER"))
         return;

@@ -9,13 +9,14 @@
 #include <sys/statvfs.h>
 
 /** A file system of one's own with little room, for tests of a full disk. Needs the right to mount; unmounted at the end. */
-class NySmallDisk {
+class NySmallDisk
+{
 public:
-    explicit NySmallDisk(const char* size = "256k")
+    explicit NySmallDisk(const char *size = "256k")
     {
         const QByteArray options = QByteArrayLiteral("size=") + size;
-        m_mounted = m_folder.isValid()
-            && ::mount("tmpfs", QFile::encodeName(m_folder.path()).constData(), "tmpfs", 0, options.constData()) == 0;
+        m_mounted
+            = m_folder.isValid() && ::mount("tmpfs", QFile::encodeName(m_folder.path()).constData(), "tmpfs", 0, options.constData()) == 0;
     }
     ~NySmallDisk()
     {
@@ -25,7 +26,7 @@ public:
 
     bool isMounted() const { return m_mounted; }
     QString path() const { return m_folder.path(); }
-    QString filePath(const QString& name) const { return m_folder.filePath(name); }
+    QString filePath(const QString &name) const { return m_folder.filePath(name); }
 
     /** Takes all room but @p left bytes, rounded down to whole blocks. */
     bool fill(qint64 left = 0)

@@ -11,9 +11,10 @@
 #include <QFile>
 #include <QTransform>
 
-namespace TestPictures {
+namespace TestPictures
+{
 
-QImage corners(const QSize& size)
+QImage corners(const QSize &size)
 {
     QImage image(size, QImage::Format_RGB32);
     for (int y = 0; y < size.height(); ++y) {
@@ -26,14 +27,14 @@ QImage corners(const QSize& size)
     return image;
 }
 
-QString cornerLetters(const QImage& image)
+QString cornerLetters(const QImage &image)
 {
     if (image.width() < 4 || image.height() < 4)
         return QStringLiteral("????");
     const int x = image.width() / 4;
     const int y = image.height() / 4;
     QString letters;
-    for (const QPoint& point : {QPoint(x, y), QPoint(image.width() - 1 - x, y), QPoint(x, image.height() - 1 - y),
+    for (const QPoint &point : {QPoint(x, y), QPoint(image.width() - 1 - x, y), QPoint(x, image.height() - 1 - y),
              QPoint(image.width() - 1 - x, image.height() - 1 - y)}) {
         const QRgb color = image.pixel(point);
         const bool red = qRed(color) > 180;
@@ -54,7 +55,7 @@ QString cornerLetters(const QImage& image)
     return letters;
 }
 
-QImage cornersStored(const QSize& uprightSize, int orientation)
+QImage cornersStored(const QSize &uprightSize, int orientation)
 {
     // The inverse of what makes the picture upright: which upright pixel a stored one shows (EXIF 2.32, tag 0x0112).
     const QImage upright = corners(uprightSize);
@@ -66,14 +67,30 @@ QImage cornersStored(const QSize& uprightSize, int orientation)
         for (int column = 0; column < stored.width(); ++column) {
             QPoint source;
             switch (orientation) {
-            case 2: source = {width - 1 - column, row}; break;
-            case 3: source = {width - 1 - column, height - 1 - row}; break;
-            case 4: source = {column, height - 1 - row}; break;
-            case 5: source = {row, column}; break;
-            case 6: source = {width - 1 - row, column}; break;
-            case 7: source = {width - 1 - row, height - 1 - column}; break;
-            case 8: source = {row, height - 1 - column}; break;
-            default: source = {column, row}; break;
+            case 2:
+                source = {width - 1 - column, row};
+                break;
+            case 3:
+                source = {width - 1 - column, height - 1 - row};
+                break;
+            case 4:
+                source = {column, height - 1 - row};
+                break;
+            case 5:
+                source = {row, column};
+                break;
+            case 6:
+                source = {width - 1 - row, column};
+                break;
+            case 7:
+                source = {width - 1 - row, height - 1 - column};
+                break;
+            case 8:
+                source = {row, height - 1 - column};
+                break;
+            default:
+                source = {column, row};
+                break;
             }
             stored.setPixel(column, row, upright.pixel(source));
         }
@@ -81,12 +98,12 @@ QImage cornersStored(const QSize& uprightSize, int orientation)
     return stored;
 }
 
-bool addFields(const QString& path, const Fields& fields)
+bool addFields(const QString &path, const Fields &fields)
 {
     try {
         const auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
         image->readMetadata();
-        for (const auto& [key, value] : fields) {
+        for (const auto &[key, value] : fields) {
             if (key.starts_with("Exif."))
                 image->exifData()[key] = value;
             else if (key.starts_with("Iptc."))
@@ -96,13 +113,13 @@ bool addFields(const QString& path, const Fields& fields)
         }
         image->writeMetadata();
         return true;
-    } catch (const std::exception& exception) {
+    } catch (const std::exception &exception) {
         qWarning("%s", exception.what());
         return false;
     }
 }
 
-bool writeJpeg(const QString& path, const QSize& uprightSize, int orientation, const Fields& fields)
+bool writeJpeg(const QString &path, const QSize &uprightSize, int orientation, const Fields &fields)
 {
     if (!cornersStored(uprightSize, orientation).save(path, "JPEG", 95))
         return false;
@@ -117,9 +134,11 @@ bool canWriteHeif(bool av1)
     return heif_have_encoder_for_format(av1 ? heif_compression_AV1 : heif_compression_HEVC);
 }
 
-namespace {
+namespace
+{
 
-struct HeifRequest {
+struct HeifRequest
+{
     int thumbnailPx = 0;
     bool av1 = false;
     int ownOrientation = 1;
@@ -134,16 +153,16 @@ QByteArray exifBlock(int orientation)
     return block;
 }
 
-bool succeeded(const heif_error& error)
+bool succeeded(const heif_error &error)
 {
     return error.code == heif_error_Ok;
 }
 
 /** Null when libheif refuses. */
-heif_image* heifImage(const QImage& pixels)
+heif_image *heifImage(const QImage &pixels)
 {
     const QImage picture = pixels.convertToFormat(QImage::Format_RGB888);
-    heif_image* image = nullptr;
+    heif_image *image = nullptr;
     if (!succeeded(heif_image_create(picture.width(), picture.height(), heif_colorspace_RGB, heif_chroma_interleaved_RGB, &image)))
         return nullptr;
     if (!succeeded(heif_image_add_plane(image, heif_channel_interleaved, picture.width(), picture.height(), 24))) {
@@ -151,21 +170,21 @@ heif_image* heifImage(const QImage& pixels)
         return nullptr;
     }
     int stride = 0;
-    uint8_t* plane = heif_image_get_plane(image, heif_channel_interleaved, &stride);
+    uint8_t *plane = heif_image_get_plane(image, heif_channel_interleaved, &stride);
     for (int y = 0; y < picture.height(); ++y)
         std::memcpy(plane + std::ptrdiff_t(y) * stride, picture.constScanLine(y), std::size_t(picture.width()) * 3);
     return image;
 }
 
-bool encodeHeif(const QString& path, const QImage& pixels, const HeifRequest& request)
+bool encodeHeif(const QString &path, const QImage &pixels, const HeifRequest &request)
 {
-    heif_context* context = heif_context_alloc();
-    heif_encoding_options* options = heif_encoding_options_alloc();
-    heif_encoder* encoder = nullptr;
-    heif_image_handle* handle = nullptr;
-    heif_image_handle* thumbnail = nullptr;
-    heif_image* image = heifImage(pixels);
-    heif_image* mirrored = heifImage(pixels.mirrored(true, false));
+    heif_context *context = heif_context_alloc();
+    heif_encoding_options *options = heif_encoding_options_alloc();
+    heif_encoder *encoder = nullptr;
+    heif_image_handle *handle = nullptr;
+    heif_image_handle *thumbnail = nullptr;
+    heif_image *image = heifImage(pixels);
+    heif_image *mirrored = heifImage(pixels.mirrored(true, false));
     options->image_orientation = heif_orientation(request.ownOrientation);
     bool done = image && mirrored
         && succeeded(heif_context_get_encoder_for_format(context, request.av1 ? heif_compression_AV1 : heif_compression_HEVC, &encoder));
@@ -180,7 +199,7 @@ bool encodeHeif(const QString& path, const QImage& pixels, const HeifRequest& re
         done = succeeded(heif_context_add_exif_metadata(context, handle, exif.constData(), int(exif.size())));
     }
     done = done && succeeded(heif_context_write_to_file(context, QFile::encodeName(path).constData()));
-    for (heif_image* one : {image, mirrored}) {
+    for (heif_image *one : {image, mirrored}) {
         if (one)
             heif_image_release(one);
     }
@@ -197,17 +216,17 @@ bool encodeHeif(const QString& path, const QImage& pixels, const HeifRequest& re
 
 }
 
-bool writeHeif(const QString& path, const QSize& size, int thumbnailPx, bool av1)
+bool writeHeif(const QString &path, const QSize &size, int thumbnailPx, bool av1)
 {
     return encodeHeif(path, corners(size), {thumbnailPx, av1, 1, 0});
 }
 
-bool writeTurnedHeif(const QString& path, const QSize& uprightSize, int ownOrientation, int exifOrientation)
+bool writeTurnedHeif(const QString &path, const QSize &uprightSize, int ownOrientation, int exifOrientation)
 {
     return encodeHeif(path, cornersStored(uprightSize, ownOrientation), {0, false, ownOrientation, exifOrientation});
 }
 
-QByteArray rawFile(const QSize& sensorSize, int orientation, const QByteArray& jpeg)
+QByteArray rawFile(const QSize &sensorSize, int orientation, const QByteArray &jpeg)
 {
     QByteArray bytes;
     const auto put16 = [&bytes](int value) { bytes.append(char(value & 0xff)).append(char(value >> 8 & 0xff)); };
@@ -216,7 +235,8 @@ QByteArray rawFile(const QSize& sensorSize, int orientation, const QByteArray& j
         put16(int(value >> 16 & 0xffff));
     };
     // TIFF 6.0: header, one directory; types 3 (SHORT) and 4 (LONG).
-    struct Entry {
+    struct Entry
+    {
         int tag;
         int type;
         qint64 value;
@@ -224,13 +244,17 @@ QByteArray rawFile(const QSize& sensorSize, int orientation, const QByteArray& j
     const int count = 6;
     const qint64 dataOffset = 8 + 2 + count * 12 + 4;
     const Entry entries[count] = {
-        {0x0100, 4, sensorSize.width()}, {0x0101, 4, sensorSize.height()}, {0x0103, 3, 6}, {0x0112, 3, orientation},
-        {0x0201, 4, dataOffset}, {0x0202, 4, jpeg.size()},
+        {0x0100, 4, sensorSize.width()},
+        {0x0101, 4, sensorSize.height()},
+        {0x0103, 3, 6},
+        {0x0112, 3, orientation},
+        {0x0201, 4, dataOffset},
+        {0x0202, 4, jpeg.size()},
     };
     bytes.append("II*").append('\0');
     put32(8);
     put16(count);
-    for (const Entry& entry : entries) {
+    for (const Entry &entry : entries) {
         put16(entry.tag);
         put16(entry.type);
         put32(1);
@@ -240,7 +264,7 @@ QByteArray rawFile(const QSize& sensorSize, int orientation, const QByteArray& j
     return bytes + jpeg;
 }
 
-QByteArray jpegBytes(const QImage& image)
+QByteArray jpegBytes(const QImage &image)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -249,7 +273,7 @@ QByteArray jpegBytes(const QImage& image)
     return bytes;
 }
 
-bool writeBytes(const QString& path, const QByteArray& bytes)
+bool writeBytes(const QString &path, const QByteArray &bytes)
 {
     // A new file: cutting an old one back makes some file systems wait for the disk.
     QFile::remove(path);
@@ -257,7 +281,7 @@ bool writeBytes(const QString& path, const QByteArray& bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
-QByteArray readBytes(const QString& path)
+QByteArray readBytes(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

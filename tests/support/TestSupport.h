@@ -109,7 +109,7 @@ inline QByteArray readFile(const QString &path)
 inline bool writeServiceConfig(const QByteArray &sections)
 {
     return writeFile(configFolder() + QStringLiteral("/quilloservice.xml"),
-                     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<quilloservice>" + sections + "</quilloservice>\n");
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<quilloservice>" + sections + "</quilloservice>\n");
 }
 
 /** The texts of the event log of the program with this executable name, oldest first. */

@@ -12,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace
 {
 /** The last day with this month and day whose event, so many days long, is over. */
-QDate lastOccurrence(const QDate& today, int month, int day, int days)
+QDate lastOccurrence(const QDate &today, int month, int day, int days)
 {
     QDate date(today.year(), month, day);
     if (date.addDays(days) > today)
@@ -25,14 +25,14 @@ class AlbumWriter
 public:
     QList<DemoPicture> take() { return std::move(m_pictures); }
 
-    void beginFolder(const QString& folder, std::optional<DemoPlace> place)
+    void beginFolder(const QString &folder, std::optional<DemoPlace> place)
     {
         m_folder = folder;
         m_place = place;
     }
 
     /** One day's pictures, spread between the two hours in the order given. */
-    void addDay(const QDate& day, int fromHour, int toHour, std::initializer_list<DemoScene> scenes)
+    void addDay(const QDate &day, int fromHour, int toHour, std::initializer_list<DemoScene> scenes)
     {
         const double step = (toHour - fromHour) * 3600.0 / double(scenes.size());
         double second = fromHour * 3600.0;
@@ -43,21 +43,21 @@ public:
         }
     }
 
-    void addCameraFolderPicture(DemoScene scene, const QDateTime& time)
+    void addCameraFolderPicture(DemoScene scene, const QDateTime &time)
     {
         const QString name = u"IMG_%1.JPG"_s.arg(++m_compactNumber, 4, 10, QLatin1Char('0'));
         append(name, scene, time, QSize(2592, 1944), false, QString(), u"Kompakt 12"_s, std::nullopt);
     }
 
 private:
-    void add(DemoScene scene, const QDateTime& time)
+    void add(DemoScene scene, const QDateTime &time)
     {
         // Two people take pictures: one with a camera, one with a telephone, which knows where it is.
         const bool upright = m_random.chance(0.22);
         if (m_random.chance(0.55)) {
             const QSize size(2736, 1824);
-            append(u"DSC_%1.JPG"_s.arg(++m_cameraNumber, 4, 10, QLatin1Char('0')), scene, time, upright ? size.transposed() : size, upright, QString(),
-                   u"Demokamera 300"_s, std::nullopt);
+            append(u"DSC_%1.JPG"_s.arg(++m_cameraNumber, 4, 10, QLatin1Char('0')), scene, time, upright ? size.transposed() : size, upright,
+                QString(), u"Demokamera 300"_s, std::nullopt);
             return;
         }
         const QSize size(2560, 1920);
@@ -67,11 +67,11 @@ private:
             place->longitude += m_random.uniform(-0.03, 0.03);
         }
         append(u"IMG_"_s + time.toString(u"yyyyMMdd_HHmmss"_s) + u".jpg"_s, scene, time, upright ? size.transposed() : size, upright,
-               isSummerTime(time.date()) ? u"+02:00"_s : u"+01:00"_s, u"Demotelefon 7"_s, place);
+            isSummerTime(time.date()) ? u"+02:00"_s : u"+01:00"_s, u"Demotelefon 7"_s, place);
     }
 
-    void append(const QString& name, DemoScene scene, const QDateTime& time, QSize sizePx, bool turned, const QString& utcOffset,
-                const QString& model, std::optional<DemoPlace> place)
+    void append(const QString &name, DemoScene scene, const QDateTime &time, QSize sizePx, bool turned, const QString &utcOffset,
+        const QString &model, std::optional<DemoPlace> place)
     {
         DemoPicture picture;
         picture.relativePath = m_folder + u'/' + name;
@@ -87,7 +87,7 @@ private:
     }
 
     /** Near enough for the events here, none of which lies at a change of the clocks. */
-    static bool isSummerTime(const QDate& date) { return date.month() >= 4 && date.month() <= 10; }
+    static bool isSummerTime(const QDate &date) { return date.month() >= 4 && date.month() <= 10; }
 
     QList<DemoPicture> m_pictures;
     DemoRandom m_random{1961};
@@ -97,18 +97,18 @@ private:
     int m_compactNumber = 87;
 };
 
-QString yearFolder(const QDate& date)
+QString yearFolder(const QDate &date)
 {
     return QString::number(date.year());
 }
 
-QString isoDate(const QDate& date)
+QString isoDate(const QDate &date)
 {
     return date.toString(Qt::ISODate);
 }
 }
 
-QList<DemoPicture> demoAlbum(const QDate& today)
+QList<DemoPicture> demoAlbum(const QDate &today)
 {
     using enum DemoScene;
     AlbumWriter album;

@@ -39,4 +39,4 @@ struct DemoPicture
  * The pictures of a German family's past year, seen from today: one long holiday (enough for a book), some shorter events and a
  * camera folder that nobody sorted. The events lie on the last such days that are over, so every capture time is in the past.
  */
-QList<DemoPicture> demoAlbum(const QDate& today);
+QList<DemoPicture> demoAlbum(const QDate &today);

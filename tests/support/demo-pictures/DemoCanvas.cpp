@@ -105,7 +105,7 @@ double DemoNoise::at(double x, double y, int octaves) const
     return sum / total;
 }
 
-DemoCanvas::DemoCanvas(QImage& image, quint64 seed)
+DemoCanvas::DemoCanvas(QImage &image, quint64 seed)
     : m_painter(&image)
     , m_random(seed)
     , m_width(image.width())
@@ -117,10 +117,10 @@ DemoCanvas::DemoCanvas(QImage& image, quint64 seed)
     m_painter.setPen(Qt::NoPen);
 }
 
-void DemoCanvas::verticalGradient(const QRectF& area, std::initializer_list<std::pair<double, QColor>> stops)
+void DemoCanvas::verticalGradient(const QRectF &area, std::initializer_list<std::pair<double, QColor>> stops)
 {
     QLinearGradient gradient(area.topLeft(), area.bottomLeft());
-    for (const auto& [position, color] : stops)
+    for (const auto &[position, color] : stops)
         gradient.setColorAt(position, color);
     m_painter.fillRect(area, gradient);
 }
@@ -149,7 +149,7 @@ void DemoCanvas::clouds(double horizon, QColor lit, QColor shade, double cover)
     const DemoNoise noise(m_random.next());
     const double threshold = 0.72 - 0.42 * cover;
     for (int y = 0; y < size.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(layer.scanLine(y));
+        auto *line = reinterpret_cast<QRgb *>(layer.scanLine(y));
         const double toHorizon = 1.0 - double(y) / size.height();
         const double depth = 1.0 / (0.16 + toHorizon);
         const double fade = smoothStep(0.0, 0.12, toHorizon);
@@ -165,14 +165,14 @@ void DemoCanvas::clouds(double horizon, QColor lit, QColor shade, double cover)
     m_painter.drawImage(QRectF(0.0, 0.0, m_width, horizon), layer);
 }
 
-void DemoCanvas::mottle(const QRectF& area, double spot, double stretch, int strength)
+void DemoCanvas::mottle(const QRectF &area, double spot, double stretch, int strength)
 {
     const double step = std::clamp(spot / 4.0, 2.0, 16.0);
     const QSize size(std::max(2, int(area.width() / step)), std::max(2, int(area.height() / step)));
     QImage layer(size, QImage::Format_ARGB32);
     const DemoNoise noise(m_random.next());
     for (int y = 0; y < size.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(layer.scanLine(y));
+        auto *line = reinterpret_cast<QRgb *>(layer.scanLine(y));
         for (int x = 0; x < size.width(); ++x) {
             const double value = noise.at(x * step / (spot * stretch), y * step / spot, 3) - 0.5;
             const int alpha = std::min(255, int(std::abs(value) * 3.0 * strength));
@@ -212,7 +212,7 @@ void DemoCanvas::water(double top, double bottom, QColor far, QColor near, QColo
         const double x = m_random.uniform(-length, m_width);
         const bool crest = m_random.chance(0.45);
         disc({x + length / 2.0, y}, length / 2.0, thickness / 2.0,
-             crest ? withAlpha(sparkle, m_random.integer(25, 90)) : withAlpha(near.darker(150), m_random.integer(25, 70)));
+            crest ? withAlpha(sparkle, m_random.integer(25, 90)) : withAlpha(near.darker(150), m_random.integer(25, 70)));
     }
 }
 
@@ -224,7 +224,7 @@ void DemoCanvas::glitter(double x, double top, double bottom, QColor color, int 
         const double offset = (m_random.uniform(-1.0, 1.0) + m_random.uniform(-1.0, 1.0)) * spread / 2.0;
         const double length = m_unit * (0.6 + 3.5 * depth) * m_random.uniform(0.5, 1.3);
         disc({x + offset, top + (bottom - top) * depth}, length, m_unit * (0.06 + 0.28 * depth),
-             withAlpha(color, m_random.integer(60, 190)));
+            withAlpha(color, m_random.integer(60, 190)));
     }
 }
 
@@ -273,7 +273,7 @@ void DemoCanvas::leafTree(QPointF foot, double size, QColor dark, QColor light)
         const double angle = m_random.uniform(0.0, 6.2832);
         const double radius = std::sqrt(m_random.uniform(0.0, 1.0));
         const QPointF at(foot.x() + std::cos(angle) * radius * size * 0.34 - progress * size * 0.03,
-                         foot.y() - size * 0.66 + std::sin(angle) * radius * size * 0.3 - progress * size * 0.04);
+            foot.y() - size * 0.66 + std::sin(angle) * radius * size * 0.3 - progress * size * 0.04);
         const double blob = size * m_random.uniform(0.02, 0.06);
         disc(at, blob * 1.2, blob, withAlpha(mix(dark, light, std::clamp(progress + m_random.uniform(-0.25, 0.2), 0.0, 1.0)), 225));
     }
@@ -289,8 +289,10 @@ void DemoCanvas::person(QPointF foot, double size, QColor clothes, QColor skin)
     m_painter.drawRoundedRect(QRectF(foot.x() - size * 0.13, foot.y() - size * 0.82, size * 0.26, size * 0.4), size * 0.08, size * 0.08);
     const double arm = m_random.uniform(-0.1, 0.2);
     m_painter.setPen(QPen(skin, size * 0.055, Qt::SolidLine, Qt::RoundCap));
-    m_painter.drawLine(QPointF(foot.x() - size * 0.13, foot.y() - size * 0.76), QPointF(foot.x() - size * (0.2 + arm), foot.y() - size * (0.5 + arm)));
-    m_painter.drawLine(QPointF(foot.x() + size * 0.13, foot.y() - size * 0.76), QPointF(foot.x() + size * 0.22, foot.y() - size * (0.5 + arm)));
+    m_painter.drawLine(
+        QPointF(foot.x() - size * 0.13, foot.y() - size * 0.76), QPointF(foot.x() - size * (0.2 + arm), foot.y() - size * (0.5 + arm)));
+    m_painter.drawLine(
+        QPointF(foot.x() + size * 0.13, foot.y() - size * 0.76), QPointF(foot.x() + size * 0.22, foot.y() - size * (0.5 + arm)));
     m_painter.setPen(Qt::NoPen);
     disc({foot.x(), foot.y() - size * 0.92}, size * 0.085, size * 0.1, skin);
     m_painter.setBrush(m_random.pick({QColor(70, 45, 25), QColor(40, 32, 28), QColor(180, 140, 80), QColor(150, 150, 150)}));

@@ -48,22 +48,22 @@ private:
 class DemoCanvas
 {
 public:
-    DemoCanvas(QImage& image, quint64 seed);
+    DemoCanvas(QImage &image, quint64 seed);
     Q_DISABLE_COPY_MOVE(DemoCanvas)
 
-    QPainter& painter() { return m_painter; }
-    DemoRandom& random() { return m_random; }
+    QPainter &painter() { return m_painter; }
+    DemoRandom &random() { return m_random; }
     double width() const { return m_width; }
     double height() const { return m_height; }
     double unit() const { return m_unit; }
 
-    void verticalGradient(const QRectF& area, std::initializer_list<std::pair<double, QColor>> stops);
+    void verticalGradient(const QRectF &area, std::initializer_list<std::pair<double, QColor>> stops);
     void glow(QPointF center, double radius, QColor color);
     void disc(QPointF center, double radiusX, double radiusY, QColor color);
     /** Clouds from the top down to the horizon, flatter towards it. cover: 0 none, 1 overcast. */
     void clouds(double horizon, QColor lit, QColor shade, double cover);
     /** Mottles an area. stretch above 1 draws the spots out sideways; strength is the greatest change in lightness, 0 to 255. */
-    void mottle(const QRectF& area, double spot, double stretch, int strength);
+    void mottle(const QRectF &area, double spot, double stretch, int strength);
     /** The filled outline of a row of hills. Returns the outline's height at x. */
     void ridge(double baseline, double amplitude, double roughness, QColor top, QColor bottom);
     void water(double top, double bottom, QColor far, QColor near, QColor sparkle);

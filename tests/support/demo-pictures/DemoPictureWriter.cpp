@@ -31,12 +31,12 @@ bool isDark(DemoScene scene)
 }
 
 /** Noise of the sensor and the lens's darker corners, in place. */
-void addCameraFlaws(QImage& image, bool dark, quint64 seed)
+void addCameraFlaws(QImage &image, bool dark, quint64 seed)
 {
     DemoRandom random(seed ^ 0xca3e2aULL);
     std::vector<int> noise(4096);
     const double deviation = dark ? 3.2 : 2.4;
-    for (int& value : noise) {
+    for (int &value : noise) {
         double sum = 0.0;
         for (int part = 0; part < 6; ++part)
             sum += random.uniform(-1.0, 1.0);
@@ -48,7 +48,7 @@ void addCameraFlaws(QImage& image, bool dark, quint64 seed)
     const double farthest = centerX * centerX + centerY * centerY;
     quint32 state = quint32(seed * 2654435761U) | 1U;
     for (int y = 0; y < image.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
         const double dy = (y - centerY) * (y - centerY);
         for (int x = 0; x < image.width(); ++x) {
             state ^= state << 13;
@@ -74,7 +74,7 @@ std::string degrees(double value)
     return std::to_string(whole) + "/1 " + std::to_string(wholeMinutes) + "/1 " + std::to_string(seconds) + "/100";
 }
 
-Exiv2::ExifData exifOf(const DemoPicture& picture, QSize stored)
+Exiv2::ExifData exifOf(const DemoPicture &picture, QSize stored)
 {
     Exiv2::ExifData exif;
     const std::string time = picture.captureTime.toString(u"yyyy:MM:dd HH:mm:ss"_s).toStdString();
@@ -98,22 +98,22 @@ Exiv2::ExifData exifOf(const DemoPicture& picture, QSize stored)
     return exif;
 }
 
-QByteArray withExif(const QByteArray& jpeg, const Exiv2::ExifData& exif)
+QByteArray withExif(const QByteArray &jpeg, const Exiv2::ExifData &exif)
 {
     // The writer of exiv2 shares the tables of its XMP part between threads.
     static std::mutex mutex;
     const std::scoped_lock lock(mutex);
-    auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(jpeg.constData()), size_t(jpeg.size()));
+    auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte *>(jpeg.constData()), size_t(jpeg.size()));
     image->setExifData(exif);
     image->writeMetadata();
-    Exiv2::BasicIo& io = image->io();
+    Exiv2::BasicIo &io = image->io();
     io.seek(0, Exiv2::BasicIo::beg);
     const Exiv2::DataBuf data = io.read(long(io.size()));
-    return QByteArray(reinterpret_cast<const char*>(data.pData_), data.size_);
+    return QByteArray(reinterpret_cast<const char *>(data.pData_), data.size_);
 }
 }
 
-QString writeDemoPicture(const DemoPicture& picture, const QString& folder)
+QString writeDemoPicture(const DemoPicture &picture, const QString &folder)
 {
     const QFileInfo target(QDir(folder).filePath(picture.relativePath));
     if (target.exists())
@@ -141,7 +141,7 @@ QString writeDemoPicture(const DemoPicture& picture, const QString& folder)
         return u"cannot encode %1"_s.arg(target.absoluteFilePath());
     try {
         jpeg = withExif(jpeg, exifOf(picture, image.size()));
-    } catch (const std::exception& error) {
+    } catch (const std::exception &error) {
         return u"cannot add EXIF to %1: %2"_s.arg(target.absoluteFilePath(), QString::fromLocal8Bit(error.what()));
     }
 

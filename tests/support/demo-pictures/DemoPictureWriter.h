@@ -10,4 +10,4 @@ struct DemoPicture;
  *
  * Returns an empty text, or what went wrong.
  */
-QString writeDemoPicture(const DemoPicture& picture, const QString& folder);
+QString writeDemoPicture(const DemoPicture &picture, const QString &folder);

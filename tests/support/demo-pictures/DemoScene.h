@@ -41,4 +41,4 @@ enum class DemoScene {
 };
 
 /** Paints the scene. The canvas's random numbers choose light, weather, colours and composition. Any thread. */
-void paintScene(DemoScene scene, DemoCanvas& canvas);
+void paintScene(DemoScene scene, DemoCanvas &canvas);

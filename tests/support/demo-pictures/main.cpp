@@ -12,12 +12,13 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"Paints the pictures of a family's past year into event folders, each picture different. Pictures that are "
-                                     "there already stay."_s);
+    parser.setApplicationDescription(
+        u"Paints the pictures of a family's past year into event folders, each picture different. Pictures that are "
+        "there already stay."_s);
     parser.addHelpOption();
     parser.addPositionalArgument(u"folder"_s, u"Where the folders go; made if it is not there."_s);
     parser.process(application);
@@ -29,7 +30,7 @@ int main(int argc, char** argv)
     std::atomic<int> failures = 0;
     std::mutex outputMutex;
     int finished = 0;
-    QtConcurrent::blockingMap(album, [&](const DemoPicture& picture) {
+    QtConcurrent::blockingMap(album, [&](const DemoPicture &picture) {
         const QString problem = writeDemoPicture(picture, folder);
         const std::scoped_lock lock(outputMutex);
         ++finished;

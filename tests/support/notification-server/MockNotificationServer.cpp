@@ -18,7 +18,8 @@ const QString PATH = u"/org/freedesktop/Notifications"_s;
 }
 
 /** What both threads use, guarded by the mutex. */
-struct ServerState {
+struct ServerState
+{
     mutable QMutex mutex;
     QStringList capabilities{u"body"_s, u"actions"_s, u"body-markup"_s, u"body-images"_s};
     QList<MockNotificationServer::Notification> notifications;
@@ -41,14 +42,8 @@ public:
     }
 
 public Q_SLOTS:
-    uint Notify(const QString &appName,
-                uint replacesId,
-                const QString &icon,
-                const QString &title,
-                const QString &body,
-                const QStringList &actions,
-                const QVariantMap &hints,
-                int timeoutMs)
+    uint Notify(const QString &appName, uint replacesId, const QString &icon, const QString &title, const QString &body,
+        const QStringList &actions, const QVariantMap &hints, int timeoutMs)
     {
         MockNotificationServer::Notification notification{0, appName, replacesId, icon, title, body, actions, hints, timeoutMs};
         {
@@ -186,13 +181,15 @@ int MockNotificationServer::capabilityQueries() const
 void MockNotificationServer::invokeAction(uint id, const QString &actionKey)
 {
     if (NotificationsOnBus *object = d->object.get())
-        QMetaObject::invokeMethod(object, [object, id, actionKey] { Q_EMIT object->ActionInvoked(id, actionKey); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            object, [object, id, actionKey] { Q_EMIT object->ActionInvoked(id, actionKey); }, Qt::QueuedConnection);
 }
 
 void MockNotificationServer::close(uint id, CloseReason reason)
 {
     if (NotificationsOnBus *object = d->object.get())
-        QMetaObject::invokeMethod(object, [object, id, reason] { Q_EMIT object->NotificationClosed(id, reason); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            object, [object, id, reason] { Q_EMIT object->NotificationClosed(id, reason); }, Qt::QueuedConnection);
 }
 
 #include "MockNotificationServer.moc"

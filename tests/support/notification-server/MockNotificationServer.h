@@ -21,7 +21,8 @@ class MockNotificationServer : public QObject
 
 public:
     /** One call of Notify, and the id that it was answered with. */
-    struct Notification {
+    struct Notification
+    {
         uint id = 0;
         QString appName;
         uint replacesId = 0;

@@ -99,7 +99,8 @@ bool MockStatusNotifierHost::start()
         d->object.get(),
         [&isRegistered, bus, object = d->object.get()]() mutable {
             isRegistered = bus.isConnected()
-                && bus.registerObject(PATH, object, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals | QDBusConnection::ExportAllProperties)
+                && bus.registerObject(PATH, object,
+                    QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals | QDBusConnection::ExportAllProperties)
                 && bus.registerService(NAME);
         },
         Qt::BlockingQueuedConnection);
@@ -129,7 +130,8 @@ void MockStatusNotifierHost::stop()
 void MockStatusNotifierHost::registerHost()
 {
     if (StatusNotifierWatcherOnBus *object = d->object.get())
-        QMetaObject::invokeMethod(object, [object] { object->setHasHost(); }, Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(
+            object, [object] { object->setHasHost(); }, Qt::BlockingQueuedConnection);
 }
 
 QStringList MockStatusNotifierHost::items() const
