@@ -9,6 +9,7 @@
 #include <NyFotoAccess.h>
 #include <NyImageLoader.h>
 
+#include "NyContentsVerdictCache.h"
 #include "NyFolderName.h"
 #include "NyFolderNameParser.h"
 #include "NyFolderTree.h"
@@ -38,12 +39,8 @@ struct Place
     bool inSource = false;
 };
 
-struct Verdict
-{
-    Kind kind = Kind::Unknown;
-    /** No rule said anything. */
-    bool isUndecided = false;
-};
+/** Undecided: no rule said anything. */
+using Verdict = NyContentsVerdictCache::Verdict;
 
 bool isCalendar(const NyFolderName &name)
 {
@@ -104,6 +101,7 @@ private:
     void lookInside();
     Verdict verdict(int index, const Place &place) const;
     Verdict verdictByContents(int index) const;
+    Verdict verdictByCaptureTimes(const QList<int> &folders) const;
     void addLooseFolders(int index, QList<int> *folders) const;
 
     static Verdict verdictInEvent(const NyFolderName &name, const Place &place);
@@ -308,6 +306,19 @@ Verdict Sorter::verdictByContents(int index) const
 {
     QList<int> folders;
     addLooseFolders(index, &folders);
+    QStringList folderPaths;
+    for (const int folder : std::as_const(folders))
+        folderPaths.append(m_tree.folders().at(folder).path);
+    const QByteArray key = NyContentsVerdictCache::key(folderPaths);
+    if (const auto known = NyContentsVerdictCache::instance().find(key))
+        return *known;
+    const Verdict verdict = verdictByCaptureTimes(folders);
+    NyContentsVerdictCache::instance().insert(key, verdict);
+    return verdict;
+}
+
+Verdict Sorter::verdictByCaptureTimes(const QList<int> &folders) const
+{
     const QStringList paths = m_tree.samplePictures(folders, MaximumSamples);
     QDateTime earliest;
     QDateTime latest;
