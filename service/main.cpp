@@ -1,5 +1,6 @@
 #include "NyUnixSignalNotifier.h"
 
+#include <NyCommandLineParserQuilloService.h>
 #include <NyProgramConfig.h>
 #include <NyQuilloServiceController.h>
 
@@ -14,11 +15,19 @@
 
 namespace
 {
+enum class RunKind {
+    /** Prints a text and ends. */
+    Text,
+    /** Ends without a window. */
+    Windowless,
+    Window,
+};
+
 /**
- * Whether the run asked for ends without a window: such a run must work where there is no display, and every other one must
- * not be made without a window. Reads the line as the parser will: the last option that names a mode counts.
+ * What the command line asks for: a run without a window must work where there is no display, and every other one must not be made
+ * without one. Reads the line as the parser will: the last option that names a mode counts.
  */
-bool runsWithoutWindow(int argc, char **argv)
+RunKind runKind(int argc, char **argv)
 {
     constexpr std::string_view modeOption = "serviceMode";
     bool windowless = false;
@@ -30,7 +39,7 @@ bool runsWithoutWindow(int argc, char **argv)
             continue;
         argument.remove_prefix(argument.starts_with("--") ? 2 : 1);
         if (argument == "help" || argument == "h" || argument == "version" || argument == "v")
-            return true;
+            return RunKind::Text;
         if (argument == "ToastActivated") {
             windowless = false;
             continue;
@@ -46,12 +55,12 @@ bool runsWithoutWindow(int argc, char **argv)
         }
         windowless = !value.empty() && std::strchr("uUzZsS", value.front());
     }
-    return windowless;
+    return windowless ? RunKind::Windowless : RunKind::Window;
 }
 
-std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
+std::unique_ptr<QCoreApplication> createApplication(RunKind kind, int &argc, char **argv)
 {
-    if (runsWithoutWindow(argc, argv))
+    if (kind != RunKind::Window)
         return std::make_unique<QCoreApplication>(argc, argv);
 
     // A session without a display, or one that does not answer, still gets its proposals: the notifications go over the bus.
@@ -87,11 +96,19 @@ void loadTranslations(QCoreApplication &application)
 
 int main(int argc, char **argv)
 {
-    const std::unique_ptr<QCoreApplication> application = createApplication(argc, argv);
+    const RunKind kind = runKind(argc, argv);
+    const std::unique_ptr<QCoreApplication> application = createApplication(kind, argc, argv);
     NyProgramConfig::instance().setProgramID(NyProgramID::QuilloService);
     QCoreApplication::setOrganizationName(QStringLiteral("VELMORA"));
     QCoreApplication::setApplicationName(NyProgramConfig::instance().programName(NyProgramID::QuilloService));
     loadTranslations(*application);
+
+    if (kind == RunKind::Text) {
+        // Ends here: a text needs neither a bus nor watched folders.
+        NyCommandLineParserQuilloService parser;
+        parser.setApplicationDescription(QCoreApplication::translate("main", "Proposes photo books from the pictures of the past year."));
+        parser.processCommandLine();
+    }
 
     NyQuilloServiceController &controller = NyQuilloServiceController::instance();
     NyUnixSignalNotifier signalNotifier({SIGTERM, SIGINT, SIGHUP});

@@ -64,7 +64,7 @@ void tst_NyGUIWidgetsConfig::noSuchIcon_data()
     QTest::addColumn<QString>("id");
     QTest::newRow("unknown") << QStringLiteral("ico_unknown");
     QTest::newRow("empty") << QString();
-    QTest::newRow("placeholder sign") << QStringLiteral("%1");
+    QTest::newRow("percent sign") << QStringLiteral("%1");
     QTest::newRow("with its ending") << QStringLiteral("ico_albuma.svg");
 }
 

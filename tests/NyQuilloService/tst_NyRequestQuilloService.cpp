@@ -46,7 +46,7 @@ void tst_NyRequestQuilloService::question_data()
     QTest::newRow("line break and tab") << u"Anna\n\tund Tom"_s << u"Möchten Sie den Buchvorschlag „Anna und Tom“ wirklich löschen?"_s;
     QTest::newRow("blanks around") << u"  Anna  "_s << u"Möchten Sie den Buchvorschlag „ Anna “ wirklich löschen?"_s;
     QTest::newRow("only blanks") << u"   "_s << u"Möchten Sie den Buchvorschlag „ “ wirklich löschen?"_s;
-    QTest::newRow("placeholder signs") << u"100%1 %2"_s << u"Möchten Sie den Buchvorschlag „100%1 %2“ wirklich löschen?"_s;
+    QTest::newRow("percent signs") << u"100%1 %2"_s << u"Möchten Sie den Buchvorschlag „100%1 %2“ wirklich löschen?"_s;
     QTest::newRow("markup and quotation marks")
         << u"<b>„A“ & \"B\"</b>"_s << u"Möchten Sie den Buchvorschlag „<b>„A“ & \"B\"</b>“ wirklich löschen?"_s;
 }

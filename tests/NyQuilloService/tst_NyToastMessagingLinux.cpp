@@ -89,7 +89,7 @@ void tst_NyToastMessagingLinux::hostileId_data()
 {
     QTest::addColumn<QString>("id");
     QTest::newRow("empty") << QString();
-    QTest::newRow("placeholder signs") << u"100%1 %2.nqp"_s;
+    QTest::newRow("percent signs") << u"100%1 %2.nqp"_s;
     QTest::newRow("markup") << u"Anna & <b>Tom</b> \"1\".nqp"_s;
     QTest::newRow("decomposed and emoji") << u"Mu\u0308nchen \U0001F389.nqp"_s;
 }
@@ -118,7 +118,7 @@ void tst_NyToastMessagingLinux::body_data()
     QTest::newRow("image") << html << u"/tmp/a.png"_s << true << u"Anna & Tom < 3<br><center><img src=\"file:///tmp/a.png\" ></center>"_s;
     QTest::newRow("image, no buttons") << html << u"/tmp/a.png"_s << false
                                        << u"Anna & Tom < 3<br><center><img src=\"file:///tmp/a.png\" ></center>"_s;
-    QTest::newRow("blanks, signs of markup, umlaut, placeholder")
+    QTest::newRow("blanks, signs of markup, umlaut, percent sign")
         << html << u"/tmp/a b&<ü>%1.png"_s << true
         << u"Anna & Tom < 3<br><center><img src=\"file:///tmp/a b&%3Cü%3E%251.png\" ></center>"_s;
     QTest::newRow("no image") << html << QString() << true << u"Anna & Tom < 3"_s;

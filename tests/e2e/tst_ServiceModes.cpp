@@ -23,6 +23,8 @@ private Q_SLOTS:
     void aServiceThatIsNotAllowedEndsAtOnce();
     void windowlessRunsNeedNoDisplay_data();
     void windowlessRunsNeedNoDisplay();
+    void textsComeAlone_data();
+    void textsComeAlone();
     void install();
     void uninstall();
     void uninstallEndsARunningService();
@@ -86,6 +88,29 @@ void tst_ServiceModes::windowlessRunsNeedNoDisplay()
     service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
     QCOMPARE(service.run(arguments), 0);
     QVERIFY2(service.output().contains(output), service.output().constData());
+}
+
+void tst_ServiceModes::textsComeAlone_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("begin");
+    QTest::newRow("help") << QStringLiteral("--help") << QByteArray("Usage: ");
+    QTest::newRow("version") << QStringLiteral("--version") << QByteArray("quilloservice ");
+}
+
+void tst_ServiceModes::textsComeAlone()
+{
+    QFETCH(QString, option);
+    QFETCH(QByteArray, begin);
+    ServiceUnderTest service;
+    // Without a bus, a service that starts would say so; the first folder that one makes is the marker folder.
+    service.environment().insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent/bus"));
+    QVERIFY(QDir(service.markerFolder()).removeRecursively());
+    QCOMPARE(service.run({option}), 0);
+    QVERIFY2(service.output().startsWith(begin), service.output().constData());
+    QVERIFY2(!service.output().contains("Launching"), service.output().constData());
+    QVERIFY2(!service.output().contains("session bus"), service.output().constData());
+    QVERIFY(!QFile::exists(service.markerFolder()));
 }
 
 void tst_ServiceModes::install()
