@@ -13,20 +13,12 @@
 namespace
 {
 
-NyFotoFileStamp stampOf(const QString &path)
-{
-    struct stat status;
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return {};
-    return {qint64(status.st_size), qint64(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1'000'000};
-}
-
 NyImageMetaData imageMetaData(const NyFoto &foto, bool readAgain)
 {
     if (!foto.isLocalFile() || NyFotoAccess::isVideo(foto))
         return {};
     NyFotoCacheManager &cache = NyFotoCacheManager::instance();
-    const NyFotoFileStamp stamp = stampOf(foto.location());
+    const NyFotoFileStamp stamp = NyFotoAccess::fileStamp(foto);
     if (!readAgain) {
         if (const std::optional<NyImageMetaData> known = cache.metaData(foto.location(), stamp))
             return *known;
@@ -50,6 +42,14 @@ bool has(NyCachingOption option, NyCachingOption bit)
 }
 
 NyBackgroundTask::~NyBackgroundTask() = default;
+
+NyFotoFileStamp NyFotoAccess::fileStamp(const NyFoto &foto)
+{
+    struct stat status;
+    if (!foto.isLocalFile() || ::stat(QFile::encodeName(foto.location()).constData(), &status) != 0)
+        return {};
+    return {qint64(status.st_size), qint64(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1'000'000};
+}
 
 bool NyFotoAccess::isVideo(const NyFoto &foto)
 {
@@ -97,7 +97,7 @@ QSize NyFotoAccess::preferredSize(const NyFoto &foto, NyBackgroundJobPriority, b
     if (!foto.isLocalFile() || isVideo(foto))
         return {};
     NyFotoCacheManager &cache = NyFotoCacheManager::instance();
-    const NyFotoFileStamp stamp = stampOf(foto.location());
+    const NyFotoFileStamp stamp = fileStamp(foto);
     if (!readAgain) {
         if (const std::optional<QSize> known = cache.size(foto.location(), stamp))
             return *known;
@@ -137,7 +137,7 @@ NyDrawable NyFotoAccess::drawable(const NyFoto &foto, const QSize &boxPx, const 
     if (!foto.isLocalFile() || isVideo(foto) || boxPx.isEmpty())
         return {};
     NyFotoCacheManager &cache = NyFotoCacheManager::instance();
-    const NyFotoFileStamp stamp = stampOf(foto.location());
+    const NyFotoFileStamp stamp = fileStamp(foto);
     if (has(option, NyCachingOption::LookIntoCache)) {
         const QImage image = cache.drawable(foto.location(), stamp, boxPx);
         if (!image.isNull()) {

@@ -7,18 +7,10 @@
 #include <QtCore/QString>
 #include <QtGui/QImage>
 
+#include "NyFotoFileStamp.h"
 #include "NyImageMetaData.h"
 #include "NySingleton.h"
 #include "nyfoto_export.h"
-
-/** Identifies the content of a file as far as its size and modification time tell. */
-struct NyFotoFileStamp
-{
-    qint64 size = -1;
-    qint64 modifiedMs = 0;
-
-    friend bool operator==(const NyFotoFileStamp &, const NyFotoFileStamp &) = default;
-};
 
 /**
  * Keeps what was read from photos for the next request: drawables up to a limit in bytes, and the metadata and size of the photos
