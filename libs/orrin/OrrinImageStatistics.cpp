@@ -16,70 +16,161 @@ constexpr int HashColumns = 9;
 constexpr int HashRows = 8;
 constexpr int DarkBelow = 10;
 constexpr int BrightAbove = 245;
+/** So many squares of differences fit into 32 bits, also in planes of sums. */
+constexpr int Stretch = 64;
 
-class Luma
+/** Brightness of a picture, row by row. */
+template <class Value>
+class Plane
 {
 public:
-    explicit Luma(const ImageView &image)
-        : m_width(image.widthPx)
-        , m_height(image.heightPx)
-        , m_values(static_cast<std::size_t>(image.widthPx) * static_cast<std::size_t>(image.heightPx))
+    Plane(int width, int height)
+        : m_width(width)
+        , m_height(height)
+        , m_values(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))
     {
-        std::uint8_t *out = m_values.data();
-        for (int y = 0; y < m_height; ++y) {
-            const std::uint8_t *in = image.row(y);
-            // BT.601 weights in 1/65536.
-            for (int x = 0; x < m_width; ++x, in += 3)
-                *out++ = static_cast<std::uint8_t>((19595U * in[0] + 38470U * in[1] + 7471U * in[2] + 32768U) >> 16);
-        }
     }
 
     int width() const { return m_width; }
     int height() const { return m_height; }
-    const std::uint8_t *row(int y) const { return m_values.data() + static_cast<std::ptrdiff_t>(y) * m_width; }
-    const std::vector<std::uint8_t> &values() const { return m_values; }
+    const Value *row(int y) const { return m_values.data() + static_cast<std::ptrdiff_t>(y) * m_width; }
+    Value *row(int y) { return m_values.data() + static_cast<std::ptrdiff_t>(y) * m_width; }
+    const std::vector<Value> &values() const { return m_values; }
+
+    /** Sums of two by two; what is left over at the right and at the bottom falls away. */
+    Plane<std::uint16_t> halved() const
+    {
+        Plane<std::uint16_t> result(m_width / 2, m_height / 2);
+        for (int y = 0; y < result.height(); ++y) {
+            const Value *upper = row(2 * y);
+            const Value *lower = row(2 * y + 1);
+            std::uint16_t *out = result.row(y);
+            for (int x = 0; x < result.width(); ++x)
+                out[x] = static_cast<std::uint16_t>(upper[2 * x] + upper[2 * x + 1] + lower[2 * x] + lower[2 * x + 1]);
+        }
+        return result;
+    }
 
 private:
     int m_width;
     int m_height;
-    std::vector<std::uint8_t> m_values;
+    std::vector<Value> m_values;
 };
+
+using Luma = Plane<std::uint8_t>;
+
+Luma lumaOf(const ImageView &image)
+{
+    Luma luma(image.widthPx, image.heightPx);
+    for (int y = 0; y < image.heightPx; ++y) {
+        const std::uint8_t *in = image.row(y);
+        std::uint8_t *out = luma.row(y);
+        // BT.601 weights in 1/65536.
+        for (int x = 0; x < image.widthPx; ++x, in += 3)
+            out[x] = static_cast<std::uint8_t>((19595U * in[0] + 38470U * in[1] + 7471U * in[2] + 32768U) >> 16);
+    }
+    return luma;
+}
 
 int cellBegin(int cell, int cells, int length)
 {
     return static_cast<int>(static_cast<std::int64_t>(cell) * length / cells);
 }
 
+struct Tile
+{
+    int left;
+    int right;
+    int top;
+    int bottom;
+
+    std::int64_t pixels() const { return static_cast<std::int64_t>(std::max(0, right - left)) * std::max(0, bottom - top); }
+};
+
+/** The tiles of a picture without its outermost pixels, which lack a neighbour. */
+template <class Work>
+void forEachTile(int width, int height, Work &&work)
+{
+    for (int tileY = 0; tileY < TilesPerSide; ++tileY) {
+        for (int tileX = 0; tileX < TilesPerSide; ++tileX) {
+            const Tile tile{std::max(1, cellBegin(tileX, TilesPerSide, width)),
+                std::min(width - 1, cellBegin(tileX + 1, TilesPerSide, width)), std::max(1, cellBegin(tileY, TilesPerSide, height)),
+                std::min(height - 1, cellBegin(tileY + 1, TilesPerSide, height))};
+            if (tile.pixels() > 0)
+                work(tile);
+        }
+    }
+}
+
 float sharpness(const Luma &luma)
 {
     double sharpest = 0.0;
-    for (int tileY = 0; tileY < TilesPerSide; ++tileY) {
-        for (int tileX = 0; tileX < TilesPerSide; ++tileX) {
-            const int top = std::max(1, cellBegin(tileY, TilesPerSide, luma.height()));
-            const int bottom = std::min(luma.height() - 1, cellBegin(tileY + 1, TilesPerSide, luma.height()));
-            const int left = std::max(1, cellBegin(tileX, TilesPerSide, luma.width()));
-            const int right = std::min(luma.width() - 1, cellBegin(tileX + 1, TilesPerSide, luma.width()));
-            std::int64_t sum = 0;
-            std::int64_t squares = 0;
-            std::int64_t count = 0;
-            for (int y = top; y < bottom; ++y) {
-                const std::uint8_t *above = luma.row(y - 1);
-                const std::uint8_t *here = luma.row(y);
-                const std::uint8_t *below = luma.row(y + 1);
-                for (int x = left; x < right; ++x) {
-                    const int laplacian = above[x] + below[x] + here[x - 1] + here[x + 1] - 4 * here[x];
-                    sum += laplacian;
-                    squares += static_cast<std::int64_t>(laplacian) * laplacian;
-                    ++count;
+    forEachTile(luma.width(), luma.height(), [&](const Tile &tile) {
+        std::int64_t sum = 0;
+        std::int64_t squares = 0;
+        for (int y = tile.top; y < tile.bottom; ++y) {
+            const std::uint8_t *above = luma.row(y - 1);
+            const std::uint8_t *here = luma.row(y);
+            const std::uint8_t *below = luma.row(y + 1);
+            for (int first = tile.left; first < tile.right; first += Stretch) {
+                const int last = std::min(tile.right, first + Stretch);
+                std::int32_t stretchSum = 0;
+                std::int32_t stretchSquares = 0;
+                for (int x = first; x < last; ++x) {
+                    const std::int32_t laplacian = above[x] + below[x] + here[x - 1] + here[x + 1] - 4 * here[x];
+                    stretchSum += laplacian;
+                    stretchSquares += laplacian * laplacian;
                 }
+                sum += stretchSum;
+                squares += stretchSquares;
             }
-            if (count == 0)
-                continue;
-            const double mean = static_cast<double>(sum) / static_cast<double>(count);
-            sharpest = std::max(sharpest, static_cast<double>(squares) / static_cast<double>(count) - mean * mean);
         }
-    }
-    return static_cast<float>(std::sqrt(std::max(0.0, sharpest)));
+        const auto count = static_cast<double>(tile.pixels());
+        const double mean = static_cast<double>(sum) / count;
+        sharpest = std::max(sharpest, static_cast<double>(squares) / count - mean * mean);
+    });
+    return static_cast<float>(std::sqrt(sharpest));
+}
+
+/**
+ * Root mean square of the slope, per pixel, in the direction in which it is least: the smaller eigenvalue of the structure tensor, in
+ * the tile where it is largest. An edge alone, or the streaks of a moved camera, have none along themselves.
+ */
+template <class Value>
+double leastSlope(const Plane<Value> &plane)
+{
+    double best = 0.0;
+    forEachTile(plane.width(), plane.height(), [&](const Tile &tile) {
+        std::int64_t xx = 0;
+        std::int64_t yy = 0;
+        std::int64_t xy = 0;
+        for (int y = tile.top; y < tile.bottom; ++y) {
+            const Value *above = plane.row(y - 1);
+            const Value *here = plane.row(y);
+            const Value *below = plane.row(y + 1);
+            for (int first = tile.left; first < tile.right; first += Stretch) {
+                const int last = std::min(tile.right, first + Stretch);
+                std::int32_t stretchXx = 0;
+                std::int32_t stretchYy = 0;
+                std::int32_t stretchXy = 0;
+                for (int x = first; x < last; ++x) {
+                    const std::int32_t acrossX = here[x + 1] - here[x - 1];
+                    const std::int32_t acrossY = below[x] - above[x];
+                    stretchXx += acrossX * acrossX;
+                    stretchYy += acrossY * acrossY;
+                    stretchXy += acrossX * acrossY;
+                }
+                xx += stretchXx;
+                yy += stretchYy;
+                xy += stretchXy;
+            }
+        }
+        const double middle = static_cast<double>(xx + yy) / 2.0;
+        const double radius = std::hypot(static_cast<double>(xx - yy) / 2.0, static_cast<double>(xy));
+        best = std::max(best, (middle - radius) / static_cast<double>(tile.pixels()));
+    });
+    // Each slope was taken over two pixels.
+    return std::sqrt(best) / 2.0;
 }
 
 void fillColorSignature(const ImageView &image, Descriptors &result)
@@ -153,12 +244,14 @@ Descriptors ImageStatistics::describe(const ImageView &image)
     Descriptors result;
     if (!image.isValid())
         return result;
-    const Luma luma(image);
+    const Luma luma = lumaOf(image);
     std::uint64_t sum = 0;
+    std::uint64_t squares = 0;
     std::size_t dark = 0;
     std::size_t bright = 0;
     for (const std::uint8_t value : luma.values()) {
         sum += value;
+        squares += static_cast<std::uint32_t>(value) * value;
         dark += value < DarkBelow ? 1 : 0;
         bright += value > BrightAbove ? 1 : 0;
     }
@@ -166,7 +259,14 @@ Descriptors ImageStatistics::describe(const ImageView &image)
     result.exposure = static_cast<float>(static_cast<double>(sum) / (255.0 * count));
     result.darkShare = static_cast<float>(static_cast<double>(dark) / count);
     result.brightShare = static_cast<float>(static_cast<double>(bright) / count);
+    const double mean = static_cast<double>(sum) / count;
+    result.contrast = static_cast<float>(std::sqrt(std::max(0.0, static_cast<double>(squares) / count - mean * mean)));
     result.sharpness = sharpness(luma);
+    const Plane<std::uint16_t> half = luma.halved();
+    const double slopeOfQuarter = leastSlope(half.halved()) / 16.0;
+    result.detail = static_cast<float>(leastSlope(half) / 4.0);
+    if (slopeOfQuarter > 0.0)
+        result.crispness = static_cast<float>(leastSlope(luma) / slopeOfQuarter);
     fillColorSignature(image, result);
     result.hash = differenceHash(luma);
     result.isValid = true;

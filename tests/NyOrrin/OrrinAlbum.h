@@ -48,6 +48,8 @@ public:
         result.isValid = true;
         result.exposure = 0.5F;
         result.sharpness = 20.0F;
+        result.contrast = 50.0F;
+        result.detail = 18.0F;
         // Multiples of an odd constant differ in many bits.
         result.hash = 0x9e3779b97f4a7c15U * static_cast<std::uint64_t>(number + 1);
         return result;

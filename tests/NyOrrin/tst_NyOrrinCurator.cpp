@@ -5,8 +5,10 @@
 #include <QTest>
 
 #include <NyOrrinHome.h>
+#include <OrrinImageStatistics.h>
 
 #include "OrrinAlbum.h"
+#include "ScenePainter.h"
 
 class tst_NyOrrinCurator : public QObject
 {
@@ -183,26 +185,43 @@ void tst_NyOrrinCurator::longBurst()
 
 void tst_NyOrrinCurator::unusable_data()
 {
-    QTest::addColumn<float>("exposure");
-    QTest::addColumn<float>("sharpness");
+    QTest::addColumn<QImage>("picture");
     QTest::addColumn<bool>("isKept");
-    QTest::newRow("good") << 0.5F << 20.0F << true;
-    QTest::newRow("lens cap") << 0.01F << 5.0F << false;
-    QTest::newRow("night") << 0.06F << 5.0F << true;
-    QTest::newRow("into the sun") << 0.99F << 5.0F << false;
-    QTest::newRow("snow") << 0.9F << 5.0F << true;
-    QTest::newRow("shaken") << 0.5F << 0.5F << false;
+    using Paint = ScenePainter;
+    const auto row = [](const char *name, const QImage &picture, bool isKept) { QTest::newRow(name) << picture << isKept; };
+    for (const char *scene :
+        {"beach", "snow", "fireworks", "tree", "city", "forest", "people", "party", "garden", "fog", "sunset", "night"})
+        row(scene, Paint::paint(QLatin1String(scene), 3), true);
+    row("dark forest", Paint::darkened(Paint::paint(QStringLiteral("forest"), 3), 0.25), true);
+    row("dark party", Paint::darkened(Paint::paint(QStringLiteral("party"), 3), 0.25), true);
+    row("bleached beach", Paint::darkened(Paint::paint(QStringLiteral("beach"), 3), 1.6), true);
+    row("slightly shaken", Paint::shaken(Paint::paint(QStringLiteral("city"), 3), 5), true);
+    row("black", Paint::even(Qt::black, 0), false);
+    row("lens cap", Paint::even(QColor(6, 5, 7), 2), false);
+    row("lens cap at high sensitivity", Paint::even(QColor(10, 8, 12), 5), false);
+    row("pocket", Paint::pocket(), false);
+    row("finger", Paint::finger(), false);
+    row("white", Paint::even(Qt::white, 0), false);
+    row("white with noise", Paint::even(QColor(250, 250, 250), 2), false);
+    row("bare wall", Paint::even(QColor(200, 190, 180), 1), false);
+    row("shaken over a fifth of the picture", Paint::shaken(Paint::paint(QStringLiteral("people"), 3), 45), false);
+    row("out of focus", Paint::blurred(Paint::paint(QStringLiteral("garden"), 3), 35), false);
 }
 
 void tst_NyOrrinCurator::unusable()
 {
-    QFETCH(float, exposure);
-    QFETCH(float, sharpness);
+    QFETCH(QImage, picture);
     QFETCH(bool, isKept);
-    orrin::Descriptors seen = OrrinAlbum::goodShot(0);
-    seen.exposure = exposure;
-    seen.sharpness = sharpness;
-    QCOMPARE(NyOrrinCurator().curate({shot("a", 1000, seen)}).size(), std::size_t{isKept ? 1U : 0U});
+    const QImage pixels = picture.convertToFormat(QImage::Format_RGB888);
+    orrin::Descriptors seen = orrin::ImageStatistics::describe(
+        {pixels.constBits(), pixels.width(), pixels.height(), static_cast<std::ptrdiff_t>(pixels.bytesPerLine())});
+    const QByteArray values = QStringLiteral("detail %1 crispness %2 contrast %3 exposure %4")
+                                  .arg(seen.detail)
+                                  .arg(seen.crispness)
+                                  .arg(seen.contrast)
+                                  .arg(seen.exposure)
+                                  .toUtf8();
+    QVERIFY2(NyOrrinCurator().curate({shot("a", 1000, seen)}).size() == (isKept ? 1U : 0U), values.constData());
     // Nothing is known of a picture that nobody looked at.
     seen.isValid = false;
     QCOMPARE(NyOrrinCurator().curate({shot("a", 1000, seen), shot("b", 1000, seen)}).size(), std::size_t{2});
@@ -216,6 +235,8 @@ void tst_NyOrrinCurator::oddTimes()
         shot("/Zoo/b.jpg", -most, OrrinAlbum::goodShot(0)), shot("/Zoo/c.jpg", 1, OrrinAlbum::goodShot(0))});
     QCOMPARE(items.size(), std::size_t{3});
     QCOMPARE(curator.getOccasion(items).size(), std::size_t{1});
+    // Twice the earliest of all: a burst.
+    QCOMPARE(curator.curate({shot("a", -most, OrrinAlbum::goodShot(0)), shot("b", -most, OrrinAlbum::goodShot(0))}).size(), std::size_t{1});
 }
 
 void tst_NyOrrinCurator::home()

@@ -1,5 +1,7 @@
 #include <OrrinImageStatistics.h>
 
+#include <cmath>
+
 #include <QTest>
 
 #include "OrrinTestModels.h"
@@ -17,6 +19,8 @@ private Q_SLOTS:
     void exposureShares();
     void sharpnessFallsWithBlur();
     void oneSharpTileIsEnough();
+    void detailNeedsTwoDirections();
+    void crispnessTellsEdgesFromSlopes();
     void colorSignatureFollowsTheGrid();
     void hashReadsRisesToTheRight();
     void hashOfNearlyEqualPictures();
@@ -77,6 +81,9 @@ void tst_OrrinImageStatistics::evenColor()
     const orrin::Descriptors result = orrin::ImageStatistics::describe(OrrinTestPicture(33, 17, {value, value, value}).view());
     QVERIFY(result.isValid);
     QCOMPARE(result.sharpness, 0.0F);
+    QCOMPARE(result.contrast, 0.0F);
+    QCOMPARE(result.detail, 0.0F);
+    QCOMPARE(result.crispness, 1.0F);
     QVERIFY(std::abs(result.exposure - static_cast<float>(level) / 255.0F) < 0.005F);
     QCOMPARE(result.darkShare, level == 0 ? 1.0F : 0.0F);
     QCOMPARE(result.brightShare, level == 255 ? 1.0F : 0.0F);
@@ -134,6 +141,42 @@ void tst_OrrinImageStatistics::oneSharpTileIsEnough()
             picture.set(x, y, (x + y) % 2 ? std::array<std::uint8_t, 3>{255, 255, 255} : std::array<std::uint8_t, 3>{0, 0, 0});
     }
     QVERIFY(orrin::ImageStatistics::describe(picture.view()).sharpness > 500.0F);
+}
+
+void tst_OrrinImageStatistics::detailNeedsTwoDirections()
+{
+    const auto squares = [](int width, int height) {
+        OrrinTestPicture picture(160, 160);
+        for (int y = 0; y < 160; ++y) {
+            for (int x = 0; x < 160; ++x) {
+                const auto value = static_cast<std::uint8_t>((x / width + y / height) % 2 ? 200 : 100);
+                picture.set(x, y, {value, value, value});
+            }
+        }
+        return orrin::ImageStatistics::describe(picture.view());
+    };
+    QVERIFY(std::abs(squares(10, 10).contrast - 50.0F) < 0.1F);
+    QVERIFY2(squares(10, 10).detail > 25.0F, qPrintable(QString::number(squares(10, 10).detail)));
+    QCOMPARE(squares(10, 160).detail, 0.0F);
+    QCOMPARE(squares(160, 10).detail, 0.0F);
+}
+
+void tst_OrrinImageStatistics::crispnessTellsEdgesFromSlopes()
+{
+    // A disc whose rim is so many pixels wide.
+    const auto crispness = [](double rim) {
+        OrrinTestPicture picture(224, 168);
+        for (int y = 0; y < 168; ++y) {
+            for (int x = 0; x < 224; ++x) {
+                const double inside = (50.0 - std::hypot(x - 112.0, y - 84.0)) / rim + 0.5;
+                const auto value = static_cast<std::uint8_t>(40.0 + 180.0 * std::clamp(inside, 0.0, 1.0));
+                picture.set(x, y, {value, value, value});
+            }
+        }
+        return orrin::ImageStatistics::describe(picture.view()).crispness;
+    };
+    QVERIFY2(crispness(1) > 0.45F, qPrintable(QString::number(crispness(1))));
+    QVERIFY2(crispness(30) < 0.3F && crispness(30) > 0.2F, qPrintable(QString::number(crispness(30))));
 }
 
 void tst_OrrinImageStatistics::colorSignatureFollowsTheGrid()
