@@ -125,17 +125,18 @@ bool isFile(const QByteArray &path)
 class NyFolderTree::Walker
 {
 public:
-    explicit Walker(NyFolderTree &tree)
+    Walker(NyFolderTree &tree, Pictures pictures)
         : m_tree(tree)
+        , m_countsPictures(pictures == Pictures::Count)
     {
     }
 
-    void walk(const QString &startPath)
+    void walk(const QStringList &startPaths)
     {
-        if (m_config.isIgnorableFolder(startPath, false))
-            return;
-        if (!readAll(-1, startPath.section(QLatin1Char('/'), -1), startPath))
-            return;
+        for (const QString &startPath : startPaths) {
+            if (!m_config.isIgnorableFolder(startPath, false))
+                readAll(-1, startPath.section(QLatin1Char('/'), -1), startPath);
+        }
         while (!m_links.empty()) {
             std::vector<Link> links = std::move(m_links);
             m_links.clear();
@@ -155,26 +156,25 @@ private:
     };
     struct Listing
     {
-        bool hasPictures = false;
+        int pictures = 0;
         bool hasProjectFiles = false;
         std::vector<QString> subfolders;
         std::vector<QString> links;
     };
 
-    /** Reads a folder and the real folders below it. Returns false when the folder itself is no part of the tree. */
-    bool readAll(int parent, const QString &name, const QString &path)
+    /** Reads a folder and the real folders below it. */
+    void readAll(int parent, const QString &name, const QString &path)
     {
         std::vector<Link> pending{{parent, name, path}};
-        bool entered = false;
         while (!pending.empty()) {
             const Link next = std::move(pending.back());
             pending.pop_back();
             Listing listing;
             if (!read(next.path, next.parent < 0, &listing))
                 continue;
-            entered = true;
             const int index = int(m_tree.m_folders.size());
-            m_tree.m_folders.append(Folder{next.name, next.path, next.parent, {}, listing.hasPictures, false, listing.hasProjectFiles});
+            m_tree.m_folders.append(Folder{next.name, next.path, next.parent, {}, listing.pictures > 0, false, listing.hasProjectFiles,
+                m_countsPictures ? listing.pictures : 0});
             if (next.parent >= 0)
                 m_tree.m_folders[next.parent].children.append(index);
             for (const QString &link : listing.links)
@@ -185,7 +185,6 @@ private:
             for (const QString &subfolder : listing.subfolders)
                 pending.push_back({index, subfolder, childPath(next.path, subfolder)});
         }
-        return entered;
     }
 
     /** Lists one folder. Returns false when it is ignorable, was entered already or cannot be opened. */
@@ -230,10 +229,10 @@ private:
                 type = S_ISDIR(own.st_mode) ? DT_DIR : S_ISREG(own.st_mode) ? DT_REG : S_ISLNK(own.st_mode) ? DT_LNK : DT_FIFO;
             }
             if (type == DT_REG || type == DT_LNK) {
-                const bool picture = !listing->hasPictures && hasSuffix(name, m_tree.m_suffixes);
+                const bool picture = (m_countsPictures || listing->pictures == 0) && hasSuffix(name, m_tree.m_suffixes);
                 const bool project = !listing->hasProjectFiles && hasSuffix(name, m_projectSuffixes);
                 if ((picture || project) && (type == DT_REG || isFile(fullPath())) && isValidName(name)) {
-                    listing->hasPictures = listing->hasPictures || picture;
+                    listing->pictures += picture ? 1 : 0;
                     listing->hasProjectFiles = listing->hasProjectFiles || project;
                 }
             }
@@ -266,6 +265,7 @@ private:
     }
 
     NyFolderTree &m_tree;
+    const bool m_countsPictures;
     const NyDirectoryConfig &m_config = NyDirectoryConfig::instance();
     const QList<QByteArray> m_projectSuffixes{QByteArrayLiteral("nqp"), QByteArrayLiteral("nqpx")};
     std::unordered_set<FileId, FileIdHash> m_entered;
@@ -273,13 +273,18 @@ private:
 };
 
 NyFolderTree::NyFolderTree(const QString &startPath, const QStringList &pictureFilters)
+    : NyFolderTree(QStringList{startPath}, pictureFilters, Pictures::Find)
+{
+}
+
+NyFolderTree::NyFolderTree(const QStringList &startPaths, const QStringList &pictureFilters, Pictures pictures)
 {
     for (const QString &filter : pictureFilters) {
         if (filter.startsWith(QLatin1String("*.")))
             m_suffixes.append(filter.mid(2).toLower().toUtf8());
     }
     std::sort(m_suffixes.begin(), m_suffixes.end());
-    Walker(*this).walk(startPath);
+    Walker(*this, pictures).walk(startPaths);
 }
 
 QStringList NyFolderTree::samplePictures(const QList<int> &folders, int maximum) const

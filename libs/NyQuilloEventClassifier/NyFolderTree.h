@@ -26,13 +26,21 @@ public:
         bool hasOwnPictures = false;
         bool hasPicturesBelow = false; ///< in itself or in a folder below
         bool hasProjectFiles = false;
+        int ownPictures = 0; ///< how many lie directly in it; 0 unless they were to be counted
+    };
+
+    enum class Pictures {
+        Find, ///< whether there are any
+        Count,
     };
 
     NyFolderTree() = default;
     /** Walks at once, on the caller's thread. @p pictureFilters are wildcard patterns such as "*.jpg", matched without regard to case. */
     NyFolderTree(const QString &startPath, const QStringList &pictureFilters);
+    /** Several start folders, of which none lies in another, in one tree: what is reached from two of them belongs to one. */
+    NyFolderTree(const QStringList &startPaths, const QStringList &pictureFilters, Pictures pictures);
 
-    /** The start folder first, each folder before those in it. Empty when the start folder is ignorable or cannot be read. */
+    /** The start folder first, each folder before those in it. A start folder that is ignorable or cannot be read has no entry. */
     const QList<Folder> &folders() const { return m_folders; }
 
     /**

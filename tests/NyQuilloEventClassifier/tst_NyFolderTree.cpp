@@ -307,6 +307,31 @@ private Q_SLOTS:
         QVERIFY(tree.folders().constLast().hasOwnPictures);
     }
 
+    void severalStartsMakeOneTree()
+    {
+        PictureTree pictures;
+        for (const char16_t *name : {u"a/1.jpg", u"a/2.JPG", u"a/.3.jpg", u"a/x/4.jpg", u"b/5.txt", u"c/6.jpg", u"d/7.heic"})
+            pictures.addFile(QString::fromUtf16(name));
+        // What a link in the first leads to belongs to the start folder that it lies in.
+        QVERIFY(QFile::link(pictures.path(u"c"_s), pictures.path(u"a/link"_s)));
+        QVERIFY(QFile::link(pictures.path(u"d"_s), pictures.path(u"a/other"_s)));
+        const NyFolderTree tree(
+            {pictures.path(u"a"_s), pictures.path(u"b"_s), pictures.path(u"c"_s)}, Filters, NyFolderTree::Pictures::Count);
+        QCOMPARE(relativePaths(pictures, tree), (QStringList{u"a"_s, u"a/other"_s, u"a/x"_s, u"b"_s, u"c"_s}));
+        int all = 0;
+        for (const NyFolderTree::Folder &folder : tree.folders()) {
+            all += folder.ownPictures;
+            QCOMPARE(folder.hasOwnPictures, folder.ownPictures > 0);
+            QCOMPARE(folder.parent < 0, !folder.path.contains(u"/a/"_s));
+            if (folder.name == u"a"_s)
+                QCOMPARE(folder.ownPictures, 2);
+        }
+        QCOMPARE(all, 5);
+        for (const NyFolderTree::Folder &folder : NyFolderTree(pictures.path(u"a"_s), Filters).folders())
+            QCOMPARE(folder.ownPictures, 0);
+        QVERIFY(NyFolderTree(QStringList(), Filters, NyFolderTree::Pictures::Count).folders().isEmpty());
+    }
+
     void picturesAreSampledEvenly()
     {
         PictureTree pictures;
