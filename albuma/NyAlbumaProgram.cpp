@@ -39,6 +39,8 @@ void nameApplication()
     QCoreApplication::setOrganizationName(u"VELMORA"_s);
     QCoreApplication::setApplicationName(NyProgramConfig::instance().programName(NyProgramID::MainProgram));
     QCoreApplication::setApplicationVersion(NyVersionConfig::instance().versionString());
+    // Desktops match windows to the desktop entry by this name.
+    QGuiApplication::setDesktopFileName(NyProgramConfig::instance().commandName(NyProgramID::MainProgram));
 }
 
 void startLogging()

@@ -1,6 +1,7 @@
 # Declares one library of the family.
 include_guard(GLOBAL)
 include(GenerateExportHeader)
+include(NyInstall)
 
 # ny_add_library(<name> SOURCES <files> [PUBLIC <targets>] [PRIVATE <targets>])
 #
@@ -27,5 +28,5 @@ function(ny_add_library NAME)
         SOVERSION 0
         BUILD_RPATH_USE_ORIGIN ON
         INSTALL_RPATH "$ORIGIN")
-    install(TARGETS ${NAME} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/velmora NAMELINK_SKIP)
+    install(TARGETS ${NAME} LIBRARY DESTINATION "${NY_INSTALL_LIBRARIES}" NAMELINK_SKIP)
 endfunction()

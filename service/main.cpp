@@ -101,6 +101,8 @@ int main(int argc, char **argv)
     NyProgramConfig::instance().setProgramID(NyProgramID::QuilloService);
     QCoreApplication::setOrganizationName(QStringLiteral("VELMORA"));
     QCoreApplication::setApplicationName(NyProgramConfig::instance().programName(NyProgramID::QuilloService));
+    if (kind == RunKind::Window)
+        QGuiApplication::setDesktopFileName(NyProgramConfig::instance().commandName(NyProgramID::QuilloService));
     loadTranslations(*application);
 
     if (kind == RunKind::Text) {

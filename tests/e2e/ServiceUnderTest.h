@@ -36,6 +36,8 @@ public:
 
     /** Runs a copy of the service from a folder that holds no main program unless the test puts one there; its path. */
     QString useOwnProgramFolder();
+    /** Runs the programs of this folder instead of the built ones, with nothing but their own word on where libraries lie. */
+    void useProgramsIn(const QString &folder) { m_programFolder = folder; }
 
     void start(const QStringList &arguments = QStringList());
     /** Starts a service that is allowed to, with quickSections(). */
