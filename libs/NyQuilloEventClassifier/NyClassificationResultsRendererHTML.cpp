@@ -87,8 +87,8 @@ section { margin-top: 2.5rem; }
 .bar i { display: block; height: 100%; border-radius: 3px; background: var(--kind); }
 .bar, .bar i { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 .nothing { padding: 2.5rem 1.5rem; text-align: center; background: var(--sheet); border: 1px solid var(--line); border-radius: 8px; }
-footer { margin-top: 3rem; padding-block: 1.25rem 3rem; border-top: 1px solid var(--line); color: var(--quiet); font-size: .875rem; }
-footer h2 { font-size: 1rem; color: var(--text); }
+footer { margin-top: 3rem; padding-bottom: 3rem; color: var(--quiet); font-size: .875rem; }
+footer h2 { padding-top: 1.25rem; border-top: 1px solid var(--line); font-size: 1rem; color: var(--text); }
 footer li { margin-top: .4rem; max-width: 46rem; overflow-wrap: anywhere; }
 @media (min-width: 48rem) {
   .pictured .folder { grid-template-columns: var(--strip) minmax(0, 1fr); }
