@@ -38,15 +38,15 @@ public:
     const std::vector<Value> &values() const { return m_values; }
 
     /** Sums of two by two; what is left over at the right and at the bottom falls away. */
-    Plane<std::uint16_t> halved() const
+    Plane<std::int16_t> halved() const
     {
-        Plane<std::uint16_t> result(m_width / 2, m_height / 2);
+        Plane<std::int16_t> result(m_width / 2, m_height / 2);
         for (int y = 0; y < result.height(); ++y) {
             const Value *upper = row(2 * y);
             const Value *lower = row(2 * y + 1);
-            std::uint16_t *out = result.row(y);
+            std::int16_t *out = result.row(y);
             for (int x = 0; x < result.width(); ++x)
-                out[x] = static_cast<std::uint16_t>(upper[2 * x] + upper[2 * x + 1] + lower[2 * x] + lower[2 * x + 1]);
+                out[x] = static_cast<std::int16_t>(upper[2 * x] + upper[2 * x + 1] + lower[2 * x] + lower[2 * x + 1]);
         }
         return result;
     }
@@ -117,7 +117,7 @@ float sharpness(const Luma &luma)
                 std::int32_t stretchSum = 0;
                 std::int32_t stretchSquares = 0;
                 for (int x = first; x < last; ++x) {
-                    const std::int32_t laplacian = above[x] + below[x] + here[x - 1] + here[x + 1] - 4 * here[x];
+                    const auto laplacian = static_cast<std::int16_t>(above[x] + below[x] + here[x - 1] + here[x + 1] - 4 * here[x]);
                     stretchSum += laplacian;
                     stretchSquares += laplacian * laplacian;
                 }
@@ -154,8 +154,8 @@ double leastSlope(const Plane<Value> &plane)
                 std::int32_t stretchYy = 0;
                 std::int32_t stretchXy = 0;
                 for (int x = first; x < last; ++x) {
-                    const std::int32_t acrossX = here[x + 1] - here[x - 1];
-                    const std::int32_t acrossY = below[x] - above[x];
+                    const auto acrossX = static_cast<std::int16_t>(here[x + 1] - here[x - 1]);
+                    const auto acrossY = static_cast<std::int16_t>(below[x] - above[x]);
                     stretchXx += acrossX * acrossX;
                     stretchYy += acrossY * acrossY;
                     stretchXy += acrossX * acrossY;
@@ -175,22 +175,26 @@ double leastSlope(const Plane<Value> &plane)
 
 void fillColorSignature(const ImageView &image, Descriptors &result)
 {
+    const auto length = static_cast<std::size_t>(image.widthPx) * 3;
+    std::vector<std::uint32_t> columns(length);
     std::size_t index = 0;
     for (int cellY = 0; cellY < SignatureCellsPerSide; ++cellY) {
+        // A cell of a picture of one or two pixels still holds its nearest pixel.
+        const int top = std::min(cellBegin(cellY, SignatureCellsPerSide, image.heightPx), image.heightPx - 1);
+        const int bottom = std::max(top + 1, cellBegin(cellY + 1, SignatureCellsPerSide, image.heightPx));
+        std::fill(columns.begin(), columns.end(), 0U);
+        for (int y = top; y < bottom; ++y) {
+            const std::uint8_t *in = image.row(y);
+            for (std::size_t i = 0; i < length; ++i)
+                columns[i] += in[i];
+        }
         for (int cellX = 0; cellX < SignatureCellsPerSide; ++cellX) {
-            // A cell of a picture of one or two pixels still holds its nearest pixel.
-            const int top = std::min(cellBegin(cellY, SignatureCellsPerSide, image.heightPx), image.heightPx - 1);
-            const int bottom = std::max(top + 1, cellBegin(cellY + 1, SignatureCellsPerSide, image.heightPx));
             const int left = std::min(cellBegin(cellX, SignatureCellsPerSide, image.widthPx), image.widthPx - 1);
             const int right = std::max(left + 1, cellBegin(cellX + 1, SignatureCellsPerSide, image.widthPx));
             std::array<std::uint64_t, 3> sums{};
-            for (int y = top; y < bottom; ++y) {
-                const std::uint8_t *in = image.row(y) + std::ptrdiff_t{3} * left;
-                for (int x = left; x < right; ++x, in += 3) {
-                    sums[0] += in[0];
-                    sums[1] += in[1];
-                    sums[2] += in[2];
-                }
+            for (int x = left; x < right; ++x) {
+                for (std::size_t channel = 0; channel < 3; ++channel)
+                    sums[channel] += columns[static_cast<std::size_t>(x) * 3 + channel];
             }
             const double count = static_cast<double>(bottom - top) * (right - left) * 255.0;
             for (const std::uint64_t sum : sums)
@@ -199,39 +203,41 @@ void fillColorSignature(const ImageView &image, Descriptors &result)
     }
 }
 
-double meanOf(const Luma &luma, double left, double right, double top, double bottom)
+/** Adds a row's values to the cells that it crosses, pixels at their borders by the share that is inside. */
+void addRow(const std::uint8_t *values, int width, double share, std::array<double, HashColumns> &cells)
 {
-    const int firstY = static_cast<int>(top);
-    const int lastY = std::min(luma.height() - 1, static_cast<int>(std::ceil(bottom)) - 1);
-    const int firstX = static_cast<int>(left);
-    const int lastX = std::min(luma.width() - 1, static_cast<int>(std::ceil(right)) - 1);
-    double sum = 0.0;
-    double area = 0.0;
-    for (int y = firstY; y <= lastY; ++y) {
-        const double rowShare = std::min(bottom, y + 1.0) - std::max(top, static_cast<double>(y));
-        const std::uint8_t *values = luma.row(y);
-        for (int x = firstX; x <= lastX; ++x) {
-            const double share = rowShare * (std::min(right, x + 1.0) - std::max(left, static_cast<double>(x)));
-            sum += share * values[x];
-            area += share;
-        }
+    const double cellWidth = static_cast<double>(width) / HashColumns;
+    for (int column = 0; column < HashColumns; ++column) {
+        const double left = column * cellWidth;
+        const double right = (column + 1) * cellWidth;
+        const int first = static_cast<int>(left);
+        const int last = std::min(width - 1, static_cast<int>(std::ceil(right)) - 1);
+        std::int64_t inside = 0;
+        for (int x = first + 1; x < last; ++x)
+            inside += values[x];
+        double sum = static_cast<double>(inside) + values[first] * (std::min(right, first + 1.0) - left);
+        if (last > first)
+            sum += values[last] * (right - last);
+        cells[static_cast<std::size_t>(column)] += share * sum;
     }
-    return area > 0.0 ? sum / area : 0.0;
 }
 
 std::uint64_t differenceHash(const Luma &luma)
 {
-    const double cellWidth = static_cast<double>(luma.width()) / HashColumns;
     const double cellHeight = static_cast<double>(luma.height()) / HashRows;
+    const double cellPixels = cellHeight * luma.width() / HashColumns;
     std::uint64_t hash = 0;
     for (int row = 0; row < HashRows; ++row) {
-        double before = 0.0;
-        for (int column = 0; column < HashColumns; ++column) {
-            const double mean = meanOf(luma, column * cellWidth, (column + 1) * cellWidth, row * cellHeight, (row + 1) * cellHeight);
+        const double top = row * cellHeight;
+        const double bottom = (row + 1) * cellHeight;
+        const int last = std::min(luma.height() - 1, static_cast<int>(std::ceil(bottom)) - 1);
+        std::array<double, HashColumns> cells{};
+        for (int y = static_cast<int>(top); y <= last; ++y)
+            addRow(luma.row(y), luma.width(), std::min(bottom, y + 1.0) - std::max(top, static_cast<double>(y)), cells);
+        for (std::size_t column = 1; column < HashColumns; ++column) {
             // Half a grey level: rounding must not set bits in an even area.
-            if (column > 0 && mean > before + 0.5)
-                hash |= std::uint64_t{1} << (8 * row + column - 1);
-            before = mean;
+            if (cells[column] > cells[column - 1] + 0.5 * cellPixels)
+                hash |= std::uint64_t{1} << (8 * static_cast<std::size_t>(row) + column - 1);
         }
     }
     return hash;
@@ -247,13 +253,26 @@ Descriptors ImageStatistics::describe(const ImageView &image)
     const Luma luma = lumaOf(image);
     std::uint64_t sum = 0;
     std::uint64_t squares = 0;
-    std::size_t dark = 0;
-    std::size_t bright = 0;
-    for (const std::uint8_t value : luma.values()) {
-        sum += value;
-        squares += static_cast<std::uint32_t>(value) * value;
-        dark += value < DarkBelow ? 1 : 0;
-        bright += value > BrightAbove ? 1 : 0;
+    std::uint64_t dark = 0;
+    std::uint64_t bright = 0;
+    const std::vector<std::uint8_t> &values = luma.values();
+    for (std::size_t first = 0; first < values.size(); first += Stretch) {
+        const std::size_t last = std::min(values.size(), first + Stretch);
+        std::uint32_t stretchSum = 0;
+        std::int32_t stretchSquares = 0;
+        std::uint32_t stretchDark = 0;
+        std::uint32_t stretchBright = 0;
+        for (std::size_t i = first; i < last; ++i) {
+            const auto value = static_cast<std::int16_t>(values[i]);
+            stretchSum += values[i];
+            stretchSquares += value * value;
+            stretchDark += values[i] < DarkBelow ? 1U : 0U;
+            stretchBright += values[i] > BrightAbove ? 1U : 0U;
+        }
+        sum += stretchSum;
+        squares += static_cast<std::uint64_t>(stretchSquares);
+        dark += stretchDark;
+        bright += stretchBright;
     }
     const auto count = static_cast<double>(luma.values().size());
     result.exposure = static_cast<float>(static_cast<double>(sum) / (255.0 * count));
@@ -262,7 +281,7 @@ Descriptors ImageStatistics::describe(const ImageView &image)
     const double mean = static_cast<double>(sum) / count;
     result.contrast = static_cast<float>(std::sqrt(std::max(0.0, static_cast<double>(squares) / count - mean * mean)));
     result.sharpness = sharpness(luma);
-    const Plane<std::uint16_t> half = luma.halved();
+    const Plane<std::int16_t> half = luma.halved();
     const double slopeOfQuarter = leastSlope(half.halved()) / 16.0;
     result.detail = static_cast<float>(leastSlope(half) / 4.0);
     if (slopeOfQuarter > 0.0)

@@ -2,9 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace orrin
 {
+
+namespace
+{
+
+/** Red, green, blue and one value without a meaning, worked on at once. */
+using Quad = float __attribute__((vector_size(16)));
+
+} // namespace
 
 Preprocessor::Preprocessor(const ModelConfig &config)
     : m_layout(config.layout)
@@ -14,13 +23,12 @@ Preprocessor::Preprocessor(const ModelConfig &config)
     , m_deviation(config.deviation)
     , m_width(config.inputWidthPx)
     , m_height(config.inputHeightPx)
-    , m_scaled(static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height) * 3)
 {
 }
 
 std::size_t Preprocessor::valueCount() const
 {
-    return m_scaled.size();
+    return static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height) * 3;
 }
 
 void Preprocessor::computeTaps(std::vector<Tap> &taps, int target, double sourceBegin, double sourceLength, int sourceSize)
@@ -51,14 +59,16 @@ void Preprocessor::computeTaps(std::vector<Tap> &taps, int target, double source
     }
 }
 
-void Preprocessor::scale(const ImageView &image)
+void Preprocessor::adaptTo(int widthPx, int heightPx)
 {
+    if (widthPx == m_sourceWidth && heightPx == m_sourceHeight)
+        return;
     int targetWidth = m_width;
     int targetHeight = m_height;
     double left = 0.0;
     double top = 0.0;
-    double width = image.widthPx;
-    double height = image.heightPx;
+    double width = widthPx;
+    double height = heightPx;
     if (m_fit == ModelConfig::Fit::Crop) {
         const double factor = std::min(width / m_width, height / m_height);
         left = (width - factor * m_width) / 2.0;
@@ -69,76 +79,95 @@ void Preprocessor::scale(const ImageView &image)
         const double factor = std::max(width / m_width, height / m_height);
         targetWidth = std::clamp(static_cast<int>(std::lround(width / factor)), 1, m_width);
         targetHeight = std::clamp(static_cast<int>(std::lround(height / factor)), 1, m_height);
-        for (std::size_t i = 0; i < m_scaled.size(); ++i)
-            m_scaled[i] = m_mean[i % 3] * 255.0F;
     }
-    computeTaps(m_columns, targetWidth, left, width, image.widthPx);
-    computeTaps(m_rows, targetHeight, top, height, image.heightPx);
+    computeTaps(m_columns, targetWidth, left, width, widthPx);
+    computeTaps(m_rows, targetHeight, top, height, heightPx);
+    // One value more, so that the last pixel can be read like the others.
+    m_line.assign(static_cast<std::size_t>(widthPx) * 3 + 1, 0.0F);
+    m_sourceWidth = widthPx;
+    m_sourceHeight = heightPx;
+}
 
-    const int firstRow = m_rows.front().first;
-    const int lastRow = m_rows.back().first + static_cast<int>(m_rows.back().weights.size()) - 1;
-    const std::size_t rowLength = static_cast<std::size_t>(targetWidth) * 3;
-    m_narrowed.resize(rowLength * static_cast<std::size_t>(lastRow - firstRow + 1));
-    float *narrowed = m_narrowed.data();
-    for (int y = firstRow; y <= lastRow; ++y) {
-        const std::uint8_t *row = image.row(y);
-        for (const Tap &tap : m_columns) {
-            const std::uint8_t *in = row + std::ptrdiff_t{3} * tap.first;
-            float red = 0.0F;
-            float green = 0.0F;
-            float blue = 0.0F;
-            for (const float weight : tap.weights) {
-                red += weight * in[0];
-                green += weight * in[1];
-                blue += weight * in[2];
-                in += 3;
-            }
-            *narrowed++ = red;
-            *narrowed++ = green;
-            *narrowed++ = blue;
-        }
-    }
-
-    const std::size_t offsetX = static_cast<std::size_t>((m_width - targetWidth) / 2) * 3;
-    const auto offsetY = static_cast<std::size_t>((m_height - targetHeight) / 2);
-    for (std::size_t y = 0; y < m_rows.size(); ++y) {
-        const Tap &tap = m_rows[y];
-        float *out = m_scaled.data() + (offsetY + y) * static_cast<std::size_t>(m_width) * 3 + offsetX;
-        std::fill_n(out, rowLength, 0.0F);
-        const float *in = m_narrowed.data() + static_cast<std::size_t>(tap.first - firstRow) * rowLength;
-        for (const float weight : tap.weights) {
-            for (std::size_t i = 0; i < rowLength; ++i)
-                out[i] += weight * in[i];
-            in += rowLength;
+void Preprocessor::shrinkRows(const ImageView &image, const Tap &tap)
+{
+    const auto first = static_cast<std::size_t>(m_columns.front().first) * 3;
+    const auto last = (static_cast<std::size_t>(m_columns.back().first) + m_columns.back().weights.size()) * 3;
+    float *const line = m_line.data();
+    for (std::size_t row = 0; row < tap.weights.size(); ++row) {
+        const float weight = tap.weights[row];
+        const std::uint8_t *const in = image.row(tap.first + static_cast<int>(row));
+        if (row == 0) {
+            for (std::size_t i = first; i < last; ++i)
+                line[i] = weight * static_cast<float>(in[i]);
+        } else {
+            for (std::size_t i = first; i < last; ++i)
+                line[i] += weight * static_cast<float>(in[i]);
         }
     }
 }
 
 template <class Value, class Convert>
-void Preprocessor::layOut(Value *values, Convert convert) const
+void Preprocessor::fillWith(const ImageView &image, Value *values, Convert convert)
 {
-    const std::size_t pixels = m_scaled.size() / 3;
-    for (std::size_t position = 0; position < 3; ++position) {
-        const std::size_t channel = m_channelOrder == ModelConfig::ChannelOrder::Rgb ? position : 2 - position;
-        const bool planes = m_layout == ModelConfig::Layout::Nchw;
-        Value *out = values + (planes ? position * pixels : position);
-        const std::size_t step = planes ? 1 : 3;
-        const float *in = m_scaled.data() + channel;
-        for (std::size_t i = 0; i < pixels; ++i, in += 3, out += step)
-            *out = convert(*in, channel);
+    adaptTo(image.widthPx, image.heightPx);
+    const bool planes = m_layout == ModelConfig::Layout::Nchw;
+    const auto pixels = static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height);
+    const std::size_t pixelStep = planes ? 1 : 3;
+    const std::size_t channelStep = planes ? pixels : 1;
+    const bool isRgb = m_channelOrder == ModelConfig::ChannelOrder::Rgb;
+    Value *const red = values + (isRgb ? 0 : 2) * channelStep;
+    Value *const green = values + channelStep;
+    Value *const blue = values + (isRgb ? 2 : 0) * channelStep;
+    const auto put = [&](std::size_t pixel, const Quad &color) {
+        const Quad converted = convert(color);
+        red[pixel * pixelStep] = static_cast<Value>(converted[0]);
+        green[pixel * pixelStep] = static_cast<Value>(converted[1]);
+        blue[pixel * pixelStep] = static_cast<Value>(converted[2]);
+    };
+
+    if (m_columns.size() * m_rows.size() < pixels) {
+        const Quad mean{m_mean[0] * 255.0F, m_mean[1] * 255.0F, m_mean[2] * 255.0F, 0.0F};
+        for (std::size_t pixel = 0; pixel < pixels; ++pixel)
+            put(pixel, mean);
+    }
+    const std::size_t offsetX = (static_cast<std::size_t>(m_width) - m_columns.size()) / 2;
+    const std::size_t offsetY = (static_cast<std::size_t>(m_height) - m_rows.size()) / 2;
+    for (std::size_t y = 0; y < m_rows.size(); ++y) {
+        shrinkRows(image, m_rows[y]);
+        std::size_t pixel = (offsetY + y) * static_cast<std::size_t>(m_width) + offsetX;
+        for (const Tap &tap : m_columns) {
+            const float *in = m_line.data() + std::size_t{3} * static_cast<std::size_t>(tap.first);
+            Quad color{};
+            for (const float weight : tap.weights) {
+                Quad next;
+                std::memcpy(&next, in, sizeof(next));
+                color += weight * next;
+                in += 3;
+            }
+            put(pixel++, color);
+        }
     }
 }
 
 void Preprocessor::fill(const ImageView &image, float *values)
 {
-    scale(image);
-    layOut(values, [this](float value, std::size_t channel) { return (value / 255.0F - m_mean[channel]) / m_deviation[channel]; });
+    Quad factor{};
+    Quad offset{};
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        factor[channel] = 1.0F / (255.0F * m_deviation[channel]);
+        offset[channel] = -m_mean[channel] / m_deviation[channel];
+    }
+    fillWith(image, values, [&](const Quad &color) { return color * factor + offset; });
 }
 
 void Preprocessor::fill(const ImageView &image, std::uint8_t *values)
 {
-    scale(image);
-    layOut(values, [](float value, std::size_t) { return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, 255L)); });
+    fillWith(image, values, [](const Quad &color) {
+        Quad rounded = color + 0.5F;
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            rounded[channel] = std::clamp(rounded[channel], 0.0F, 255.0F);
+        return rounded;
+    });
 }
 
 } // namespace orrin

@@ -31,10 +31,13 @@ private:
         std::vector<float> weights;
     };
 
-    void scale(const ImageView &image);
-    void computeTaps(std::vector<Tap> &taps, int target, double sourceBegin, double sourceLength, int sourceSize);
+    /** Computes what only the picture's size decides; most pictures have that of the one before. */
+    void adaptTo(int widthPx, int heightPx);
+    static void computeTaps(std::vector<Tap> &taps, int target, double sourceBegin, double sourceLength, int sourceSize);
+    /** Weighs some rows of the picture into m_line. */
+    void shrinkRows(const ImageView &image, const Tap &tap);
     template <class Value, class Convert>
-    void layOut(Value *values, Convert convert) const;
+    void fillWith(const ImageView &image, Value *values, Convert convert);
 
     ModelConfig::Layout m_layout;
     ModelConfig::ChannelOrder m_channelOrder;
@@ -43,11 +46,12 @@ private:
     std::array<float, 3> m_deviation;
     int m_width;
     int m_height;
+    int m_sourceWidth = 0;
+    int m_sourceHeight = 0;
     std::vector<Tap> m_columns;
     std::vector<Tap> m_rows;
-    std::vector<float> m_narrowed;
-    /** Red, green, blue of 0 to 255, row by row. */
-    std::vector<float> m_scaled;
+    /** Red, green, blue of 0 to 255, as wide as the picture. */
+    std::vector<float> m_line;
 };
 
 } // namespace orrin
