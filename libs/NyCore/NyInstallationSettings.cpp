@@ -5,7 +5,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
-#include <QtCore/QStringList>
 
 #include "NyChildProcess.h"
 #include "NyPlatformIndependent.h"
@@ -29,6 +28,9 @@ NyInstallationSettings::NyInstallationSettings()
     , m_mainProgramPath(QString(), QString(), QStringLiteral("mainProgramPath"), false)
     , m_quilloServicePath(QString(), QString(), QStringLiteral("quilloServicePath"), false)
 {
+    m_uninstallTimer.setSingleShot(true);
+    m_uninstallTimer.setInterval(LongestUninstallMs);
+    connect(&m_uninstallTimer, &QTimer::timeout, this, [this] { endUninstalling(Outcome::StillRunning); });
 }
 
 NyInstallationSettings::~NyInstallationSettings() = default;
@@ -41,6 +43,8 @@ bool NyInstallationSettings::autoStartService() const
 
 void NyInstallationSettings::setAutoStartService(bool value, bool alreadyInEffect)
 {
+    if (m_uninstalling && !m_uninstalling->waitForFinished(LongestUninstallMs))
+        endUninstalling(Outcome::StillRunning);
     const NySettingsLock lock;
     load(m_autoStartService);
     m_autoStartService.setValue(value);
@@ -50,37 +54,67 @@ void NyInstallationSettings::setAutoStartService(bool value, bool alreadyInEffec
 
 void NyInstallationSettings::applyAutoStartServiceSetting()
 {
-    if (!m_applyPending)
+    if (!m_applyPending || m_uninstalling)
         return;
-    const bool install = autoStartService();
     const QString program = executablePath(NyProgramID::QuilloService);
-    const QStringList arguments{QStringLiteral("--serviceMode"), install ? QStringLiteral("i") : QStringLiteral("u")};
-    if (install) {
-        m_applyPending = !NyPlatformIndependent::instance().runProgram(program, arguments, QString());
-        return;
-    }
     if (!isExecutableFile(program)) {
         qWarning() << "no executable program:" << program;
-        return;
+        Q_EMIT autoStartServiceSettingApplied(Outcome::ProgramMissing);
+    } else if (autoStartService()) {
+        install(program);
+    } else {
+        uninstall(program);
     }
-    // Waited for, so that an installation asked for right after it cannot be undone by it.
-    auto *process = new QProcess;
+}
+
+bool NyInstallationSettings::isApplying() const
+{
+    return !m_uninstalling.isNull();
+}
+
+void NyInstallationSettings::install(const QString &program)
+{
+    m_applyPending
+        = !NyPlatformIndependent::instance().runProgram(program, {QStringLiteral("--serviceMode"), QStringLiteral("i")}, QString());
+    Q_EMIT autoStartServiceSettingApplied(m_applyPending ? Outcome::ProgramFailed : Outcome::Applied);
+}
+
+void NyInstallationSettings::uninstall(const QString &program)
+{
+    m_applyPending = false;
+    m_uninstalling = new QProcess;
+    QProcess *process = m_uninstalling;
     process->setProcessChannelMode(QProcess::ForwardedChannels);
     NyChildProcess::prepare(*process, NyChildProcess::Lifetime::Independent);
-    process->start(program, arguments);
-    if (!process->waitForStarted(LongestUninstallMs)) {
-        qWarning() << "program could not be started:" << program;
-        delete process;
-        return;
-    }
-    m_applyPending = false;
-    if (process->waitForFinished(LongestUninstallMs)) {
-        delete process;
-        return;
-    }
-    qWarning() << "program still runs:" << program << arguments;
-    // Deleting a running QProcess would kill the program.
     connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    connect(process, &QProcess::finished, this, [this, process](int exitCode, QProcess::ExitStatus status) {
+        if (process != m_uninstalling)
+            return;
+        const bool done = status == QProcess::NormalExit && exitCode == 0;
+        if (!done)
+            qWarning() << "program failed:" << process->program() << process->arguments() << exitCode;
+        endUninstalling(done ? Outcome::Applied : Outcome::ProgramFailed);
+    });
+    connect(process, &QProcess::errorOccurred, this, [this, process](QProcess::ProcessError error) {
+        if (error != QProcess::FailedToStart || process != m_uninstalling)
+            return;
+        qWarning() << "program could not be started:" << process->program() << process->errorString();
+        process->deleteLater();
+        endUninstalling(Outcome::ProgramFailed);
+    });
+    m_uninstallTimer.start();
+    process->start(program, {QStringLiteral("--serviceMode"), QStringLiteral("u")});
+}
+
+void NyInstallationSettings::endUninstalling(Outcome outcome)
+{
+    m_uninstallTimer.stop();
+    if (outcome == Outcome::StillRunning)
+        qWarning() << "program still runs:" << m_uninstalling->program() << m_uninstalling->arguments();
+    if (outcome == Outcome::ProgramFailed)
+        m_applyPending = true;
+    m_uninstalling.clear();
+    Q_EMIT autoStartServiceSettingApplied(outcome);
 }
 
 QString NyInstallationSettings::executablePath(NyProgramID programID) const

@@ -168,4 +168,9 @@ void NySettings::save(NyConfigItem<bool> &item) const
     saveItem(item);
 }
 
+bool NySettings::isEverythingSaved() const
+{
+    return !NySettingsStore::instance().hasPending();
+}
+
 void NySettings::applyStartupRuleInternal(int) { }

@@ -40,6 +40,9 @@ public:
     void save(NyConfigItem<int> &item) const;
     void save(NyConfigItem<bool> &item) const;
 
+    /** Whether all that this process has saved so far is in the file; false after a failure, until it could be written. */
+    bool isEverythingSaved() const;
+
 protected:
     /** For settings that follow a rule of the program's start-up; does nothing here. */
     virtual void applyStartupRuleInternal(int rule);

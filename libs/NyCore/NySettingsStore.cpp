@@ -144,6 +144,12 @@ void NySettingsStore::setValue(const QString &group, const QString &key, const Q
     m_pending.append({changed, Value{text, quoted}});
 }
 
+bool NySettingsStore::hasPending()
+{
+    const QMutexLocker locker(&m_data);
+    return !m_pending.isEmpty();
+}
+
 void NySettingsStore::reportUnusable(const QString &group, const QString &key, const QString &text)
 {
     {

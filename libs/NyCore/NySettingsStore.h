@@ -29,6 +29,9 @@ public:
     /** Takes the text over; it is in the file when the last enclosing lock is released. */
     void setValue(const QString &group, const QString &key, const QString &text, bool quoted);
 
+    /** Whether texts wait to be written: a lock is held, or writing failed. */
+    bool hasPending();
+
     /** Warns about a stored text that is no value of its type, once for each. */
     void reportUnusable(const QString &group, const QString &key, const QString &text);
 

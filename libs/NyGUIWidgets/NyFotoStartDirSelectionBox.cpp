@@ -51,7 +51,7 @@ NyFotoStartDirSelectionBox *NyFotoStartDirSelectionBox::create(QWidget *parent, 
 NyFotoStartDirSelectionBox::NyFotoStartDirSelectionBox(QWidget *parent, bool withCaption, bool typingAllowed)
     : QWidget(parent)
     , m_line(new QLineEdit(this))
-    , m_browseButton(new QPushButton(tr("Durchsuchen…"), this))
+    , m_browseButton(new QPushButton(tr("&Durchsuchen…"), this))
     , m_missingLabel(new QLabel(tr("Diesen Ordner gibt es zurzeit nicht."), this))
     , m_typingAllowed(typingAllowed)
 {

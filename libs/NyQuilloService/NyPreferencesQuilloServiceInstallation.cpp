@@ -9,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QGridLayout>
+#include <QKeySequence>
 #include <QLabel>
 
 namespace
@@ -37,6 +38,10 @@ NyPreferencesQuilloServiceInstallation::NyPreferencesQuilloServiceInstallation(Q
     innerGrid->addWidget(m_photoFolderBox, 2, 1);
     pageGrid->addWidget(m_autoStartCheckBox, 0, 0, 1, 2);
     pageGrid->addWidget(inner, 1, 0, 1, 2);
+
+    // Keys beside the texts, which are fixed and mark none.
+    m_autoStartCheckBox->setShortcut(QKeySequence(Qt::ALT | Qt::Key_J));
+    m_allowToastsCheckBox->setShortcut(QKeySequence(Qt::ALT | Qt::Key_B));
 
     // The keyboard goes from top to bottom, not in the order of construction.
     QWidget::setTabOrder(m_autoStartCheckBox, m_allowToastsCheckBox);

@@ -805,13 +805,16 @@ void tst_NySettings::unwritableFolder()
     item.setValue(1);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^cannot make the lock file "_s));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^settings are not saved: "_s + settingsPath()));
+    QVERIFY(NySettings().isEverythingSaved());
     NySettings().save(item);
+    QVERIFY(!NySettings().isEverythingSaved());
     QVERIFY(obstacle.remove());
     // Later changes find their way, so that nothing of this is left for the tests after it.
     NyConfigItem<int> later = numberItem(0, u"later"_s);
     later.setValue(1);
     NySettings().save(later);
     QCOMPARE(loadedNumber(), 1);
+    QVERIFY(NySettings().isEverythingSaved());
 }
 
 int main(int argc, char **argv)

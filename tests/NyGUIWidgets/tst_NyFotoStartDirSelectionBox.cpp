@@ -248,7 +248,7 @@ void tst_NyFotoStartDirSelectionBox::keyboardAndNames()
     const Box box(false, true);
     box.widget->setup(u"/tmp"_s, false, false);
     QVERIFY(box.show());
-    QCOMPARE(box.button->text(), u"Durchsuchen…"_s);
+    QCOMPARE(box.button->text(), u"&Durchsuchen…"_s);
     QVERIFY(!box.line->accessibleName().isEmpty());
     QVERIFY(!box.button->accessibleName().isEmpty());
     QVERIFY(box.line->accessibleName() != box.button->accessibleName());

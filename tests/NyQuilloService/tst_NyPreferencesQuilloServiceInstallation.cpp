@@ -80,6 +80,7 @@ private Q_SLOTS:
     void layout();
     void withoutAParent();
     void keyboardGoesFromTopToBottom();
+    void keysOfTheControls();
     void reading_data();
     void reading();
     void readingAgainGivesUpChanges();
@@ -164,6 +165,22 @@ void tst_NyPreferencesQuilloServiceInstallation::keyboardGoesFromTopToBottom()
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         QCOMPARE(QApplication::focusWidget(), next);
     }
+}
+
+void tst_NyPreferencesQuilloServiceInstallation::keysOfTheControls()
+{
+    const FakeService service;
+    QVERIFY(service.storeSettings(true));
+    Page page;
+    page.page->readFromConfig();
+    page.window.show();
+    page.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&page.window));
+    page.line->setFocus();
+    QTest::keyClick(&page.window, Qt::Key_B, Qt::AltModifier);
+    QTRY_VERIFY(!page.allowToasts->isChecked());
+    QTest::keyClick(&page.window, Qt::Key_J, Qt::AltModifier);
+    QTRY_VERIFY(!page.autoStart->isChecked());
 }
 
 void tst_NyPreferencesQuilloServiceInstallation::reading_data()
@@ -305,7 +322,7 @@ void tst_NyPreferencesQuilloServiceInstallation::switchingOff()
     page.page->writeToConfig();
 
     QVERIFY(!NyInstallationSettings().autoStartService());
-    QCOMPARE(service.starts(), QStringList({u"--serviceMode u"_s}));
+    QTRY_COMPARE(service.starts(), QStringList({u"--serviceMode u"_s}));
     QCOMPARE(events().mid(eventsBefore.size()), QStringList({u"setAutoStartService VALUE:0 SOURCE:settingswindow"_s}));
     QCOMPARE(changed.size(), 1);
     QVERIFY(endIsRequested());

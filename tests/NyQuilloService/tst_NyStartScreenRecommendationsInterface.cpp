@@ -469,7 +469,7 @@ void tst_NyStartScreenRecommendationsInterface::switchingOff()
     startScreen.deactivateRecommendations();
 
     QVERIFY(!startScreen.recommendationsActivated());
-    QCOMPARE(service.starts(), QStringList({u"--serviceMode u"_s}));
+    QTRY_COMPARE(service.starts(), QStringList({u"--serviceMode u"_s}));
     QCOMPARE(eventLog(u"velmora-albuma"_s).mid(eventsBefore.size()), QStringList({u"setAutoStartService VALUE:0 SOURCE:startscreen"_s}));
     QVERIFY(QFile::exists(NyQuilloServiceController::terminationFilePath()));
     QVERIFY(log.all().last().startsWith(u"debug: "_s));
