@@ -10,6 +10,7 @@
 #include <NyDirectoryConfig.h>
 #include <NyPreInstalledDesignElementRegistry.h>
 
+#include "NyPreferencesWindow.h"
 #include "NySpreadView.h"
 
 NyAlbumaWindows::NyAlbumaWindows(NyLoadWarnings warnings)
@@ -24,6 +25,7 @@ void NyAlbumaWindows::showStart()
     if (!m_start) {
         m_start = std::make_unique<NyStartWindow>();
         connect(m_start.get(), &NyStartWindow::openRequested, this, &NyAlbumaWindows::askForProject);
+        connect(m_start.get(), &NyStartWindow::preferencesRequested, this, &NyAlbumaWindows::showPreferences);
     }
     m_start->show();
 }
@@ -69,4 +71,11 @@ void NyAlbumaWindows::askForProject()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QFileDialog::fileSelected, this, &NyAlbumaWindows::openProject);
     dialog->open();
+}
+
+void NyAlbumaWindows::showPreferences()
+{
+    auto *window = new NyPreferencesWindow(m_start.get());
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->open();
 }

@@ -25,6 +25,7 @@ public:
 
 private:
     void askForProject();
+    void showPreferences();
 
     NyLoadWarnings m_warnings;
     std::unique_ptr<NyStartWindow> m_start;

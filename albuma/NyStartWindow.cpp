@@ -57,6 +57,10 @@ NyStartWindow::NyStartWindow()
     QAction *openAction = file->addAction(tr("Buch ö&ffnen …"));
     openAction->setShortcut(QKeySequence::Open);
     connect(openAction, &QAction::triggered, this, &NyStartWindow::openRequested);
+    QAction *preferences = file->addAction(tr("&Einstellungen …"));
+    preferences->setMenuRole(QAction::PreferencesRole);
+    preferences->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    connect(preferences, &QAction::triggered, this, &NyStartWindow::preferencesRequested);
     QAction *quit = file->addAction(tr("&Beenden"));
     quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(quit, &QAction::triggered, this, &QWidget::close);

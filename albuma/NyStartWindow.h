@@ -18,6 +18,7 @@ public:
 
 Q_SIGNALS:
     void openRequested();
+    void preferencesRequested();
 
 private:
     QLabel *m_error = nullptr;

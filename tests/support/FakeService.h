@@ -4,21 +4,23 @@
 
 #include <QTemporaryDir>
 
-/** An executable of the service that only records how it was started; the stored settings name it as the installed one. */
+/** An executable of the service that records how it was started; the stored settings name it as the installed one. */
 class FakeService
 {
 public:
-    FakeService()
+    /** @p more: shell commands that it runs after that. */
+    explicit FakeService(const QByteArray &more = QByteArray())
     {
-        const QString script = m_folder.filePath(QStringLiteral("the service"));
+        const QString script = path();
         // One write each, so that a start is seen whole.
         const QByteArray record = m_folder.filePath(QStringLiteral("starts")).toUtf8();
-        TestSupport::writeFile(script, "#!/bin/sh\necho \"$*\" >> '" + record + "'\n");
+        TestSupport::writeFile(script, "#!/bin/sh\necho \"$*\" >> '" + record + "'\n" + more + "\n");
         QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         m_section = "[common]\nquilloServicePath=\"" + script.toUtf8() + "\"\n";
     }
     Q_DISABLE_COPY_MOVE(FakeService)
 
+    QString path() const { return m_folder.filePath(QStringLiteral("the service")); }
     /** Makes the settings those of a first run, but with this executable and with the service on or off. */
     bool storeSettings(bool autoStart) const
     {

@@ -1,0 +1,104 @@
+#include "ServiceUnderTest.h"
+#include "TestSupport.h"
+
+#include <NyInstallationSettings.h>
+#include <NyPreferencesWindow.h>
+#include <NyProgramConfig.h>
+#include <NyQuilloServiceController.h>
+#include <NyQuilloServiceSettings.h>
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QTest>
+
+using namespace TestSupport;
+
+/** The settings window of the main program and the real service. */
+class tst_PreferencesAndService : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void anotherFolderReachesTheServiceAtOnce();
+    void switchedOnAndOff();
+
+private:
+    static QString entryPath() { return QDir::homePath() + QStringLiteral("/.config/autostart/velmora.dorn.quillo.desktop"); }
+    static QCheckBox *mainSwitch(const NyPreferencesWindow &window)
+    {
+        const QList<QCheckBox *> boxes = window.findChildren<QCheckBox *>();
+        const auto found = std::find_if(boxes.begin(), boxes.end(),
+            [](const QCheckBox *box) { return box->text() == QStringLiteral("Ja, ich möchte automatische Produktvorschläge erhalten."); });
+        return found == boxes.end() ? nullptr : *found;
+    }
+};
+
+void tst_PreferencesAndService::init()
+{
+    NyProgramConfig::instance().setProgramID(NyProgramID::MainProgram);
+}
+
+void tst_PreferencesAndService::cleanup()
+{
+    // A service that the window started is nobody's child.
+    NyQuilloServiceController::quitRunningService();
+}
+
+void tst_PreferencesAndService::anotherFolderReachesTheServiceAtOnce()
+{
+    ServiceUnderTest service;
+    // Without debugging features the first search, which would read the settings too, comes after ten minutes.
+    service.writeConfiguration(QByteArray());
+    service.allowAutostart();
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("observing path")), 10000);
+    const QString folder = QDir::homePath() + QStringLiteral("/Andere Bilder & mehr");
+    QVERIFY(QDir().mkpath(folder));
+    const QString change
+        = QStringLiteral("QUILLO_SERVICE: observing path changed from  \"%1\" to \"%2\"").arg(service.picturesHome(), folder);
+    QVERIFY(!service.output().contains(change.toUtf8()));
+
+    NyPreferencesWindow window;
+    window.findChild<QLineEdit *>()->setText(folder);
+    window.accept();
+    QCOMPARE(window.result(), int(QDialog::Accepted));
+    QTRY_VERIFY_WITH_TIMEOUT(service.output().contains(change.toUtf8()), 10000);
+    QCOMPARE(service.eventLog().last(), QStringLiteral("watchFileChanged"));
+    QVERIFY(!QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
+    QVERIFY(service.isRunning());
+    QVERIFY(!service.output().contains("starting first check"));
+}
+
+void tst_PreferencesAndService::switchedOnAndOff()
+{
+    ServiceUnderTest service;
+    QVERIFY(writeFile(configFolder() + QStringLiteral("/settings.ini"),
+        "[common]\nautoStartService=false\nquilloServicePath=\"" + QFile::encodeName(service.binary(QStringLiteral("quilloservice")))
+            + "\"\n"));
+    {
+        NyPreferencesWindow window;
+        mainSwitch(window)->click();
+        window.accept();
+        QCOMPARE(window.result(), int(QDialog::Accepted));
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entryPath()), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("observing path")), 10000);
+    QVERIFY(NyInstallationSettings().autoStartService());
+
+    NyPreferencesWindow window;
+    QVERIFY(mainSwitch(window)->isChecked());
+    mainSwitch(window)->click();
+    window.accept();
+    QVERIFY(window.isBusy());
+    QTRY_COMPARE_WITH_TIMEOUT(window.result(), int(QDialog::Accepted), 10000);
+    QCOMPARE(window.problem(), QString());
+    QVERIFY(!QFile::exists(entryPath()));
+    QVERIFY(!NyInstallationSettings().autoStartService());
+    // The running service has ended: the request of the page, or that of the uninstallation.
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("removing")), 10000);
+}
+
+QTEST_MAIN(tst_PreferencesAndService)
+#include "tst_PreferencesAndService.moc"
