@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -27,6 +28,9 @@ struct Scene
 /** What is known of one photo's content. Everything but the three lists needs no model. */
 struct Descriptors
 {
+    /** An album's photos are all in memory at once, and some models know thousands of labels. */
+    static constexpr std::size_t MaximumScenes = 32;
+
     /** Whether a picture was looked at; if not, all other values mean nothing. */
     bool isValid = false;
 
@@ -57,7 +61,7 @@ struct Descriptors
     /** Difference hash: bit 8 * row + column tells whether the luma rises to the right in a picture of 9 by 8. */
     std::uint64_t hash = 0;
 
-    /** All labels of the model in its order. Empty without a model. */
+    /** The labels of the model in its order, of more than MaximumScenes the most probable. Empty without a model. */
     std::vector<Scene> scenes;
     /** Occasions that the model's scenes feed. */
     std::vector<OccasionScore> occasions;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <exception>
 #include <map>
+#include <numeric>
 
 namespace orrin
 {
@@ -256,6 +257,22 @@ void Model::fillProbabilities()
     }
 }
 
+std::vector<bool> Model::scenesKept() const
+{
+    std::vector<bool> kept(m_probabilities.size(), m_probabilities.size() <= Descriptors::MaximumScenes);
+    if (m_probabilities.size() <= Descriptors::MaximumScenes)
+        return kept;
+    std::vector<std::size_t> order(m_probabilities.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const auto end = order.begin() + static_cast<std::ptrdiff_t>(Descriptors::MaximumScenes);
+    std::partial_sort(order.begin(), end, order.end(), [this](std::size_t left, std::size_t right) {
+        return m_probabilities[left] > m_probabilities[right] || (m_probabilities[left] == m_probabilities[right] && left < right);
+    });
+    for (auto label = order.begin(); label != end; ++label)
+        kept[*label] = true;
+    return kept;
+}
+
 bool Model::describe(const ImageView &image, Descriptors &descriptors, std::string &error)
 {
     const std::lock_guard<std::mutex> locker(m_mutex);
@@ -279,9 +296,11 @@ bool Model::describe(const ImageView &image, Descriptors &descriptors, std::stri
 
     std::map<std::string, double> occasions;
     descriptors.scenes.clear();
-    descriptors.scenes.reserve(m_config.labels.size());
+    descriptors.scenes.reserve(std::min(m_config.labels.size(), Descriptors::MaximumScenes));
+    const std::vector<bool> kept = scenesKept();
     for (std::size_t label = 0; label < m_config.labels.size(); ++label) {
-        descriptors.scenes.push_back({m_config.labels[label], m_probabilities[label]});
+        if (kept[label])
+            descriptors.scenes.push_back({m_config.labels[label], m_probabilities[label]});
         for (const auto &[keyword, weight] : m_config.occasionsOfLabel[label])
             occasions[keyword] += static_cast<double>(weight) * m_probabilities[label];
     }

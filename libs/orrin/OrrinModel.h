@@ -41,6 +41,8 @@ private:
     bool checkOutput(const std::string &field, const std::string &name, std::size_t valueCount, std::string &error) const;
     bool run(std::string &error);
     void fillProbabilities();
+    /** For each label, whether the descriptors tell of it. */
+    std::vector<bool> scenesKept() const;
 
     std::mutex m_mutex;
     std::string m_name;

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void labels_data();
     void labels();
     void softmaxAndOccasions();
+    void manyLabels();
     void clipKind();
     void modelInMemory();
     void brokenModels_data();
@@ -134,6 +135,32 @@ void tst_OrrinEngine::softmaxAndOccasions()
     QVERIFY(std::abs(result.occasions[0].probability - 0.5 * blue) < 1e-4);
     QVERIFY(std::abs(result.occasions[1].probability - (red + blue)) < 1e-4);
     QVERIFY(result.embedding.empty());
+}
+
+void tst_OrrinEngine::manyLabels()
+{
+    QJsonObject config = OrrinTestModels::labelConfig(QStringLiteral("embedding.onnx"));
+    QJsonArray labels;
+    QJsonArray embeddings;
+    for (int i = 0; i < 100; ++i) {
+        labels.append(QStringLiteral("label %1").arg(i));
+        embeddings.append(i == 99 ? QJsonArray{1, 0, 0} : QJsonArray{0, 1, 0});
+    }
+    config[QStringLiteral("labels")] = labels;
+    config[QStringLiteral("labelEmbeddings")] = embeddings;
+    config[QStringLiteral("outputs")] = QJsonObject{{QStringLiteral("embedding"), QStringLiteral("embedding")}};
+    config[QStringLiteral("occasions")] = QJsonObject{{QStringLiteral("label 50"), QStringLiteral("beach")}};
+    config.remove(QStringLiteral("activation"));
+    OrrinTestLog log;
+    Engine engine({ModelSource::inFolder(m_models.add(QStringLiteral("many"), config))}, {}, log.callback());
+    const orrin::Descriptors result = engine.describe(OrrinTestPicture(9, 9, {255, 0, 0}).view());
+    QVERIFY2(log.warnings.empty(), log.all().constData());
+    // The first of equals, and the one that stands out, in the model's order; occasions count all labels.
+    QCOMPARE(result.scenes.size(), orrin::Descriptors::MaximumScenes);
+    QCOMPARE(result.scenes.front().label, std::string("label 0"));
+    QCOMPARE(result.scenes.back().label, std::string("label 99"));
+    QVERIFY(result.scenes.back().probability > 0.99F);
+    QCOMPARE(result.occasions.size(), std::size_t{1});
 }
 
 void tst_OrrinEngine::clipKind()
