@@ -37,7 +37,7 @@ endif()
 # Qt loads these when they are needed, so nothing links them: photo lists are in SQLite, icons are SVG.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6sql6-sqlite, libqt6svg6")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "qt6-image-formats-plugins, qt6-wayland, default-dbus-session-bus | dbus-session-bus, notification-daemon")
+    "qt6-image-formats-plugins, qt6-translations-l10n, qt6-wayland, default-dbus-session-bus | dbus-session-bus, notification-daemon")
 
 set(documents "${CMAKE_INSTALL_DATADIR}/doc/${CPACK_PACKAGE_NAME}")
 install(FILES "${CMAKE_CURRENT_LIST_DIR}/copyright" DESTINATION "${documents}")

@@ -239,7 +239,7 @@ void tst_Installation::desktopEntries()
 void tst_Installation::metadataIsValid()
 {
     const QString path = inPrefix(u"share/metainfo/velmora.dorn.albuma.metainfo.xml"_s);
-    const Output checked = run(u"appstreamcli"_s, {u"validate"_s, u"--no-net"_s, path});
+    const Output checked = run(u"appstreamcli"_s, {u"validate-tree"_s, u"--no-net"_s, m_prefix});
     QVERIFY2(checked.exitCode == 0, qPrintable(checked.text));
     const QString version = run(inPrefix(u"bin/velmora-albuma"_s), {u"--version"_s}).text.trimmed().section(u' ', -1);
     QVERIFY(readFile(path).contains("<release version=\"" + version.toUtf8() + '"'));
