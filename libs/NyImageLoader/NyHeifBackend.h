@@ -21,5 +21,5 @@ public:
     virtual QImage image(const QByteArray &path, const QSize &wanted, qint64 maximumPixels, QString &reason) const = 0;
 };
 
-/** The plug-in's one function, named "nyHeifBackend". */
+/** The plug-in's one function, named "nyHeifBackend" and the version behind it. */
 using NyHeifBackendFunction = NyHeifBackend *(*)();

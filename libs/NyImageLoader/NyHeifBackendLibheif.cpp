@@ -168,7 +168,7 @@ QImage NyHeifBackendLibheif::image(const QByteArray &path, const QSize &wanted, 
     }
 }
 
-extern "C" Q_DECL_EXPORT NyHeifBackend *nyHeifBackend()
+extern "C" Q_DECL_EXPORT NyHeifBackend *NY_IMAGE_BACKEND_FUNCTION()
 {
     static NyHeifBackendLibheif backend;
     return &backend;

@@ -43,14 +43,15 @@ const QString MetaDataPlugin = QStringLiteral("NyImageLoaderMetaData");
 
 const NyHeifBackend *NyImageBackends::heif()
 {
-    static const NyHeifBackend *const backend = load<NyHeifBackend, NyHeifBackendFunction>(HeifPlugin, "nyHeifBackend");
+    static const NyHeifBackend *const backend
+        = load<NyHeifBackend, NyHeifBackendFunction>(HeifPlugin, "nyHeifBackend" NY_IMAGE_BACKEND_SUFFIX);
     return backend;
 }
 
 const NyImageMetaDataBackend *NyImageBackends::metaData()
 {
     static const NyImageMetaDataBackend *const backend
-        = load<NyImageMetaDataBackend, NyImageMetaDataBackendFunction>(MetaDataPlugin, "nyImageMetaDataBackend");
+        = load<NyImageMetaDataBackend, NyImageMetaDataBackendFunction>(MetaDataPlugin, "nyImageMetaDataBackend" NY_IMAGE_BACKEND_SUFFIX);
     return backend;
 }
 

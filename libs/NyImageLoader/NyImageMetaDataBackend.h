@@ -22,5 +22,5 @@ public:
     virtual QByteArray preview(const QByteArray &path, int wantedPx, QString &reason) const = 0;
 };
 
-/** The plug-in's one function, named "nyImageMetaDataBackend". */
+/** The plug-in's one function, named "nyImageMetaDataBackend" and the version behind it. */
 using NyImageMetaDataBackendFunction = NyImageMetaDataBackend *(*)();

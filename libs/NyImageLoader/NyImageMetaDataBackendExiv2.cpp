@@ -333,7 +333,7 @@ QByteArray NyImageMetaDataBackendExiv2::preview(const QByteArray &path, int want
     return {};
 }
 
-extern "C" Q_DECL_EXPORT NyImageMetaDataBackend *nyImageMetaDataBackend()
+extern "C" Q_DECL_EXPORT NyImageMetaDataBackend *NY_IMAGE_BACKEND_FUNCTION()
 {
     static NyImageMetaDataBackendExiv2 backend;
     return &backend;
