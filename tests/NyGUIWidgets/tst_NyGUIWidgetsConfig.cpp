@@ -1,6 +1,10 @@
 #include <NyGUIWidgetsConfig.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include <QImage>
+#include <QPainter>
 #include <QPixmap>
 #include <QSet>
 #include <QTest>
@@ -13,6 +17,8 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
     void icons_data();
     void icons();
+    void iconsStandOut_data();
+    void iconsStandOut();
     void allDifferent();
     void noSuchIcon_data();
     void noSuchIcon();
@@ -47,6 +53,45 @@ void tst_NyGUIWidgetsConfig::icons()
     }
     QVERIFY2(solid > size * size / 16, qPrintable(QString::number(solid)));
     QVERIFY(image.pixelColor(0, 0).alpha() < 128);
+}
+
+void tst_NyGUIWidgetsConfig::iconsStandOut_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QColor>("surface");
+    for (const QString &id : IDS) {
+        // The cross is made for bright surfaces.
+        if (id.endsWith(QStringLiteral("_bright")))
+            continue;
+        QTest::addRow("%s on light", qPrintable(id)) << id << QColor(0xfa, 0xfa, 0xfa);
+        QTest::addRow("%s on dark", qPrintable(id)) << id << QColor(0x2b, 0x2b, 0x2b);
+        QTest::addRow("%s on a chosen entry", qPrintable(id)) << id << QColor(0x3c, 0x6e, 0xb4);
+    }
+}
+
+void tst_NyGUIWidgetsConfig::iconsStandOut()
+{
+    QFETCH(QString, id);
+    QFETCH(QColor, surface);
+    QImage image(16, 16, QImage::Format_RGB32);
+    image.fill(surface);
+    QPainter painter(&image);
+    painter.drawPixmap(0, 0, NyGUIWidgetsConfig::instance().loadIconById(id).pixmap(16, 16));
+    painter.end();
+    // WCAG 2.1, 1.4.11: what tells a symbol has a contrast of at least 3 to 1.
+    const auto luminance = [](const QColor &color) {
+        const auto linear = [](double part) { return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    };
+    int clear = 0;
+    for (int y = 0; y < 16; ++y) {
+        for (int x = 0; x < 16; ++x) {
+            const double first = luminance(image.pixelColor(x, y));
+            const double second = luminance(surface);
+            clear += (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05) >= 3.0 ? 1 : 0;
+        }
+    }
+    QVERIFY2(clear >= 16, qPrintable(QString::number(clear)));
 }
 
 void tst_NyGUIWidgetsConfig::allDifferent()
