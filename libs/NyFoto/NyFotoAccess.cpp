@@ -1,8 +1,5 @@
 #include "NyFotoAccess.h"
 
-#include <sys/stat.h>
-
-#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
 #include "NyFotoCacheManager.h"
@@ -18,7 +15,7 @@ NyImageMetaData imageMetaData(const NyFoto &foto, bool readAgain)
     if (!foto.isLocalFile() || NyFotoAccess::isVideo(foto))
         return {};
     NyFotoCacheManager &cache = NyFotoCacheManager::instance();
-    const NyFotoFileStamp stamp = NyFotoAccess::fileStamp(foto);
+    const NyFotoFileStamp stamp = NyFotoFileStamp::ofFileAndSidecars(foto.location());
     if (!readAgain) {
         if (const std::optional<NyImageMetaData> known = cache.metaData(foto.location(), stamp))
             return *known;
@@ -26,6 +23,14 @@ NyImageMetaData imageMetaData(const NyFoto &foto, bool readAgain)
     const NyImageMetaData metaData = NyImageMetaDataReader::read(foto.location());
     cache.insertMetaData(foto.location(), stamp, metaData);
     return metaData;
+}
+
+/** A file system without birth times still tells when the content was written. */
+QDateTime fileTime(const NyFoto &foto)
+{
+    const QFileInfo info = foto.localFileInfo();
+    const QDateTime birth = info.fileTime(QFileDevice::FileBirthTime);
+    return birth.isValid() ? birth : info.fileTime(QFileDevice::FileModificationTime);
 }
 
 void tell(NyFotoCacheResultHint *hint, NyFotoCacheResultHint value)
@@ -45,10 +50,7 @@ NyBackgroundTask::~NyBackgroundTask() = default;
 
 NyFotoFileStamp NyFotoAccess::fileStamp(const NyFoto &foto)
 {
-    struct stat status;
-    if (!foto.isLocalFile() || ::stat(QFile::encodeName(foto.location()).constData(), &status) != 0)
-        return {};
-    return {qint64(status.st_size), qint64(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1'000'000};
+    return foto.isLocalFile() ? NyFotoFileStamp::ofFile(foto.location()) : NyFotoFileStamp();
 }
 
 bool NyFotoAccess::isVideo(const NyFoto &foto)
@@ -97,7 +99,7 @@ QSize NyFotoAccess::preferredSize(const NyFoto &foto, NyBackgroundJobPriority, b
     if (!foto.isLocalFile() || isVideo(foto))
         return {};
     NyFotoCacheManager &cache = NyFotoCacheManager::instance();
-    const NyFotoFileStamp stamp = fileStamp(foto);
+    const NyFotoFileStamp stamp = NyFotoFileStamp::ofFileAndSidecars(foto.location());
     if (!readAgain) {
         if (const std::optional<QSize> known = cache.size(foto.location(), stamp))
             return *known;
@@ -116,7 +118,7 @@ qint64 NyFotoAccess::pictureTakenEpoch(const NyFoto &foto, NyBackgroundJobPriori
 {
     QDateTime time = metaData(foto, priority, readAgain).captureTime();
     if (!time.isValid() && option == NyPictureTakenOption::MetaDataOrFileTime)
-        time = foto.localFileInfo().fileTime(QFileDevice::FileBirthTime);
+        time = fileTime(foto);
     return time.isValid() ? time.toSecsSinceEpoch() : 0;
 }
 
@@ -157,5 +159,5 @@ NyDrawable NyFotoAccess::drawable(const NyFoto &foto, const QSize &boxPx, const 
 QDateTime NyFotoAccess::captureTime(const NyFoto &foto)
 {
     const QDateTime time = NyFotoTime::captureTime(imageMetaData(foto, false));
-    return time.isValid() ? time : foto.localFileInfo().fileTime(QFileDevice::FileBirthTime);
+    return time.isValid() ? time : fileTime(foto);
 }

@@ -31,7 +31,7 @@ enum class NyCachingOption : int {
 /** What counts as the time at which a photo was taken. */
 enum class NyPictureTakenOption : int {
     MetaDataOnly = 0,
-    MetaDataOrFileTime = 1, /**< the file's birth time where the metadata tell nothing */
+    MetaDataOrFileTime = 1, /**< where the metadata tell nothing, the file's birth time, else its modification time */
 };
 
 /** Where a drawable came from. */
@@ -53,8 +53,8 @@ public:
 };
 
 /**
- * What can be learned of a photo, from its file. Thread-safe. Metadata and drawables are kept in NyFotoCacheManager; a file that
- * changed is noticed by its size and modification time. A photo that cannot be read gives the default that each operation names.
+ * What can be learned of a photo, from its file. Thread-safe. Metadata and drawables are kept in NyFotoCacheManager; a file, or a
+ * sidecar, that changed is noticed by its size and times. A photo that cannot be read gives the default that each operation names.
  */
 class NYFOTO_EXPORT NyFotoAccess
 {
@@ -88,7 +88,7 @@ public:
 
     /**
      * When the photo was taken, as the clock on the wall showed it: date() and time() are what the camera recorded, with its offset
-     * from UTC where it recorded one. Without metadata the file's birth time; invalid when there is none.
+     * from UTC where it recorded one. Without metadata the file's birth time, else its modification time; invalid without a file.
      */
     static QDateTime captureTime(const NyFoto &foto);
 };

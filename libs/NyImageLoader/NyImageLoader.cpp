@@ -374,7 +374,7 @@ private:
         QByteArray preview = backend->preview(nativePath, wantedPx, m_reason);
         if (preview.isEmpty())
             return {};
-        const NyImageMetaData metaData = backend->metaData(nativePath, m_reason);
+        const NyImageMetaData metaData = backend->metaData(nativePath, {}, m_reason);
         QBuffer buffer(&preview);
         QImageReader reader(&buffer, QByteArrayLiteral("jpeg"));
         // The orientation of the raw file holds; a copy of it inside the preview would apply it twice.

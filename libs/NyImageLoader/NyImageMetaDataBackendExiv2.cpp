@@ -4,6 +4,7 @@
 #include <exception>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 #include <exiv2/exiv2.hpp>
 
@@ -93,6 +94,9 @@ private:
     const Exiv2::ExifData &m_data;
 };
 
+/** XMP of the picture's sidecar and of the picture, in the order in which they are asked. */
+using XmpLayers = std::vector<const Exiv2::XmpData *>;
+
 QString xmpText(const Exiv2::XmpData &data, const char *key)
 {
     QString result;
@@ -112,6 +116,17 @@ QString xmpText(const Exiv2::XmpData &data, const char *key)
     return result;
 }
 
+/** The first layer's that has one. */
+QString xmpText(const XmpLayers &layers, const char *key)
+{
+    for (const Exiv2::XmpData *layer : layers) {
+        QString text = xmpText(*layer, key);
+        if (!text.isEmpty())
+            return text;
+    }
+    return {};
+}
+
 QString iptcText(const Exiv2::IptcData &data, const char *key)
 {
     QString result;
@@ -128,33 +143,47 @@ double finiteOr(double value, double other)
     return std::isfinite(value) ? value : other;
 }
 
-void readTimes(const Exif &exif, const Exiv2::XmpData &xmp, const Exiv2::IptcData &iptc, NyImageMetaData &result)
+void readTimes(const Exif &exif, const XmpLayers &layers, const Exiv2::IptcData &iptc, NyImageMetaData &result)
 {
     const auto add = [&result](NyImageTimeText time) {
         if (!time.dateTime.isEmpty())
             result.captureTimes.append(std::move(time));
     };
     // EXIF 2.32: date, fraction and offset of the shot, of the digitization, and last of the file's latest change.
-    add({exif.text(0x9003, "Photo"), exif.text(0x9291, "Photo"), exif.text(0x9011, "Photo")});
+    const QString original = exif.text(0x9003, "Photo");
+    const QString latest = exif.text(0x0132, "Image");
+    QString offset = exif.text(0x9011, "Photo");
+    // Some cameras give the offset of the latest change alone, which is the shot.
+    if (offset.isEmpty() && original == latest)
+        offset = exif.text(0x9010, "Photo");
+    add({original, exif.text(0x9291, "Photo"), offset});
     add({exif.text(0x9003, "Image"), {}, {}});
     add({exif.text(0x9004, "Photo"), exif.text(0x9292, "Photo"), exif.text(0x9012, "Photo")});
-    for (const char *key : {"Xmp.exif.DateTimeOriginal", "Xmp.photoshop.DateCreated", "Xmp.xmp.CreateDate", "Xmp.exif.DateTimeDigitized"})
-        add({xmpText(xmp, key), {}, {}});
+    for (const Exiv2::XmpData *xmp : layers) {
+        for (const char *key :
+            {"Xmp.exif.DateTimeOriginal", "Xmp.photoshop.DateCreated", "Xmp.xmp.CreateDate", "Xmp.exif.DateTimeDigitized"})
+            add({xmpText(*xmp, key), {}, {}});
+    }
     const QString date = iptcText(iptc, "Iptc.Application2.DateCreated");
     const QString time = iptcText(iptc, "Iptc.Application2.TimeCreated");
     add({date.isEmpty() || time.isEmpty() ? date : date + u'T' + time, {}, {}});
-    add({exif.text(0x0132, "Image"), exif.text(0x9290, "Photo"), exif.text(0x9010, "Photo")});
+    add({latest, exif.text(0x9290, "Photo"), exif.text(0x9010, "Photo")});
 }
 
-/** Degrees, minutes and seconds of one GPS tag. */
-double gpsArc(const Exif &exif, uint16_t valueTag, uint16_t referenceTag, const char *negativeReference)
+/** Degrees, minutes and seconds of one GPS tag; not a number when the tag does not say on which side of the zero line. */
+double gpsArc(const Exif &exif, uint16_t valueTag, uint16_t referenceTag, QChar positive, QChar negative)
 {
+    const QString reference = exif.text(referenceTag, "GPSInfo");
+    const bool isNegative = reference.startsWith(negative, Qt::CaseInsensitive);
+    // A place on the wrong side of the globe is worse than none.
+    if (!isNegative && !reference.startsWith(positive, Qt::CaseInsensitive))
+        return std::numeric_limits<double>::quiet_NaN();
     const double degrees = exif.real(valueTag, "GPSInfo", 0);
     // Cameras that put the fraction into the minutes write seconds of 0/0.
     const double minutes = finiteOr(exif.real(valueTag, "GPSInfo", 1), 0.0);
     const double seconds = finiteOr(exif.real(valueTag, "GPSInfo", 2), 0.0);
     const double arc = degrees + minutes / 60.0 + seconds / 3600.0;
-    return exif.text(referenceTag, "GPSInfo").startsWith(QLatin1String(negativeReference), Qt::CaseInsensitive) ? -arc : arc;
+    return isNegative ? -arc : arc;
 }
 
 /** "48,8.1234N" or "48,8,7N" (XMP specification, part 2, GPSCoordinate). */
@@ -170,22 +199,52 @@ double xmpArc(const QString &text)
     return side == u"S" || side == u"W" ? -arc : arc;
 }
 
-void readPosition(const Exif &exif, const Exiv2::XmpData &xmp, NyImageMetaData &result)
+struct Position
 {
-    double latitude = gpsArc(exif, 0x0002, 0x0001, "S");
-    double longitude = gpsArc(exif, 0x0004, 0x0003, "W");
-    // "V" is the receiver's word for having had no fix.
-    const bool hasNoFix = exif.text(0x0009, "GPSInfo").startsWith(u'V', Qt::CaseInsensitive);
-    if (!std::isfinite(latitude) || !std::isfinite(longitude)) {
-        latitude = xmpArc(xmpText(xmp, "Xmp.exif.GPSLatitude"));
-        longitude = xmpArc(xmpText(xmp, "Xmp.exif.GPSLongitude"));
+    double latitude = std::numeric_limits<double>::quiet_NaN();
+    double longitude = std::numeric_limits<double>::quiet_NaN();
+
+    bool isKnown() const
+    {
+        // Exactly 0/0 lies in the sea and is what programs write who know nothing.
+        return std::isfinite(latitude) && std::isfinite(longitude) && (latitude != 0.0 || longitude != 0.0);
     }
-    // Exactly 0/0 lies in the sea and is what programs write who know nothing.
-    const bool isNullIsland = latitude == 0.0 && longitude == 0.0;
-    if (hasNoFix || isNullIsland || !std::isfinite(latitude) || !std::isfinite(longitude))
+};
+
+/** "V" is the receiver's word for having had no fix (EXIF 2.32, tag 0x0009). */
+bool hasNoFix(const QString &status)
+{
+    return status.startsWith(u'V', Qt::CaseInsensitive);
+}
+
+Position xmpPosition(const Exiv2::XmpData &xmp)
+{
+    if (hasNoFix(xmpText(xmp, "Xmp.exif.GPSStatus")))
+        return {};
+    return {xmpArc(xmpText(xmp, "Xmp.exif.GPSLatitude")), xmpArc(xmpText(xmp, "Xmp.exif.GPSLongitude"))};
+}
+
+Position exifPosition(const Exif &exif)
+{
+    return {gpsArc(exif, 0x0002, 0x0001, u'N', u'S'), gpsArc(exif, 0x0004, 0x0003, u'E', u'W')};
+}
+
+/** @p sidecar may be null. */
+void readPosition(const Exif &exif, const Exiv2::XmpData *sidecar, const Exiv2::XmpData &xmp, NyImageMetaData &result)
+{
+    Position position;
+    if (sidecar)
+        position = xmpPosition(*sidecar);
+    // XMP inside the file is mostly a copy of its EXIF.
+    if (!position.isKnown() && !hasNoFix(exif.text(0x0009, "GPSInfo"))) {
+        position = exifPosition(exif);
+        if (!position.isKnown())
+            position = xmpPosition(xmp);
+    }
+    if (!position.isKnown())
         return;
-    result.latitude = latitude;
-    result.longitude = longitude;
+    result.latitude = position.latitude;
+    result.longitude = position.longitude;
 }
 
 std::optional<int> ratingOf(double stars)
@@ -212,10 +271,27 @@ std::optional<int> ratingOfPercent(const QString &text)
     return percent < 1.0 ? 0 : 1 + int(std::lround(percent / 25.0));
 }
 
-void readRating(const Exif &exif, const Exiv2::XmpData &xmp, NyImageMetaData &result)
+std::optional<int> xmpRating(const Exiv2::XmpData &xmp)
 {
-    result.ownRating = ratingOf(xmpText(xmp, "Xmp.velmora.Rating"));
-    result.rating = ratingOf(xmpText(xmp, "Xmp.xmp.Rating"));
+    return ratingOf(xmpText(xmp, "Xmp.xmp.Rating"));
+}
+
+std::optional<int> ownRating(const Exiv2::XmpData &xmp)
+{
+    return ratingOf(xmpText(xmp, "Xmp.velmora.Rating"));
+}
+
+/** @p sidecar may be null. */
+void readRating(const Exif &exif, const Exiv2::XmpData *sidecar, const Exiv2::XmpData &xmp, NyImageMetaData &result)
+{
+    if (sidecar) {
+        result.ownRating = ownRating(*sidecar);
+        result.rating = xmpRating(*sidecar);
+    }
+    if (!result.ownRating)
+        result.ownRating = ownRating(xmp);
+    if (!result.rating)
+        result.rating = xmpRating(xmp);
     if (!result.rating)
         result.rating = ratingOf(exif.real(0x4746, "Image"));
     if (!result.rating)
@@ -223,15 +299,15 @@ void readRating(const Exif &exif, const Exiv2::XmpData &xmp, NyImageMetaData &re
 }
 
 void readTexts(
-    const Exif &exif, const Exiv2::ExifData &exifData, const Exiv2::XmpData &xmp, const Exiv2::IptcData &iptc, NyImageMetaData &result)
+    const Exif &exif, const Exiv2::ExifData &exifData, const XmpLayers &layers, const Exiv2::IptcData &iptc, NyImageMetaData &result)
 {
     result.cameraMake = exif.text(0x010f, "Image");
     result.cameraModel = exif.text(0x0110, "Image");
     result.software = exif.text(0x0131, "Image");
-    result.title = xmpText(xmp, "Xmp.dc.title");
+    result.title = xmpText(layers, "Xmp.dc.title");
     if (result.title.isEmpty())
         result.title = iptcText(iptc, "Iptc.Application2.ObjectName");
-    result.description = xmpText(xmp, "Xmp.dc.description");
+    result.description = xmpText(layers, "Xmp.dc.description");
     if (result.description.isEmpty())
         result.description = exif.text(0x010e, "Image");
     attempt([&] {
@@ -241,34 +317,42 @@ void readTexts(
         if (const auto *comment = dynamic_cast<const Exiv2::CommentValue *>(&found->value()))
             result.userComment = textOf(comment->comment());
     });
-    attempt([&] {
-        const auto subjects = xmp.findKey(Exiv2::XmpKey("Xmp.dc.subject"));
-        if (subjects == xmp.end())
-            return;
-        for (long i = 0; i < subjects->count(); ++i)
-            result.keywords.append(textOf(subjects->toString(i)));
-    });
+    const auto addKeyword = [&result](const std::string &bytes) {
+        const QString keyword = textOf(bytes);
+        if (!keyword.isEmpty() && !result.keywords.contains(keyword))
+            result.keywords.append(keyword);
+    };
+    for (const Exiv2::XmpData *xmp : layers) {
+        attempt([&] {
+            const auto subjects = xmp->findKey(Exiv2::XmpKey("Xmp.dc.subject"));
+            if (subjects == xmp->end())
+                return;
+            for (long i = 0; i < subjects->count(); ++i)
+                addKeyword(subjects->toString(i));
+        });
+    }
     attempt([&] {
         for (const Exiv2::Iptcdatum &datum : iptc) {
-            if (datum.key() != "Iptc.Application2.Keywords")
-                continue;
-            const QString keyword = textOf(datum.toString());
-            if (!result.keywords.contains(keyword))
-                result.keywords.append(keyword);
+            if (datum.key() == "Iptc.Application2.Keywords")
+                addKeyword(datum.toString());
         }
     });
 }
 
-void readAll(const Exiv2::Image &image, NyImageMetaData &result)
+/** @p sidecar may be null. */
+void readAll(const Exiv2::Image &image, const Exiv2::XmpData *sidecar, NyImageMetaData &result)
 {
     const Exif exif(image.exifData());
+    XmpLayers layers{&image.xmpData()};
+    if (sidecar)
+        layers.insert(layers.begin(), sidecar);
     result.storedSizePx = QSize(image.pixelWidth(), image.pixelHeight());
     const double orientation = exif.real(0x0112, "Image");
     if (orientation >= 1.0 && orientation <= 8.0)
         result.orientation = int(orientation);
-    readTimes(exif, image.xmpData(), image.iptcData(), result);
-    readPosition(exif, image.xmpData(), result);
-    readRating(exif, image.xmpData(), result);
+    readTimes(exif, layers, image.iptcData(), result);
+    readPosition(exif, sidecar, image.xmpData(), result);
+    readRating(exif, sidecar, image.xmpData(), result);
     // A zero stands for "not used" (EXIF 2.32, tag 0xA404).
     const double zoom = exif.real(0xa404, "Photo");
     result.digitalZoomRatio = zoom > 0.0 ? zoom : 1.0;
@@ -276,7 +360,19 @@ void readAll(const Exiv2::Image &image, NyImageMetaData &result)
     result.fNumber = finiteOr(exif.real(0x829d, "Photo"), 0.0);
     result.focalLengthMm = finiteOr(exif.real(0x920a, "Photo"), 0.0);
     result.isoSpeed = int(std::clamp(finiteOr(exif.real(0x8827, "Photo"), 0.0), 0.0, 1e8));
-    readTexts(exif, image.exifData(), image.xmpData(), image.iptcData(), result);
+    readTexts(exif, image.exifData(), layers, image.iptcData(), result);
+}
+
+bool parseXmp(const QByteArray &packet, Exiv2::XmpData &data, QString &reason)
+{
+    if (packet.isEmpty()) {
+        reason = QStringLiteral("it is empty");
+        return false;
+    }
+    if (Exiv2::XmpParser::decode(data, packet.toStdString()) == 0)
+        return true;
+    reason = QStringLiteral("it is no XMP");
+    return false;
 }
 
 }
@@ -291,19 +387,35 @@ NyImageMetaDataBackendExiv2::NyImageMetaDataBackendExiv2()
     attempt([] { Exiv2::XmpProperties::registerNs("urn:velmora:photo:1.0/", "velmora"); });
 }
 
-NyImageMetaData NyImageMetaDataBackendExiv2::metaData(const QByteArray &path, QString &reason) const
+NyImageMetaData NyImageMetaDataBackendExiv2::metaData(const QByteArray &path, const QByteArray &sidecar, QString &reason) const
 {
     NyImageMetaData result;
     try {
         const auto image = Exiv2::ImageFactory::open(path.toStdString(), false);
         image->readMetadata();
-        readAll(*image, result);
+        Exiv2::XmpData beside;
+        QString ignored;
+        const bool hasSidecar = !sidecar.isEmpty() && parseXmp(sidecar, beside, ignored);
+        readAll(*image, hasSidecar ? &beside : nullptr, result);
         result.isRead = true;
     } catch (const std::exception &exception) {
         reason = QString::fromLocal8Bit(exception.what());
         result = {};
     }
     return result;
+}
+
+std::optional<QString> NyImageMetaDataBackendExiv2::sidecarExtension(const QByteArray &sidecar, QString &reason) const
+{
+    try {
+        Exiv2::XmpData data;
+        if (!parseXmp(sidecar, data, reason))
+            return {};
+        return xmpText(data, "Xmp.photoshop.SidecarForExtension");
+    } catch (const std::exception &exception) {
+        reason = QString::fromLocal8Bit(exception.what());
+        return {};
+    }
 }
 
 QByteArray NyImageMetaDataBackendExiv2::preview(const QByteArray &path, int wantedPx, QString &reason) const

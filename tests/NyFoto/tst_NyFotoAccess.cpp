@@ -54,7 +54,10 @@ private Q_SLOTS:
     void drawableOptions();
     void cancelledTask();
     void changedFileIsReadAgain();
+    void timesPutBackAreNoticed();
     void readAgainBypassesTheCache();
+    void sidecars();
+    void fileSystemWithoutBirthTimes();
     void unreadableFotos();
     void noLocalFile();
     void samplesWithPositions();
@@ -274,24 +277,85 @@ void tst_NyFotoAccess::changedFileIsReadAgain()
     QCOMPARE(NyFotoCacheManager::instance().usedBytes(), 100 * 100 * 4);
 }
 
-void tst_NyFotoAccess::readAgainBypassesTheCache()
+void tst_NyFotoAccess::timesPutBackAreNoticed()
 {
-    const NyFoto foto = picture(u"again.jpg"_s, {{"Xmp.xmp.Rating", "1"}});
+    const NyFoto foto = picture(u"back.jpg"_s, {{"Xmp.xmp.Rating", "1"}});
     QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 1);
-    // The same size and the same time, other content.
+    // As programs do that change the rating in place: the same size and the same modification time.
     const QDateTime time = foto.localFileInfo().lastModified();
     QByteArray bytes = TestPictures::readBytes(foto.location());
     const qsizetype at = bytes.indexOf("Rating=\"1\"");
     QVERIFY(at > 0);
     bytes[at + 8] = '4';
-    QVERIFY(TestPictures::writeBytes(foto.location(), bytes));
-    QFile file(foto.location());
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
-    file.close();
-    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 1);
-    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, true), 4);
+    const NyFotoFileStamp before = NyFotoFileStamp::ofFile(foto.location());
+    // Until the file system's clock has moved on.
+    QTRY_VERIFY(TestPictures::writeBytes(foto.location(), bytes) && [&] {
+        QFile file(foto.location());
+        return file.open(QIODevice::ReadWrite) && file.setFileTime(time, QFileDevice::FileModificationTime);
+    }() && NyFotoFileStamp::ofFile(foto.location()) != before);
+    QCOMPARE(NyFotoFileStamp::ofFile(foto.location()).modifiedMs, before.modifiedMs);
     QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 4);
+}
+
+void tst_NyFotoAccess::readAgainBypassesTheCache()
+{
+    const NyFoto foto = picture(u"again.jpg"_s, {{"Xmp.xmp.Rating", "1"}});
+    // What the cache has need not be what the file says.
+    NyImageMetaData other;
+    other.rating = 3;
+    NyFotoCacheManager &cache = NyFotoCacheManager::instance();
+    cache.insertMetaData(foto.location(), NyFotoFileStamp::ofFileAndSidecars(foto.location()), other);
+    cache.insertSize(foto.location(), NyFotoFileStamp::ofFileAndSidecars(foto.location()), QSize(1, 2));
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 3);
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, true), 1);
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 1);
+    QCOMPARE(NyFotoAccess::preferredSize(foto, Priority, false), QSize(1, 2));
+    QCOMPARE(NyFotoAccess::preferredSize(foto, Priority, true), QSize(320, 200));
+    QCOMPARE(NyFotoAccess::preferredSize(foto, Priority, false), QSize(320, 200));
+}
+
+void tst_NyFotoAccess::sidecars()
+{
+    const NyFoto foto = picture(u"beside.jpg"_s, {{"Xmp.xmp.Rating", "1"}});
+    const auto write = [](const QString &path, const QByteArray &rating) {
+        return TestPictures::writeBytes(path,
+            "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+            "<rdf:Description rdf:about='' xmlns:xmp='http://ns.adobe.com/xap/1.0/' xmp:Rating='"
+                + rating + "'/></rdf:RDF></x:xmpmeta>");
+    };
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 1);
+    // The photo itself stays as it is while its sidecars come, change and go.
+    const QString shared = m_folder.filePath(u"beside.xmp"_s);
+    const QString own = foto.location() + u".xmp"_s;
+    QVERIFY(write(shared, "2"));
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 2);
+    QVERIFY(write(shared, "-1"));
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), -1);
+    QVERIFY(write(own, "5"));
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 5);
+    QVERIFY(QFile::remove(shared));
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 5);
+    QVERIFY(QFile::remove(own));
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 1);
+    // A broken one costs one line, not one for each question.
+    QVERIFY(TestPictures::writeBytes(own, "no XMP"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot read the sidecar \"%1\""_s.arg(QRegularExpression::escape(own))));
+    QCOMPARE(NyFotoAccess::adobeOrVelmoraRating(foto, Priority, false), 1);
+    QVERIFY(!NyFotoAccess::geoPosition(foto, Priority, false).isValid());
+    QCOMPARE(NyFotoAccess::metaData(foto, Priority, false).digitalZoomRatio(), 1.0);
+}
+
+void tst_NyFotoAccess::fileSystemWithoutBirthTimes()
+{
+    const NyFoto foto(QFileInfo(u"/proc/self/status"_s));
+    const QFileInfo info = foto.localFileInfo();
+    if (info.fileTime(QFileDevice::FileBirthTime).isValid())
+        QSKIP("this kernel knows birth times even there");
+    const QDateTime modified = info.fileTime(QFileDevice::FileModificationTime);
+    QVERIFY(modified.isValid());
+    QCOMPARE(NyFotoAccess::captureTime(foto), modified);
+    QCOMPARE(NyFotoAccess::pictureTakenEpoch(foto, Priority, false, NyPictureTakenOption::MetaDataOrFileTime), modified.toSecsSinceEpoch());
+    QCOMPARE(NyFotoAccess::pictureTakenEpoch(foto, Priority, false, NyPictureTakenOption::MetaDataOnly), 0);
 }
 
 void tst_NyFotoAccess::unreadableFotos()
