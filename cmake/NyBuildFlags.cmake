@@ -20,7 +20,8 @@ if(NY_SANITIZE)
     target_compile_options(NyBuildFlags INTERFACE -fsanitize=${NY_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
     target_link_options(NyBuildFlags INTERFACE -fsanitize=${NY_SANITIZE})
     # GCC's flow analysis warns about the sanitizers' own instrumentation.
-    target_compile_options(NyBuildFlags INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized)
+    target_compile_options(NyBuildFlags INTERFACE
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-null-dereference> $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 set(CMAKE_CXX_STANDARD 20)
