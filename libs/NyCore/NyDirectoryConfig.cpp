@@ -205,6 +205,11 @@ QString NyDirectoryConfig::modelsFolder() const
     return m_dataFolder + QStringLiteral("/models");
 }
 
+QString NyDirectoryConfig::serviceLockFile() const
+{
+    return m_dataFolder + QStringLiteral("/quilloservice.lock");
+}
+
 bool NyDirectoryConfig::isIgnorableFolder(const QString &absolutePath, bool includeSystemFolders) const
 {
     const QString path = withoutSeparatorAtEnd(absolutePath);

@@ -21,6 +21,8 @@ public:
     QString photoListDatabase() const;
     QString logFolder() const;
     QString modelsFolder() const;
+    /** Held locked by the running service. */
+    QString serviceLockFile() const;
 
     /**
      * Whether scans leave the folder out: hidden folders, trash, thumbnail caches, screenshots, folders with a file

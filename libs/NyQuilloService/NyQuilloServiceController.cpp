@@ -8,6 +8,7 @@
 #include "NyRecentFileManager.h"
 #include "NyRecentFileResult.h"
 #include "NyRequestQuilloService.h"
+#include "NyRunningServiceLock.h"
 #include "NySystemTrayService.h"
 #include "NyToastMessage.h"
 #include "NyToastMessaging.h"
@@ -49,6 +50,9 @@ namespace
 const QString MARKER_FOLDERNAME = QStringLiteral("VELMORA");
 const QString TERMINATION_FILENAME = QStringLiteral("terminateQuilloService.txt");
 const QString PICTURES_HOME_CHANGE_FILENAME = QStringLiteral("picturesHomeChanged.txt");
+
+/** A service that was told to end holds its lock until it has. */
+constexpr int longestEndOfAServiceMs = 2000;
 
 const char *text(bool value)
 {
@@ -140,6 +144,13 @@ int NyQuilloServiceController::runService(const QStringList &arguments)
         break;
     }
 
+    NyRunningServiceLock runningServiceLock;
+    if (startNormalRun && !runningServiceLock.acquire(longestEndOfAServiceMs)) {
+        qInfo() << "QUILLO_SERVICE: another service of this user is running already, this one ends. Process:"
+                << runningServiceLock.holder();
+        startNormalRun = false;
+        enterEventLoop = false;
+    }
     if (startNormalRun) {
         switchServiceModeToNormal();
         initRecentFileManager();

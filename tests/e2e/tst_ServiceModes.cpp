@@ -41,6 +41,12 @@ private Q_SLOTS:
     void terminationFileInInstallMode();
     void toastActivationEndsByTerminationFile();
     void unknownOption();
+    void aSecondServiceEnds_data();
+    void aSecondServiceEnds();
+    void toastActivationRunsBesideTheService();
+    void aKilledServiceIsReplaced();
+    void switchedOffAndOnAtOnce();
+    void withoutALockFile();
 
 private:
     static QString entryPath() { return QDir::homePath() + QStringLiteral("/.config/autostart/velmora.dorn.quillo.desktop"); }
@@ -50,6 +56,7 @@ private:
     {
         return !service.eventLog().filter(QStringLiteral("runService VALUES:")).isEmpty() && service.isRunning();
     }
+    static bool isRunningNormally(ServiceUnderTest &service) { return isUp(service) && service.output().contains("observing path"); }
 };
 
 void tst_ServiceModes::initTestCase()
@@ -121,7 +128,8 @@ void tst_ServiceModes::install()
     QTRY_VERIFY(QFile::exists(entryPath()));
     QVERIFY(readFile(entryPath()).contains("Exec=\"" + QFile::encodeName(service.binary(QStringLiteral("quilloservice"))) + "\"\n"));
     QTRY_VERIFY(autostart());
-    QCOMPARE(service.eventLog(),
+    // The setting is stored before it is recorded.
+    QTRY_COMPARE(service.eventLog(),
         (QStringList{QStringLiteral("runService VALUES:--serviceMode;i"), QStringLiteral("setAutoStartService VALUE:1 SOURCE:service")}));
     service.terminate();
     QCOMPARE(service.waitForEnd(), 0);
@@ -315,6 +323,113 @@ void tst_ServiceModes::unknownOption()
     QCOMPARE(service.run({QStringLiteral("--weird")}), 1);
     QVERIFY(service.output().contains("weird"));
     QCOMPARE(service.eventLog(), QStringList());
+}
+
+void tst_ServiceModes::aSecondServiceEnds_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("entryIsMade");
+    QTest::newRow("normal") << QStringList() << false;
+    QTest::newRow("normal by letter") << mode(QStringLiteral("n")) << false;
+    QTest::newRow("install") << mode(QStringLiteral("i")) << true;
+}
+
+void tst_ServiceModes::aSecondServiceEnds()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, entryIsMade);
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 10000);
+    QProcess second;
+    second.setProcessChannelMode(QProcess::MergedChannels);
+    second.start(service.binary(QStringLiteral("quilloservice")), arguments);
+    QVERIFY(second.waitForFinished(15000));
+    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(second.exitCode(), 0);
+    const QByteArray output = second.readAll();
+    const QByteArray line
+        = "another service of this user is running already, this one ends. Process: " + QByteArray::number(service.processId());
+    QVERIFY2(output.contains(line), output.constData());
+    QVERIFY2(!output.contains("observing path"), output.constData());
+    QCOMPARE(QFile::exists(entryPath()), entryIsMade);
+    QVERIFY(autostart());
+    // The first one goes on, and still hears what it is told.
+    QVERIFY(service.isRunning());
+    QVERIFY(!service.eventLog().contains(QStringLiteral("quit")));
+    NyQuilloServiceController::quitRunningService();
+    QCOMPARE(service.waitForEnd(), 0);
+}
+
+void tst_ServiceModes::toastActivationRunsBesideTheService()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.start({QStringLiteral("--ToastActivated")});
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QProcess normal;
+    normal.setProcessChannelMode(QProcess::MergedChannels);
+    normal.start(service.binary(QStringLiteral("quilloservice")), QStringList());
+    QByteArray output;
+    QTRY_VERIFY_WITH_TIMEOUT((output += normal.readAll()).contains("observing path"), 10000);
+    QProcess another;
+    another.start(service.binary(QStringLiteral("quilloservice")), {QStringLiteral("--ToastActivated")});
+    QTRY_COMPARE_WITH_TIMEOUT(service.eventLog().filter(QStringLiteral("runService VALUES:--ToastActivated")).size(), 2, 10000);
+    QVERIFY(service.isRunning());
+    for (QProcess *process : {&normal, &another}) {
+        QCOMPARE(process->state(), QProcess::Running);
+        process->terminate();
+        QVERIFY(process->waitForFinished(10000));
+    }
+}
+
+void tst_ServiceModes::aKilledServiceIsReplaced()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 10000);
+    QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGKILL), 0);
+    QCOMPARE(service.waitForEnd(), -1001);
+    service.start();
+    QTRY_COMPARE_WITH_TIMEOUT(service.output().count("observing path: "), 2, 10000);
+    QVERIFY(!service.output().contains("another service"));
+    QVERIFY(service.isRunning());
+}
+
+void tst_ServiceModes::switchedOffAndOnAtOnce()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 10000);
+    // The first one ends only when it gets to run again, after the second one has come.
+    QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGSTOP), 0);
+    NyQuilloServiceController::quitRunningService();
+    QProcess second;
+    second.setProcessChannelMode(QProcess::MergedChannels);
+    second.start(service.binary(QStringLiteral("quilloservice")), mode(QStringLiteral("i")));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entryPath()), 10000);
+    QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGCONT), 0);
+    QCOMPARE(service.waitForEnd(), 0);
+    QByteArray output;
+    QTRY_VERIFY_WITH_TIMEOUT((output += second.readAll()).contains("observing path"), 10000);
+    second.terminate();
+    QVERIFY(second.waitForFinished(10000));
+    QCOMPARE(second.exitCode(), 0);
+}
+
+void tst_ServiceModes::withoutALockFile()
+{
+    ServiceUnderTest service;
+    service.allowAutostart();
+    QVERIFY(QDir().mkpath(dataFolder() + QStringLiteral("/quilloservice.lock")));
+    service.start();
+    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 10000);
+    QVERIFY2(service.output().contains("another service would not be noticed, cannot open:"), service.output().constData());
+    service.terminate();
+    QCOMPARE(service.waitForEnd(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_ServiceModes)
