@@ -28,18 +28,22 @@ QStringList listOf(const QString &text)
 
 NyAlbumaCommandLine::NyAlbumaCommandLine()
 {
-    setApplicationDescription(tr("Shows photo books; in the builder mode, makes a proposal for one."));
-    addPositionalArgument(u"file"_s, tr("The book to open."), u"[file]"_s);
-    addOption(CommandLineOptionType::Flag, {SUPPRESS_LOAD_WARNINGS}, tr("Opens a book without warnings about missing photos."), QString(),
+    const QString file = tr("Datei", "name of a value in the help of the command line, one word");
+    setApplicationDescription(tr("Zeigt Fotobücher. Im Builder-Modus entsteht ohne Fenster ein Vorschlag für eines."));
+    addPositionalArgument(file, tr("Das Buch, das geöffnet wird."), u'[' + file + u']');
+    addOption(CommandLineOptionType::Flag, {SUPPRESS_LOAD_WARNINGS}, tr("Öffnet ein Buch ohne Hinweis auf fehlende Fotos."), QString(),
         QString());
-    addOption(
-        CommandLineOptionType::OptionWithValue, {PROGRAM_MODE}, tr("\"b\": build a proposal without a window."), u"mode"_s, QString());
-    addOption(CommandLineOptionType::OptionWithValue, {TARGET_PATH}, tr("Builder: the project file to make."), u"path"_s, QString());
-    addOption(CommandLineOptionType::OptionWithValue, {BACKGROUND_JOBS}, tr("Builder: number of worker threads."), u"number"_s, u"1"_s);
-    addOption(CommandLineOptionType::OptionWithValue, {STYLES}, tr("Builder: design ids, separated by commas, the best first."), u"ids"_s,
-        QString());
-    addOption(CommandLineOptionType::OptionWithValue, {OCCASIONS}, tr("Builder: occasions, separated by commas, the likeliest first."),
-        u"occasions"_s, QString());
+    addOption(CommandLineOptionType::OptionWithValue, {PROGRAM_MODE}, tr("\"b\": erstellt ohne Fenster einen Vorschlag."),
+        tr("Modus", "name of a value in the help of the command line, one word"), QString());
+    addOption(CommandLineOptionType::OptionWithValue, {TARGET_PATH}, tr("Builder: die Projektdatei, die entstehen soll."), file, QString());
+    addOption(CommandLineOptionType::OptionWithValue, {BACKGROUND_JOBS}, tr("Builder: Zahl der Threads, die arbeiten."),
+        tr("Zahl", "name of a value in the help of the command line, one word"), u"1"_s);
+    addOption(CommandLineOptionType::OptionWithValue, {STYLES},
+        tr("Builder: Kennungen von Designs, durch Kommas getrennt, das beste zuerst."),
+        tr("Designs", "name of a value in the help of the command line, one word"), QString());
+    addOption(CommandLineOptionType::OptionWithValue, {OCCASIONS},
+        tr("Builder: Anlässe, durch Kommas getrennt, der wahrscheinlichste zuerst."),
+        tr("Anlässe", "name of a value in the help of the command line, one word"), QString());
 }
 
 QString NyAlbumaCommandLine::readBuilder(NyBuilderRequest &request) const

@@ -16,6 +16,7 @@
 #include <NyGeneralSettings.h>
 #include <NyLogMessageHandler.h>
 #include <NyProgramConfig.h>
+#include <NyTranslation.h>
 #include <NyUnixSignalNotifier.h>
 #include <NyVersionConfig.h>
 
@@ -49,12 +50,14 @@ void startLogging()
 }
 
 QtMessageHandler formerHandler = nullptr;
+/** In the user's language; without an application object nothing could be translated. */
+QString noDisplayText;
 
 /** Without a usable display Qt ends the process with a crash report; this ends it with a message. */
 void handleMessageDuringStart(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type == QtFatalMsg) {
-        tell(QCoreApplication::translate("NyAlbumaProgram", "Es kann kein Fenster geöffnet werden, weil keine Anzeige verfügbar ist."));
+        tell(noDisplayText);
         std::_Exit(EXIT_FAILURE);
     }
     if (formerHandler)
@@ -67,6 +70,9 @@ NyAlbumaStart readCommandLine(int argc, char **argv)
     std::vector<char *> copy(argv, argv + argc);
     copy.push_back(nullptr);
     QCoreApplication application(argc, copy.data());
+    NyTranslation::install();
+    noDisplayText
+        = QCoreApplication::translate("NyAlbumaProgram", "Es kann kein Fenster geöffnet werden, weil keine Anzeige verfügbar ist.");
     return NyAlbumaCommandLine().read();
 }
 
@@ -90,6 +96,7 @@ int NyAlbumaProgram::runBuilder(const NyAlbumaStart &start, int &argc, char **ar
     // Whatever display there is, the builder must not touch it.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication application(argc, argv);
+    NyTranslation::install();
     startLogging();
 
     NyBuilderRequest request = start.builder;
@@ -117,6 +124,7 @@ int NyAlbumaProgram::runWindows(const NyAlbumaStart &start, int &argc, char **ar
     formerHandler = qInstallMessageHandler(handleMessageDuringStart);
     QApplication application(argc, argv);
     qInstallMessageHandler(formerHandler);
+    NyTranslation::install();
     startLogging();
     const NyUnixSignalNotifier signalNotifier({SIGTERM, SIGINT, SIGHUP});
     QObject::connect(&signalNotifier, &NyUnixSignalNotifier::received, &application, &QCoreApplication::quit);

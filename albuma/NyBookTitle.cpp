@@ -6,15 +6,12 @@
 #include <QRegularExpression>
 #include <QSet>
 
+#include <NyTranslation.h>
+
 namespace
 {
 
 using namespace Qt::Literals::StringLiterals;
-
-QLocale german()
-{
-    return QLocale(QLocale::German, QLocale::Germany);
-}
 
 /** Month names of the languages that folders are most often named in, with their usual short forms. */
 QString monthPattern()
@@ -236,8 +233,9 @@ QString NyBookTitle::dateRange(const QDate &from, const QDate &to)
 {
     if (!from.isValid() || !to.isValid())
         return {};
-    const QLocale locale = german();
-    const QString last = locale.toString(to, u"d. MMMM yyyy"_s);
+    const QLocale locale = NyTranslation::locale();
+    const QString dayOfYear = tr("d. MMMM yyyy", "date, as in QDate::toString()");
+    const QString last = locale.toString(to, dayOfYear);
     if (from == to)
         return last;
     constexpr int longestInDays = 62;
@@ -249,15 +247,17 @@ QString NyBookTitle::dateRange(const QDate &from, const QDate &to)
             return QString::number(from.year());
         return u"%1 – %2"_s.arg(locale.toString(from, u"MMMM"_s), locale.toString(to, u"MMMM yyyy"_s));
     }
-    QString firstFormat = u"d. MMMM yyyy"_s;
-    if (from.year() == to.year())
-        firstFormat = from.month() == to.month() ? u"d."_s : u"d. MMMM"_s;
+    QString firstFormat = dayOfYear;
+    if (from.year() == to.year()) {
+        firstFormat = from.month() == to.month() ? tr("d.", "day of a month, as in QDate::toString(), before a day with its month and year")
+                                                 : tr("d. MMMM", "date without its year, as in QDate::toString()");
+    }
     return u"%1 – %2"_s.arg(locale.toString(from, firstFormat), last);
 }
 
 QString NyBookTitle::day(const QDate &date)
 {
-    return german().toString(date, u"dddd, d. MMMM yyyy"_s);
+    return NyTranslation::locale().toString(date, tr("dddd, d. MMMM yyyy", "date with its weekday, as in QDate::toString()"));
 }
 
 QString NyBookTitle::occasionName(const QString &keyword)

@@ -3,10 +3,9 @@
 #include <NyCommandLineParserQuilloService.h>
 #include <NyProgramConfig.h>
 #include <NyQuilloServiceController.h>
+#include <NyTranslation.h>
 
 #include <QApplication>
-#include <QLibraryInfo>
-#include <QTranslator>
 
 #include <csignal>
 #include <cstring>
@@ -82,16 +81,6 @@ std::unique_ptr<QCoreApplication> createApplication(RunKind kind, int &argc, cha
     QApplication::setQuitOnLastWindowClosed(false);
     return application;
 }
-
-void loadTranslations(QCoreApplication &application)
-{
-    auto *qtTranslator = new QTranslator(&application);
-    if (qtTranslator->load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(qtTranslator);
-    auto *translator = new QTranslator(&application);
-    if (translator->load(QLocale(), QStringLiteral("velmora"), QStringLiteral("_"), QStringLiteral(":/velmora/translations")))
-        QCoreApplication::installTranslator(translator);
-}
 }
 
 int main(int argc, char **argv)
@@ -103,15 +92,17 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(NyProgramConfig::instance().programName(NyProgramID::QuilloService));
     if (kind == RunKind::Window)
         QGuiApplication::setDesktopFileName(NyProgramConfig::instance().commandName(NyProgramID::QuilloService));
-    loadTranslations(*application);
 
     if (kind == RunKind::Text) {
+        // The service's options are told in English everywhere, so all around them is, too.
+        NyTranslation::install({QStringLiteral("en")});
         // Ends here: a text needs neither a bus nor watched folders.
         NyCommandLineParserQuilloService parser;
-        parser.setApplicationDescription(QCoreApplication::translate("main", "Proposes photo books from the pictures of the past year."));
+        parser.setApplicationDescription(QStringLiteral("Proposes photo books from the pictures of the past year."));
         parser.processCommandLine();
     }
 
+    NyTranslation::install();
     NyQuilloServiceController &controller = NyQuilloServiceController::instance();
     NyUnixSignalNotifier signalNotifier({SIGTERM, SIGINT, SIGHUP});
     QObject::connect(&signalNotifier, &NyUnixSignalNotifier::received, &controller, &NyQuilloServiceController::quit);

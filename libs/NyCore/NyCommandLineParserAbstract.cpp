@@ -36,8 +36,9 @@ QString programFileName()
 NyCommandLineParserAbstract::NyCommandLineParserAbstract()
 {
     m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    m_parser.addOption(QCommandLineOption(helpNames, QStringLiteral("Displays this help.")));
-    m_parser.addOption(QCommandLineOption(versionNames, QStringLiteral("Displays the version.")));
+    m_parser.addOption(QCommandLineOption(helpNames, QCoreApplication::translate("NyCommandLineParserAbstract", "Zeigt diese Hilfe an.")));
+    m_parser.addOption(
+        QCommandLineOption(versionNames, QCoreApplication::translate("NyCommandLineParserAbstract", "Zeigt die Version an.")));
 }
 
 NyCommandLineParserAbstract::~NyCommandLineParserAbstract() = default;

@@ -1,0 +1,1013 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="de_DE">
+<context>
+    <name>NyActionFactoryCommon</name>
+    <message>
+        <source>Informationen zum Dienst</source>
+        <translation>About the Service</translation>
+    </message>
+    <message>
+        <source>Programm starten</source>
+        <translation>Start Program</translation>
+    </message>
+    <message>
+        <source>Beenden</source>
+        <translation>Quit</translation>
+    </message>
+    <message>
+        <source>Letzten Vorschlag anzeigen</source>
+        <translation>Show Latest Proposal</translation>
+    </message>
+</context>
+<context>
+    <name>NyAlbumaCommandLine</name>
+    <message>
+        <source>Datei</source>
+        <comment>name of a value in the help of the command line, one word</comment>
+        <translation>file</translation>
+    </message>
+    <message>
+        <source>Zeigt Fotobücher. Im Builder-Modus entsteht ohne Fenster ein Vorschlag für eines.</source>
+        <translation>Shows photo books. In builder mode, makes a proposal for one without a window.</translation>
+    </message>
+    <message>
+        <source>Das Buch, das geöffnet wird.</source>
+        <translation>The book to open.</translation>
+    </message>
+    <message>
+        <source>Öffnet ein Buch ohne Hinweis auf fehlende Fotos.</source>
+        <translation>Opens a book without warnings about missing photos.</translation>
+    </message>
+    <message>
+        <source>&quot;b&quot;: erstellt ohne Fenster einen Vorschlag.</source>
+        <translation>&quot;b&quot;: makes a proposal without a window.</translation>
+    </message>
+    <message>
+        <source>Modus</source>
+        <comment>name of a value in the help of the command line, one word</comment>
+        <translation>mode</translation>
+    </message>
+    <message>
+        <source>Builder: die Projektdatei, die entstehen soll.</source>
+        <translation>Builder: the project file to make.</translation>
+    </message>
+    <message>
+        <source>Builder: Zahl der Threads, die arbeiten.</source>
+        <translation>Builder: number of worker threads.</translation>
+    </message>
+    <message>
+        <source>Zahl</source>
+        <comment>name of a value in the help of the command line, one word</comment>
+        <translation>number</translation>
+    </message>
+    <message>
+        <source>Builder: Kennungen von Designs, durch Kommas getrennt, das beste zuerst.</source>
+        <translation>Builder: design ids, separated by commas, the best first.</translation>
+    </message>
+    <message>
+        <source>Designs</source>
+        <comment>name of a value in the help of the command line, one word</comment>
+        <translation>designs</translation>
+    </message>
+    <message>
+        <source>Builder: Anlässe, durch Kommas getrennt, der wahrscheinlichste zuerst.</source>
+        <translation>Builder: occasions, separated by commas, the likeliest first.</translation>
+    </message>
+    <message>
+        <source>Anlässe</source>
+        <comment>name of a value in the help of the command line, one word</comment>
+        <translation>occasions</translation>
+    </message>
+    <message>
+        <source>Die Option &quot;--%1&quot; fehlt.</source>
+        <translation>The option &quot;--%1&quot; is missing.</translation>
+    </message>
+    <message>
+        <source>Der Wert der Option &quot;--%1&quot; muss eine Zahl von 1 bis %2 sein.</source>
+        <translation>The value of the option &quot;--%1&quot; must be a number from 1 to %2.</translation>
+    </message>
+    <message>
+        <source>Den Programm-Modus &quot;%1&quot; gibt es nicht.</source>
+        <translation>There is no program mode &quot;%1&quot;.</translation>
+    </message>
+    <message>
+        <source>Es kann nur ein Buch auf einmal geöffnet werden.</source>
+        <translation>Only one book can be opened at a time.</translation>
+    </message>
+</context>
+<context>
+    <name>NyAlbumaProgram</name>
+    <message>
+        <source>Es kann kein Fenster geöffnet werden, weil keine Anzeige verfügbar ist.</source>
+        <translation>No window can be opened because no display is available.</translation>
+    </message>
+</context>
+<context>
+    <name>NyAlbumaWindows</name>
+    <message>
+        <source>Buch öffnen</source>
+        <translation>Open Book</translation>
+    </message>
+    <message>
+        <source>Fotobücher (*.nqp *.nqpx)</source>
+        <translation>Photo books (*.nqp *.nqpx)</translation>
+    </message>
+</context>
+<context>
+    <name>NyBookBuilder</name>
+    <message>
+        <source>Es ist kein Ziel für den Vorschlag angegeben.</source>
+        <translation>No target is given for the proposal.</translation>
+    </message>
+    <message>
+        <source>Der Ordner für den Vorschlag &quot;%1&quot; ist nicht vorhanden.</source>
+        <translation>The folder for the proposal &quot;%1&quot; does not exist.</translation>
+    </message>
+    <message>
+        <source>Die Datei &quot;%1&quot; ist schon vorhanden.</source>
+        <translation>The file &quot;%1&quot; already exists.</translation>
+    </message>
+    <message>
+        <source>Der Vorschlag wurde abgebrochen.</source>
+        <translation>The proposal was cancelled.</translation>
+    </message>
+    <message>
+        <source>Die Datei &quot;%1&quot; kann nicht geschrieben werden.</source>
+        <translation>The file &quot;%1&quot; cannot be written.</translation>
+    </message>
+    <message>
+        <source>Für den Vorschlag sind keine Fotos hinterlegt.</source>
+        <translation>No photos are stored for the proposal.</translation>
+    </message>
+    <message>
+        <source>Keines der %1 Fotos eignet sich für ein Buch.</source>
+        <translation>None of the %1 photos is suitable for a book.</translation>
+    </message>
+    <message>
+        <source>Die Vorschau des Buchs kann nicht gezeichnet werden.</source>
+        <translation>The preview of the book cannot be drawn.</translation>
+    </message>
+</context>
+<context>
+    <name>NyBookProjectFile</name>
+    <message>
+        <source>hier wird ein Objekt erwartet</source>
+        <translation>an object is expected here</translation>
+    </message>
+    <message>
+        <source>die Angabe fehlt</source>
+        <translation>the entry is missing</translation>
+    </message>
+    <message>
+        <source>hier wird eine Liste erwartet</source>
+        <translation>a list is expected here</translation>
+    </message>
+    <message>
+        <source>die Liste ist länger als %1 Einträge</source>
+        <translation>the list is longer than %1 entries</translation>
+    </message>
+    <message>
+        <source>hier wird ein Text erwartet</source>
+        <translation>a text is expected here</translation>
+    </message>
+    <message>
+        <source>der Text ist länger als %1 Zeichen</source>
+        <translation>the text is longer than %1 characters</translation>
+    </message>
+    <message>
+        <source>hier wird eine Zahl erwartet</source>
+        <translation>a number is expected here</translation>
+    </message>
+    <message>
+        <source>die Zahl %1 liegt nicht zwischen %2 und %3</source>
+        <translation>the number %1 is not between %2 and %3</translation>
+    </message>
+    <message>
+        <source>hier wird eine ganze Zahl erwartet</source>
+        <translation>a whole number is expected here</translation>
+    </message>
+    <message>
+        <source>hier werden vier Zahlen erwartet</source>
+        <translation>four numbers are expected here</translation>
+    </message>
+    <message>
+        <source>das Rechteck ist leer</source>
+        <translation>the rectangle is empty</translation>
+    </message>
+    <message>
+        <source>das ist keine vollständige Adresse eines Fotos</source>
+        <translation>this is not the full address of a photo</translation>
+    </message>
+    <message>
+        <source>der Ausschnitt reicht über das Foto hinaus</source>
+        <translation>the crop reaches beyond the photo</translation>
+    </message>
+    <message>
+        <source>erlaubt sind nur 0, 90, 180 und 270 Grad</source>
+        <translation>only 0, 90, 180 and 270 degrees are allowed</translation>
+    </message>
+    <message>
+        <source>hier werden zwei Zahlen erwartet</source>
+        <translation>two numbers are expected here</translation>
+    </message>
+    <message>
+        <source>die Textart &quot;%1&quot; ist unbekannt</source>
+        <translation>the kind of text &quot;%1&quot; is unknown</translation>
+    </message>
+    <message>
+        <source>die Ausrichtung &quot;%1&quot; ist unbekannt</source>
+        <translation>the alignment &quot;%1&quot; is unknown</translation>
+    </message>
+    <message>
+        <source>das ist kein Buchprojekt</source>
+        <translation>this is not a book project</translation>
+    </message>
+    <message>
+        <source>das Buch wurde mit einer neueren Programmversion gespeichert (Format %1, lesbar ist bis Format %2). Bitte aktualisieren Sie das Programm.</source>
+        <translation>the book was saved by a newer version of the program (format %1, readable up to format %2). Please update the program.</translation>
+    </message>
+    <message>
+        <source>Das Buchprojekt &quot;%1&quot; ist beschädigt (nahe Zeile %2, Spalte %3: %4).</source>
+        <translation>The book project &quot;%1&quot; is damaged (near line %2, column %3: %4).</translation>
+    </message>
+    <message>
+        <source>Die Datei &quot;%1&quot; ist kein Buchprojekt.</source>
+        <translation>The file &quot;%1&quot; is not a book project.</translation>
+    </message>
+    <message>
+        <source>Das Buchprojekt &quot;%1&quot; kann nicht gelesen werden (bei &quot;%2&quot;: %3).</source>
+        <translation>The book project &quot;%1&quot; cannot be read (at &quot;%2&quot;: %3).</translation>
+    </message>
+    <message>
+        <source>Das Buchprojekt &quot;%1&quot; ist nicht vorhanden.</source>
+        <translation>The book project &quot;%1&quot; does not exist.</translation>
+    </message>
+    <message>
+        <source>Das Buchprojekt &quot;%1&quot; kann nicht geöffnet werden: %2</source>
+        <translation>The book project &quot;%1&quot; cannot be opened: %2</translation>
+    </message>
+    <message>
+        <source>Das Buchprojekt &quot;%1&quot; kann nicht gelesen werden: %2</source>
+        <translation>The book project &quot;%1&quot; cannot be read: %2</translation>
+    </message>
+    <message>
+        <source>Die Datei &quot;%1&quot; ist zu groß für ein Buchprojekt.</source>
+        <translation>The file &quot;%1&quot; is too large for a book project.</translation>
+    </message>
+</context>
+<context>
+    <name>NyBookRenderer</name>
+    <message>
+        <source>Foto fehlt</source>
+        <translation>Photo missing</translation>
+    </message>
+</context>
+<context>
+    <name>NyBookTitle</name>
+    <message>
+        <source>Unser Fotobuch</source>
+        <translation>Our Photo Book</translation>
+    </message>
+    <message>
+        <source>Unsere schönsten Momente</source>
+        <translation>Our Best Moments</translation>
+    </message>
+    <message>
+        <source>d. MMMM yyyy</source>
+        <comment>date, as in QDate::toString()</comment>
+        <translation>d MMMM yyyy</translation>
+    </message>
+    <message>
+        <source>d.</source>
+        <comment>day of a month, as in QDate::toString(), before a day with its month and year</comment>
+        <translation>d</translation>
+    </message>
+    <message>
+        <source>d. MMMM</source>
+        <comment>date without its year, as in QDate::toString()</comment>
+        <translation>d MMMM</translation>
+    </message>
+    <message>
+        <source>dddd, d. MMMM yyyy</source>
+        <comment>date with its weekday, as in QDate::toString()</comment>
+        <translation>dddd, d MMMM yyyy</translation>
+    </message>
+    <message>
+        <source>Hochzeit</source>
+        <translation>Wedding</translation>
+    </message>
+    <message>
+        <source>Geburtstag</source>
+        <translation>Birthday</translation>
+    </message>
+    <message>
+        <source>Weihnachten</source>
+        <translation>Christmas</translation>
+    </message>
+    <message>
+        <source>Silvester</source>
+        <translation>New Year’s Eve</translation>
+    </message>
+    <message>
+        <source>Ostern</source>
+        <translation>Easter</translation>
+    </message>
+    <message>
+        <source>Karneval</source>
+        <translation>Carnival</translation>
+    </message>
+    <message>
+        <source>Halloween</source>
+        <translation>Halloween</translation>
+    </message>
+    <message>
+        <source>Taufe</source>
+        <translation>Baptism</translation>
+    </message>
+    <message>
+        <source>Kommunion</source>
+        <translation>Communion</translation>
+    </message>
+    <message>
+        <source>Schulzeit</source>
+        <translation>School Days</translation>
+    </message>
+    <message>
+        <source>Abschlussfeier</source>
+        <translation>Graduation</translation>
+    </message>
+    <message>
+        <source>Unser Baby</source>
+        <translation>Our Baby</translation>
+    </message>
+    <message>
+        <source>Jubiläum</source>
+        <translation>Anniversary</translation>
+    </message>
+    <message>
+        <source>Am Strand</source>
+        <translation>At the Beach</translation>
+    </message>
+    <message>
+        <source>Städtereise</source>
+        <translation>City Trip</translation>
+    </message>
+    <message>
+        <source>Wandern</source>
+        <translation>Hiking</translation>
+    </message>
+    <message>
+        <source>Winterfreuden</source>
+        <translation>Winter Fun</translation>
+    </message>
+    <message>
+        <source>Rundreise</source>
+        <translation>Road Trip</translation>
+    </message>
+    <message>
+        <source>Kreuzfahrt</source>
+        <translation>Cruise</translation>
+    </message>
+    <message>
+        <source>Urlaub</source>
+        <translation>Vacation</translation>
+    </message>
+    <message>
+        <source>Konzert</source>
+        <translation>Concert</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>Sports</translation>
+    </message>
+    <message>
+        <source>Im Zoo</source>
+        <translation>At the Zoo</translation>
+    </message>
+    <message>
+        <source>Familie</source>
+        <translation>Family</translation>
+    </message>
+    <message>
+        <source>Auf dem Volksfest</source>
+        <translation>At the Fair</translation>
+    </message>
+    <message>
+        <source>Unsere Haustiere</source>
+        <translation>Our Pets</translation>
+    </message>
+</context>
+<context>
+    <name>NyBookWindow</name>
+    <message>
+        <source>‹  Zurück</source>
+        <translation>‹  Back</translation>
+    </message>
+    <message>
+        <source>Weiter  ›</source>
+        <translation>Next  ›</translation>
+    </message>
+    <message>
+        <source>&amp;Datei</source>
+        <translation>&amp;File</translation>
+    </message>
+    <message>
+        <source>Buch ö&amp;ffnen …</source>
+        <translation>&amp;Open Book…</translation>
+    </message>
+    <message>
+        <source>&amp;Schließen</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>&amp;Blättern</source>
+        <translation>&amp;Pages</translation>
+    </message>
+    <message>
+        <source>&amp;Weiter</source>
+        <translation>&amp;Next</translation>
+    </message>
+    <message>
+        <source>&amp;Zurück</source>
+        <translation>&amp;Back</translation>
+    </message>
+    <message>
+        <source>Zum &amp;Anfang</source>
+        <translation>To the &amp;Start</translation>
+    </message>
+    <message>
+        <source>Zum &amp;Ende</source>
+        <translation>To the &amp;End</translation>
+    </message>
+    <message>
+        <source>In diesem Buch fehlen Fotos: %1</source>
+        <translation>Photos are missing from this book: %1</translation>
+    </message>
+    <message>
+        <source>In diesem Buch fehlen %1 Fotos: %2 und weitere</source>
+        <translation>%1 photos are missing from this book: %2 and more</translation>
+    </message>
+</context>
+<context>
+    <name>NyClassificationResultsRendererHTML</name>
+    <message>
+        <source>de</source>
+        <comment>language of this page, as in the HTML attribute lang</comment>
+        <translation>en</translation>
+    </message>
+    <message>
+        <source>1 Foto</source>
+        <translation>1 photo</translation>
+    </message>
+    <message>
+        <source>%1 Fotos</source>
+        <translation>%1 photos</translation>
+    </message>
+    <message>
+        <source>Ereignis</source>
+        <translation>Event</translation>
+    </message>
+    <message>
+        <source>Ereignisse</source>
+        <translation>Events</translation>
+    </message>
+    <message>
+        <source>Jahr</source>
+        <translation>Year</translation>
+    </message>
+    <message>
+        <source>Jahre</source>
+        <translation>Years</translation>
+    </message>
+    <message>
+        <source>Monat</source>
+        <translation>Month</translation>
+    </message>
+    <message>
+        <source>Monate</source>
+        <translation>Months</translation>
+    </message>
+    <message>
+        <source>Tag</source>
+        <translation>Day</translation>
+    </message>
+    <message>
+        <source>Tage</source>
+        <translation>Days</translation>
+    </message>
+    <message>
+        <source>Projekt</source>
+        <translation>Project</translation>
+    </message>
+    <message>
+        <source>Projekte</source>
+        <translation>Projects</translation>
+    </message>
+    <message>
+        <source>Mehrere Arten</source>
+        <translation>Several Kinds</translation>
+    </message>
+    <message>
+        <source>Ohne Art</source>
+        <translation>No Kind</translation>
+    </message>
+    <message>
+        <source>Ordner zu einem Anlass, nach Name, Zeitraum oder Aufnahmezeiten</source>
+        <translation>Folders about one occasion, going by name, dates or the times when photos were taken</translation>
+    </message>
+    <message>
+        <source>Ordner, die ein Jahr sammeln</source>
+        <translation>Folders that collect a year</translation>
+    </message>
+    <message>
+        <source>Ordner, die einen Monat sammeln</source>
+        <translation>Folders that collect a month</translation>
+    </message>
+    <message>
+        <source>Ordner für einen Tag</source>
+        <translation>Folders for a single day</translation>
+    </message>
+    <message>
+        <source>Ordner mit Arbeiten, die länger dauern, oder mit Projektdateien</source>
+        <translation>Folders with work that goes on for longer, or with project files</translation>
+    </message>
+    <message>
+        <source>Ordner, die mehr als eine Art haben</source>
+        <translation>Folders of more than one kind</translation>
+    </message>
+    <message>
+        <source>Ordner, über die sich nichts sagen ließ, etwa Kameraordner und Sammlungen</source>
+        <translation>Folders about which nothing could be said, such as camera folders and collections</translation>
+    </message>
+    <message>
+        <source>Alle Ordner, die von dieser Art sind. Unter denen mit neuen Fotos wird einer für den nächsten Vorschlag gewählt.</source>
+        <translation>All folders of this kind. Among those with new photos, one is chosen for the next proposal.</translation>
+    </message>
+    <message>
+        <source>Alle Ordner der Art %1</source>
+        <translation>All Folders of the Kind “%1”</translation>
+    </message>
+    <message>
+        <source>Die Ordner dieser Art, in denen neue Fotos liegen. Der mit den meisten neuen Fotos wird zum nächsten Vorschlag.</source>
+        <translation>The folders of this kind that hold new photos. The one with the most new photos becomes the next proposal.</translation>
+    </message>
+    <message>
+        <source>Ordner der Art %1 mit neuen Fotos</source>
+        <translation>Folders of the Kind “%1” with New Photos</translation>
+    </message>
+    <message>
+        <source>Was die Bilderordner sind, und welche Anlässe ihre Fotos zeigen.</source>
+        <translation>What the picture folders are, and which occasions their photos show.</translation>
+    </message>
+    <message>
+        <source>Einordnung der Bilderordner</source>
+        <translation>Classification of the Picture Folders</translation>
+    </message>
+    <message>
+        <source>Die Liste ist leer: Es gibt keinen Ordner, der hierher gehört.</source>
+        <translation>The list is empty: no folder belongs here.</translation>
+    </message>
+    <message>
+        <source>Gesucht in</source>
+        <translation>Searched in</translation>
+    </message>
+    <message>
+        <source>Stand: %1</source>
+        <translation>As of %1</translation>
+    </message>
+    <message>
+        <source>d. MMMM yyyy, HH:mm</source>
+        <comment>date and time, as in QDateTime::toString()</comment>
+        <translation>d MMMM yyyy, HH:mm</translation>
+    </message>
+    <message>
+        <source>Übersicht</source>
+        <translation>Overview</translation>
+    </message>
+    <message>
+        <source>Foto</source>
+        <translation>Photo</translation>
+    </message>
+    <message>
+        <source>Fotos</source>
+        <translation>Photos</translation>
+    </message>
+    <message>
+        <source>in 1 Ordner</source>
+        <translation>in 1 folder</translation>
+    </message>
+    <message>
+        <source>in %1 Ordnern</source>
+        <translation>in %1 folders</translation>
+    </message>
+    <message>
+        <source>Ohne Ordner</source>
+        <translation>Without a Folder</translation>
+    </message>
+    <message>
+        <source>der durchsuchte Ordner selbst</source>
+        <translation>the searched folder itself</translation>
+    </message>
+    <message>
+        <source>in</source>
+        <translation>in</translation>
+    </message>
+    <message>
+        <source>Hier gibt es keinen Ordner mehr.</source>
+        <translation>There is no folder here any more.</translation>
+    </message>
+    <message>
+        <source>Dieser Ordner lässt sich nicht lesen.</source>
+        <translation>This folder cannot be read.</translation>
+    </message>
+    <message>
+        <source>Dieser Ordner wird beim Zählen übergangen.</source>
+        <translation>This folder is skipped when photos are counted.</translation>
+    </message>
+    <message>
+        <source>keine Fotos</source>
+        <translation>no photos</translation>
+    </message>
+    <message>
+        <source>%1 in Unterordnern</source>
+        <translation>%1 in subfolders</translation>
+    </message>
+    <message>
+        <source>%1, davon %2 direkt im Ordner</source>
+        <translation>%1, %2 of them directly in the folder</translation>
+    </message>
+    <message>
+        <source>Art %1</source>
+        <translation>Kind %1</translation>
+    </message>
+    <message>
+        <source>d. MMMM yyyy</source>
+        <comment>date, as in QDate::toString()</comment>
+        <translation>d MMMM yyyy</translation>
+    </message>
+    <message>
+        <source>Jahr %1</source>
+        <translation>the year %1</translation>
+    </message>
+    <message>
+        <source>nicht lesbar</source>
+        <translation>unreadable</translation>
+    </message>
+    <message>
+        <source>Anlässe</source>
+        <translation>Occasions</translation>
+    </message>
+    <message>
+        <source>Es war keine Endung genannt, nach der Fotos gezählt werden.</source>
+        <translation>No file extension was given by which photos are counted.</translation>
+    </message>
+    <message>
+        <source>Als Foto zählt jede Datei mit einer dieser Endungen, im Ordner und in allen Ordnern darunter: %1. Verborgene Ordner, Papierkörbe, Vorschauspeicher und Ordner mit „.nomedia“ zählen nicht.</source>
+        <translation>Every file with one of these extensions counts as a photo, in the folder and in all folders below it: %1. Hidden folders, trash folders, thumbnail caches and folders with “.nomedia” do not count.</translation>
+    </message>
+    <message>
+        <source>Liegen Ordner ineinander, so stehen dieselben Fotos bei jedem von ihnen. In den Summen oben zählt jedes nur einmal.</source>
+        <translation>Where folders lie inside one another, the same photos are listed with each of them. In the totals above, each counts only once.</translation>
+    </message>
+    <message>
+        <source>Zeiträume stammen aus den Namen der Ordner, nicht aus den Fotos.</source>
+        <translation>Dates come from the names of the folders, not from the photos.</translation>
+    </message>
+    <message>
+        <source>Bei Anlässen steht, woraus sie vor allem geschlossen wurden, und wie wahrscheinlich sie sind. Ohne Angabe wurde nicht danach gesucht oder nichts gefunden.</source>
+        <translation>Each occasion tells what it was mainly concluded from, and how likely it is. Where none is given, none was searched for or found.</translation>
+    </message>
+    <message>
+        <source>Kleine Bilder: höchstens %1 je Ordner und %2 auf der Seite, verteilt über die Fotos des Ordners.</source>
+        <translation>Small pictures: at most %1 per folder and %2 on the page, spread across the folder’s photos.</translation>
+    </message>
+    <message>
+        <source>Zu dieser Seite</source>
+        <translation>About this page</translation>
+    </message>
+    <message>
+        <source>Hochzeit</source>
+        <translation>Wedding</translation>
+    </message>
+    <message>
+        <source>Geburtstag</source>
+        <translation>Birthday</translation>
+    </message>
+    <message>
+        <source>Weihnachten</source>
+        <translation>Christmas</translation>
+    </message>
+    <message>
+        <source>Silvester</source>
+        <translation>New Year’s Eve</translation>
+    </message>
+    <message>
+        <source>Ostern</source>
+        <translation>Easter</translation>
+    </message>
+    <message>
+        <source>Karneval</source>
+        <translation>Carnival</translation>
+    </message>
+    <message>
+        <source>Halloween</source>
+        <translation>Halloween</translation>
+    </message>
+    <message>
+        <source>Taufe</source>
+        <translation>Baptism</translation>
+    </message>
+    <message>
+        <source>Kommunion</source>
+        <translation>Communion</translation>
+    </message>
+    <message>
+        <source>Schule</source>
+        <translation>School</translation>
+    </message>
+    <message>
+        <source>Abschlussfeier</source>
+        <translation>Graduation</translation>
+    </message>
+    <message>
+        <source>Baby</source>
+        <translation>Baby</translation>
+    </message>
+    <message>
+        <source>Jubiläum</source>
+        <translation>Anniversary</translation>
+    </message>
+    <message>
+        <source>Strand</source>
+        <translation>Beach</translation>
+    </message>
+    <message>
+        <source>Städtereise</source>
+        <translation>City trip</translation>
+    </message>
+    <message>
+        <source>Wandern</source>
+        <translation>Hiking</translation>
+    </message>
+    <message>
+        <source>Schnee</source>
+        <translation>Snow</translation>
+    </message>
+    <message>
+        <source>Rundreise</source>
+        <translation>Road trip</translation>
+    </message>
+    <message>
+        <source>Kreuzfahrt</source>
+        <translation>Cruise</translation>
+    </message>
+    <message>
+        <source>Urlaub</source>
+        <translation>Vacation</translation>
+    </message>
+    <message>
+        <source>Konzert</source>
+        <translation>Concert</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>Sports</translation>
+    </message>
+    <message>
+        <source>Zoo</source>
+        <translation>Zoo</translation>
+    </message>
+    <message>
+        <source>Familie</source>
+        <translation>Family</translation>
+    </message>
+    <message>
+        <source>Volksfest</source>
+        <translation>Fair</translation>
+    </message>
+    <message>
+        <source>Haustiere</source>
+        <translation>Pets</translation>
+    </message>
+    <message>
+        <source>ohne Namen</source>
+        <translation>unnamed</translation>
+    </message>
+    <message>
+        <source>laut Ordnername</source>
+        <translation>from the folder’s name</translation>
+    </message>
+    <message>
+        <source>laut Orten</source>
+        <translation>from places</translation>
+    </message>
+    <message>
+        <source>laut Bildern</source>
+        <translation>from the pictures</translation>
+    </message>
+    <message>
+        <source>laut Kalender</source>
+        <translation>from the calendar</translation>
+    </message>
+</context>
+<context>
+    <name>NyCommandLineParserAbstract</name>
+    <message>
+        <source>Zeigt diese Hilfe an.</source>
+        <translation>Displays this help.</translation>
+    </message>
+    <message>
+        <source>Zeigt die Version an.</source>
+        <translation>Displays the version.</translation>
+    </message>
+</context>
+<context>
+    <name>NyFotoStartDirSelectionBox</name>
+    <message>
+        <source>Durchsuchen…</source>
+        <translation>Browse…</translation>
+    </message>
+    <message>
+        <source>Diesen Ordner gibt es zurzeit nicht.</source>
+        <translation>This folder does not exist at the moment.</translation>
+    </message>
+    <message>
+        <source>Ordner mit Ihren Fotos</source>
+        <translation>Folder with your photos</translation>
+    </message>
+    <message>
+        <source>Ordner mit Ihren Fotos auswählen</source>
+        <translation>Choose the folder with your photos</translation>
+    </message>
+</context>
+<context>
+    <name>NyJsonParser</name>
+    <message>
+        <source>Vorschlag öffnen</source>
+        <translation>Open proposal</translation>
+    </message>
+    <message>
+        <source>Vorschlag löschen</source>
+        <translation>Delete proposal</translation>
+    </message>
+</context>
+<context>
+    <name>NyPreferencesQuilloServiceInstallation</name>
+    <message>
+        <source>Automatische Produktvorschläge</source>
+        <translation>Automatic Product Proposals</translation>
+    </message>
+    <message>
+        <source>Ja, ich möchte automatische Produktvorschläge erhalten.</source>
+        <translation>Yes, I would like to receive automatic product proposals.</translation>
+    </message>
+    <message>
+        <source>Ordner mit Ihren Fotos für Produktvorschläge</source>
+        <translation>Folder with your photos for product proposals</translation>
+    </message>
+    <message>
+        <source>Bei neuen Produktvorschlägen benachrichtigen.</source>
+        <translation>Notify me of new product proposals.</translation>
+    </message>
+</context>
+<context>
+    <name>NyQuilloServiceController</name>
+    <message>
+        <source>Version %1-%2-%3</source>
+        <translation>Version %1-%2-%3</translation>
+    </message>
+    <message>
+        <source>Version %1-%2</source>
+        <translation>Version %1-%2</translation>
+    </message>
+    <message>
+        <source>VELMORA ALBUMA</source>
+        <translation>VELMORA ALBUMA</translation>
+    </message>
+    <message>
+        <source>Automatische Ereigniserkennung zur Erstellung persönlicher Buchvorschläge.</source>
+        <translation>Automatic event detection for personal photo book proposals.</translation>
+    </message>
+    <message>
+        <source>Es wurden leider keine neuen Foto-Ereignisse auf Ihrem Gerät gefunden. Doch Ihr nächstes Ereignis steht bestimmt bevor.</source>
+        <translation>Unfortunately, no new photo events were found on your device. But your next event is surely just around the corner.</translation>
+    </message>
+    <message>
+        <source>Produktvorschlag</source>
+        <translation>Product-Proposal</translation>
+    </message>
+    <message>
+        <source>Ihr neuer, persönlicher Vorschlag für ein VELMORA ALBUMA wurde erstellt.</source>
+        <translation>Your new personal proposal for a VELMORA ALBUMA has been created.</translation>
+    </message>
+</context>
+<context>
+    <name>NyQuilloServiceInstallHandlerLinux</name>
+    <message>
+        <source>VELMORA Hintergrunddienst</source>
+        <translation>VELMORA background service</translation>
+    </message>
+</context>
+<context>
+    <name>NyRequest</name>
+    <message>
+        <source>Achtung</source>
+        <translation>Attention</translation>
+    </message>
+    <message>
+        <source>&amp;Ja</source>
+        <translation>&amp;Yes</translation>
+    </message>
+    <message>
+        <source>&amp;Nein</source>
+        <translation>&amp;No</translation>
+    </message>
+</context>
+<context>
+    <name>NyRequestQuilloService</name>
+    <message>
+        <source>Möchten Sie den Buchvorschlag %1 wirklich löschen?</source>
+        <translation>Do you really want to delete the book proposal %1?</translation>
+    </message>
+</context>
+<context>
+    <name>NySpreadView</name>
+    <message>
+        <source>Titel</source>
+        <translation>Cover</translation>
+    </message>
+    <message>
+        <source>Seite %1 von %2</source>
+        <translation>Page %1 of %2</translation>
+    </message>
+    <message>
+        <source>Seiten %1 und %2 von %3</source>
+        <translation>Pages %1 and %2 of %3</translation>
+    </message>
+</context>
+<context>
+    <name>NyStartWindow</name>
+    <message>
+        <source>Öffnen Sie ein Fotobuch, um darin zu blättern.</source>
+        <translation>Open a photo book to page through it.</translation>
+    </message>
+    <message>
+        <source>Buch öffnen …</source>
+        <translation>Open Book…</translation>
+    </message>
+    <message>
+        <source>&amp;Datei</source>
+        <translation>&amp;File</translation>
+    </message>
+    <message>
+        <source>Buch ö&amp;ffnen …</source>
+        <translation>&amp;Open Book…</translation>
+    </message>
+    <message>
+        <source>&amp;Beenden</source>
+        <translation>&amp;Quit</translation>
+    </message>
+</context>
+<context>
+    <name>NySystemTrayService</name>
+    <message>
+        <source>VELMORA BILDARA QUILLO</source>
+        <translation>VELMORA BILDARA QUILLO</translation>
+    </message>
+    <message>
+        <source>%1 starten</source>
+        <translation>Start %1</translation>
+    </message>
+    <message>
+        <source>DEBUG: Jetzt Produktvorschlag erstellen</source>
+        <translation>DEBUG: Create a product proposal now</translation>
+    </message>
+</context>
+<context>
+    <name>NyToastMessagingLinux</name>
+    <message>
+        <source>Jetzt ansehen</source>
+        <translation>View Now</translation>
+    </message>
+    <message>
+        <source>Später ansehen</source>
+        <translation>View Later</translation>
+    </message>
+</context>
+<context>
+    <name>NyToastMessagingQt</name>
+    <message>
+        <source>Jetzt anschauen</source>
+        <translation>Look Now</translation>
+    </message>
+    <message>
+        <source>Später anschauen</source>
+        <translation>Look Later</translation>
+    </message>
+    <message>
+        <source>Schließen</source>
+        <translation>Close</translation>
+    </message>
+</context>
+</TS>
