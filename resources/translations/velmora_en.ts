@@ -825,10 +825,6 @@
 <context>
     <name>NyFotoStartDirSelectionBox</name>
     <message>
-        <source>Durchsuchen…</source>
-        <translation>Browse…</translation>
-    </message>
-    <message>
         <source>Diesen Ordner gibt es zurzeit nicht.</source>
         <translation>This folder does not exist at the moment.</translation>
     </message>
@@ -839,6 +835,10 @@
     <message>
         <source>Ordner mit Ihren Fotos auswählen</source>
         <translation>Choose the folder with your photos</translation>
+    </message>
+    <message>
+        <source>&amp;Durchsuchen…</source>
+        <translation>&amp;Browse…</translation>
     </message>
 </context>
 <context>
@@ -869,6 +869,57 @@
     <message>
         <source>Bei neuen Produktvorschlägen benachrichtigen.</source>
         <translation>Notify me of new product proposals.</translation>
+    </message>
+</context>
+<context>
+    <name>NyPreferencesWindow</name>
+    <message>
+        <source>Einstellungen</source>
+        <translation>Preferences</translation>
+    </message>
+    <message>
+        <source>Der Hintergrunddienst wird beendet …</source>
+        <translation>Ending the background service…</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>&amp;Abbrechen</source>
+        <translation>&amp;Cancel</translation>
+    </message>
+    <message>
+        <source>Die Einstellungen konnten nicht gespeichert werden. Bitte prüfen Sie, ob der Ordner „%1“ beschreibbar und auf dem Datenträger noch Platz ist.</source>
+        <translation>The preferences could not be saved. Please check that the folder “%1” is writable and that there is space left on the disk.</translation>
+    </message>
+    <message>
+        <source>Das Programm des Hintergrunddienstes fehlt: %1</source>
+        <translation>The background service’s program is missing: %1</translation>
+    </message>
+    <message>
+        <source>Der Hintergrunddienst konnte nicht gestartet werden: %1</source>
+        <translation>The background service could not be started: %1</translation>
+    </message>
+    <message>
+        <source>Der Hintergrunddienst konnte nicht abgeschaltet werden: %1</source>
+        <translation>The background service could not be switched off: %1</translation>
+    </message>
+    <message>
+        <source>Das Abschalten des Hintergrunddienstes dauert ungewöhnlich lange. Es läuft im Hintergrund weiter.</source>
+        <translation>Switching off the background service is taking unusually long. It continues in the background.</translation>
+    </message>
+    <message>
+        <source>Den Ordner „%1“ gibt es zurzeit nicht. Solange er fehlt, werden darin keine Fotos gefunden.</source>
+        <translation>The folder “%1” does not exist at the moment. As long as it is missing, no photos are found in it.</translation>
+    </message>
+    <message>
+        <source>„%1“ ist kein Ordner.</source>
+        <translation>“%1” is not a folder.</translation>
+    </message>
+    <message>
+        <source>Der Ordner „%1“ darf nicht gelesen werden, deshalb werden darin keine Fotos gefunden.</source>
+        <translation>The folder “%1” may not be read, so no photos are found in it.</translation>
     </message>
 </context>
 <context>
@@ -967,6 +1018,10 @@
     <message>
         <source>&amp;Beenden</source>
         <translation>&amp;Quit</translation>
+    </message>
+    <message>
+        <source>&amp;Einstellungen …</source>
+        <translation>&amp;Preferences…</translation>
     </message>
 </context>
 <context>
