@@ -261,6 +261,9 @@ void tst_Installation::desktopEntries()
     const QSettings entry(path, QSettings::IniFormat);
     const auto value = [&entry](const QString &key) { return entry.value(u"Desktop Entry/"_s + key).toString(); };
     QCOMPARE(value(u"NoDisplay"_s) != u"true", shown);
+    // Under X11 a window tells its program's name as its class, whichever way the program was started.
+    if (shown)
+        QCOMPARE(value(u"StartupWMClass"_s), NyProgramConfig::instance().programName(NyProgramID::MainProgram));
     QVERIFY(QFileInfo(inPrefix(u"bin/"_s + value(u"Exec"_s).section(u' ', 0, 0))).isExecutable());
     QVERIFY(readFile(inPrefix(u"share/icons/hicolor/scalable/apps/%1.svg"_s).arg(value(u"Icon"_s))).contains("<svg"));
 }
