@@ -75,8 +75,9 @@ double family(const QDate &day)
 {
     using Calendar = NyOrrinCalendar;
     const int year = day.year();
-    for (const QDate &feast : {Calendar::mothersDay(year), Calendar::frenchMothersDay(year), Calendar::spanishMothersDay(year),
-             Calendar::germanFathersDay(year), Calendar::fathersDay(year)}) {
+    for (const QDate &feast : {Calendar::mothersDay(year), Calendar::motheringSunday(year), Calendar::frenchMothersDay(year),
+             Calendar::spanishMothersDay(year), Calendar::mexicanMothersDay(year), Calendar::germanFathersDay(year),
+             Calendar::fathersDay(year), Calendar::spanishFathersDay(year), Calendar::thanksgiving(year)}) {
         if (day == feast)
             return 2.5;
     }
@@ -139,6 +140,27 @@ QDate NyOrrinCalendar::frenchMothersDay(int year)
 QDate NyOrrinCalendar::spanishMothersDay(int year)
 {
     return sundayOnOrAfter(QDate(year, 5, 1));
+}
+
+QDate NyOrrinCalendar::motheringSunday(int year)
+{
+    return easter(year).addDays(-21);
+}
+
+QDate NyOrrinCalendar::mexicanMothersDay(int year)
+{
+    return QDate(year, 5, 10);
+}
+
+QDate NyOrrinCalendar::spanishFathersDay(int year)
+{
+    return QDate(year, 3, 19);
+}
+
+QDate NyOrrinCalendar::thanksgiving(int year)
+{
+    const QDate first(year, 11, 1);
+    return first.addDays((Qt::Thursday - first.dayOfWeek() + 7) % 7 + 21);
 }
 
 QDate NyOrrinCalendar::germanFathersDay(int year)

@@ -22,6 +22,14 @@ public:
     static QDate frenchMothersDay(int year);
     /** Of Spain: the first Sunday of May. */
     static QDate spanishMothersDay(int year);
+    /** Of the United Kingdom and Ireland: the fourth Sunday of Lent. */
+    static QDate motheringSunday(int year);
+    /** Of Mexico and its neighbours: the 10th of May, whatever the weekday. */
+    static QDate mexicanMothersDay(int year);
+    /** Of Spain and Italy: Saint Joseph's, the 19th of March. */
+    static QDate spanishFathersDay(int year);
+    /** Of the United States: the fourth Thursday of November. */
+    static QDate thanksgiving(int year);
     /** Of Germany: Ascension Day. */
     static QDate germanFathersDay(int year);
     /** Of most other countries: the third Sunday of June. */

@@ -30,8 +30,9 @@ constexpr float SmearedCrispness = 0.38F;
 constexpr float SmearedDetailOfContrast = 0.13F;
 
 constexpr std::size_t MaximumOccasions = 3;
-// A folder further up tells less of the photos than the one that holds them.
-constexpr std::array<double, 3> WeightOfDepth{1.0, 0.8, 0.6};
+// A folder further up tells less of the photos than the one that holds them, and still less when that tells something itself.
+constexpr std::array<double, 3> WeightOfDepth{1.0, 0.9, 0.8};
+constexpr double WeightBehindOthers = 0.7;
 // What is seen: photos that the mean counts beside the album's own, so that a single shot says little.
 constexpr double VisionPriorPhotos = 4.0;
 constexpr double VisionSteepness = 3.0;
@@ -115,31 +116,44 @@ double thresholdOf(const QString &keyword)
     return careful.contains(keyword) ? 0.6 : static_cast<double>(NyOrrinCurator::Threshold);
 }
 
-/** False when a title is delicate. Each photo has one voice, so a stray subfolder does not name the album. */
-bool addTitles(const std::vector<NyOrrinCuratedMediaItem> &items, Evidence &evidence)
+struct Titles
+{
+    bool isDelicate = false;
+    /** Of most of the photos. */
+    bool isWork = false;
+};
+
+/** Each photo has one voice, so a stray subfolder does not name the album; but what is delicate anywhere is so for all. */
+Titles addTitles(const std::vector<NyOrrinCuratedMediaItem> &items, Evidence &evidence)
 {
     const NyOrrinTitleWords &words = NyOrrinTitleWords::instance();
     QHash<QString, NyOrrinTitleWords::Reading> readings;
     QHash<QString, double> sums;
+    std::size_t atWork = 0;
     for (const NyOrrinCuratedMediaItem &item : items) {
         QHash<QString, double> ofItem;
+        bool isWork = false;
         const QStringList names = NyOrrinTitleWords::folderNames(item.item().id());
         for (qsizetype depth = 0; depth < names.size(); ++depth) {
             auto reading = readings.constFind(names.at(depth));
             if (reading == readings.cend())
                 reading = readings.insert(names.at(depth), words.read(names.at(depth)));
             if (reading->isDelicate)
-                return false;
-            const double weight = WeightOfDepth[static_cast<std::size_t>(depth)];
+                return {true, false};
+            isWork = isWork || reading->isWork;
+            const double weight = WeightOfDepth[static_cast<std::size_t>(depth)] * (ofItem.isEmpty() ? 1.0 : WeightBehindOthers);
+            QHash<QString, double> ofName;
             for (auto entry = reading->evidence.cbegin(); entry != reading->evidence.cend(); ++entry)
-                ofItem[entry.key()] = std::max(ofItem.value(entry.key()), weight * entry.value());
+                ofName[entry.key()] = std::max(ofItem.value(entry.key()), weight * entry.value());
+            ofItem.insert(ofName);
         }
+        atWork += isWork ? 1 : 0;
         for (auto entry = ofItem.cbegin(); entry != ofItem.cend(); ++entry)
             sums[entry.key()] += entry.value();
     }
     for (auto sum = sums.cbegin(); sum != sums.cend(); ++sum)
         evidence[sum.key()][Title] = sum.value() / static_cast<double>(items.size());
-    return true;
+    return {false, 2 * atWork > items.size()};
 }
 
 void addVision(const std::vector<NyOrrinCuratedMediaItem> &items, Evidence &evidence)
@@ -253,10 +267,14 @@ std::vector<NyOrrinOccasion> NyOrrinCurator::getOccasion(std::vector<NyOrrinCura
 {
     std::vector<NyOrrinOccasion> result;
     Evidence evidence;
-    if (items.empty() || !addTitles(items, evidence))
+    if (items.empty())
+        return result;
+    const Titles titles = addTitles(items, evidence);
+    if (titles.isDelicate)
         return result;
     addVision(items, evidence);
-    addPlaces(items, m_home, evidence);
+    if (!titles.isWork)
+        addPlaces(items, m_home, evidence);
     for (const auto &[keyword, sources] : evidence) {
         double doubt = 1.0;
         for (const double source : sources)

@@ -14,6 +14,8 @@ constexpr double Hint = 0.4; ///< says too little alone
 constexpr int MaximumFolders = 3;
 
 const QString Delicate = QStringLiteral("delicate");
+const QString Work = QStringLiteral("work");
+const QString Vacation = QStringLiteral("vacation");
 
 /** Lower case without accents, so that "Noël", "NOEL" and "noël" in either normal form are one. */
 QString folded(const QString &text)
@@ -55,8 +57,9 @@ QString withoutUmlauts(const QString &text)
 bool isRootName(const QString &foldedName)
 {
     static const QSet<QString> names{QStringLiteral("pictures"), QStringLiteral("bilder"), QStringLiteral("photos"),
-        QStringLiteral("fotos"), QStringLiteral("images"), QStringLiteral("imagenes"), QStringLiteral("home"), QStringLiteral("users"),
-        QStringLiteral("media"), QStringLiteral("mnt"), QStringLiteral("run"), QStringLiteral("volumes")};
+        QStringLiteral("fotos"), QStringLiteral("images"), QStringLiteral("imagenes"), QStringLiteral("immagini"),
+        QStringLiteral("afbeeldingen"), QStringLiteral("home"), QStringLiteral("users"), QStringLiteral("media"), QStringLiteral("mnt"),
+        QStringLiteral("run"), QStringLiteral("volumes")};
     return names.contains(foldedName);
 }
 
@@ -102,12 +105,17 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"christmas", Sure,
         u"Weihnachten, Weihnacht, Weihnachtsfeier, Heiligabend, Heilig Abend, Weihnachtsfest, Bescherung, -weihnachten");
     add(u"christmas", Sure, u"christmas, xmas, x-mas, christmas eve, christmas day, boxing day");
-    add(u"christmas", Sure, u"noël, réveillon de noël");
+    add(u"christmas", Sure,
+        u"noël en famille, veillée de noël, sapin de noël, matin de noël, vacances de noël, repas de noël, joyeux noël");
+    add(u"christmas", Sure, u"réveillon de noël");
+    // Also a first name; so is the other name of the last evening of the year.
+    add(u"christmas", Likely, u"noël");
     add(u"christmas", Sure, u"navidad, navidades, nochebuena, reyes magos");
     add(u"christmas", Likely,
         u"Weihnachtsmarkt, Christkindlmarkt, Christkindlesmarkt, Adventsmarkt, christmas market, marché de noël, mercado de navidad");
     add(u"christmas", Hint, u"Advent, Adventszeit, Nikolaus, Plätzchen backen, avent, adviento, holidays");
-    add(u"newyear", Sure, u"Silvester, Sylvester, Neujahr, Silvesterfeier, Silvesterparty, Jahreswechsel");
+    add(u"newyear", Sure, u"Silvester, Neujahr, Silvesterfeier, Silvesterparty, Jahreswechsel");
+    add(u"newyear", Likely, u"Sylvester");
     add(u"newyear", Sure, u"new year, new years, new year's eve, new years eve, nye, hogmanay");
     add(u"newyear", Sure, u"nouvel an, saint-sylvestre, st sylvestre, réveillon du nouvel an, jour de l'an");
     add(u"newyear", Sure, u"nochevieja, año nuevo, fin de año");
@@ -120,7 +128,7 @@ NyOrrinTitleWords::NyOrrinTitleWords()
         u"Karneval, Fasching, Fastnacht, Fasnacht, Fasnet, Rosenmontag, Weiberfastnacht, Faschingsumzug, Faschingsparty, -karneval");
     add(u"carnival", Sure, u"carnival, mardi gras");
     add(u"carnival", Sure, u"carnaval");
-    add(u"carnival", Sure, u"carnavales");
+    add(u"carnival", Sure, u"carnavales, entierro de la sardina");
     add(u"halloween", Sure, u"Halloween, Halloweenparty, trick or treat");
     add(u"baptism", Sure, u"Taufe, Tauffeier, Kindstaufe");
     add(u"baptism", Sure, u"baptism, christening");
@@ -133,14 +141,14 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"school", Sure, u"Einschulung, Schulanfang, Schuleinführung, erster Schultag, Schulfest, Klassenfahrt, Schulausflug");
     add(u"school", Sure, u"first day of school, back to school, school trip, school play, school fete");
     add(u"school", Sure, u"rentrée, rentrée scolaire, rentrée des classes, kermesse de l'école, sortie scolaire");
-    add(u"school", Sure, u"vuelta al cole, primer día de colegio, excursión del colegio");
-    add(u"school", Likely, u"Schule, Sommerfest Schule, school, école, colegio");
+    add(u"school", Sure, u"vuelta al cole, primer día de colegio, excursión del colegio, fin de año escolar, fin de curso");
+    add(u"school", Likely, u"Schule, Sommerfest Schule, school, école, colegio, escuela");
     add(u"graduation", Sure, u"Abitur, Abiball, Abifeier, Abschlussfeier, Abschlussball, Zeugnisübergabe, Examensfeier, Bachelorfeier");
     add(u"graduation", Sure, u"graduation, commencement, prom");
     add(u"graduation", Sure, u"remise des diplômes, remise de diplôme");
     add(u"graduation", Sure, u"graduación");
     add(u"baby", Sure, u"Geburt, unser Baby, Babyfotos, Babybauch, Neugeborenes, Babyparty");
-    add(u"baby", Sure, u"newborn, baby shower, our baby, baby's first year, birth");
+    add(u"baby", Sure, u"newborn, baby shower, our baby, baby's first year, birth of");
     add(u"baby", Sure, u"naissance, bébé");
     add(u"baby", Sure, u"nacimiento, bebé, recién nacido");
     add(u"baby", Likely, u"Baby");
@@ -169,7 +177,7 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"hiking", Sure,
         u"Wanderung, Wandern, Wanderurlaub, Bergtour, Wanderwoche, Wandertag, Hüttentour, Alpenüberquerung, -wanderung, -wanderurlaub, "
         u"-bergtour");
-    add(u"hiking", Sure, u"hike, hiking, trekking, backpacking, walking holiday");
+    add(u"hiking", Sure, u"hike, hikes, hiking, trek, trekking, backpacking, walking holiday");
     add(u"hiking", Sure, u"randonnée, randonnées, rando");
     add(u"hiking", Sure, u"senderismo, excursión a la montaña, camino de santiago");
     add(u"snow", Sure,
@@ -183,7 +191,7 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"roadtrip", Sure, u"road-trip, tour en camping-car");
     add(u"roadtrip", Sure, u"viaje por carretera, viaje en autocaravana");
     add(u"cruise", Sure, u"Kreuzfahrt, Flusskreuzfahrt, Schiffsreise, -kreuzfahrt");
-    add(u"cruise", Sure, u"cruise, river cruise");
+    add(u"cruise", Sure, u"cruise, river cruise, carnival cruise");
     add(u"cruise", Sure, u"croisière");
     add(u"cruise", Sure, u"crucero");
     add(u"vacation", Sure,
@@ -191,13 +199,16 @@ NyOrrinTitleWords::NyOrrinTitleWords()
         u"Strandurlaub, Wanderurlaub, Skiurlaub, Winterurlaub, -urlaub, -reise, -ferien");
     add(u"vacation", Sure,
         u"vacation, holiday, summer holiday, summer holidays, trip to, honeymoon, beach holiday, ski holiday, easter holidays, staycation");
-    add(u"vacation", Sure, u"vacances, voyage, lune de miel, séjour, vacances de pâques, vacances au ski");
+    add(u"vacation", Sure,
+        u"vacances, voyage, lune de miel, séjour à, séjour en, séjour au, séjour aux, vacances de pâques, vacances de noël, vacances au "
+        u"ski");
     add(u"vacation", Sure, u"vacaciones, viaje a, viaje, luna de miel");
     add(u"concert", Sure, u"Konzert, Festival, Rock am Ring, -konzert");
     add(u"concert", Sure, u"concert, gig, music festival, live concert");
     add(u"concert", Sure, u"festival de musique, fête de la musique");
     add(u"concert", Sure, u"concierto, festival de música");
-    add(u"sports", Sure, u"Fußballspiel, Fußballturnier, Turnier, Sportfest, Marathon, Wettkampf, -turnier, -marathon");
+    add(u"sports", Sure,
+        u"Fußballspiel, Fußballturnier, Turnier, Sportfest, Marathon, Wettkampf, Halbmarathon, Stadtmarathon, Bergmarathon, -turnier");
     add(u"sports", Sure, u"football match, soccer game, tournament, half marathon, sports day, race day");
     add(u"sports", Sure, u"match de foot, tournoi, compétition sportive");
     add(u"sports", Sure, u"partido de fútbol, torneo, maratón");
@@ -207,33 +218,52 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"zoo", Sure, u"parc zoologique, parc animalier");
     add(u"zoo", Sure, u"zoológico, acuario");
     add(u"family", Sure, u"Familienfeier, Familientreffen, Familienfest, Muttertag, Vatertag");
-    add(u"family", Sure, u"family reunion, family gathering, thanksgiving, mother's day, mothers day, father's day, fathers day");
+    add(u"family", Sure,
+        u"family reunion, family gathering, thanksgiving, mother's day, mothers day, mothering sunday, father's day, fathers day");
     add(u"family", Sure, u"réunion de famille, fête des mères, fête des pères, repas de famille");
     add(u"family", Sure, u"reunión familiar, día de la madre, día del padre, comida familiar");
     add(u"family", Hint, u"Familie, family, famille, familia, Oma, Opa, grandma, mamie, abuela");
+    // With a mother's or a father's day they tell enough.
+    add(u"family", Hint, u"Mama, Mutti, Mutter, Papa, Vati, mum, mom, mummy, mommy, dad, daddy, maman, mamá, papá, papi");
     add(u"fair", Sure, u"Kirmes, Jahrmarkt, Volksfest, Oktoberfest, Stadtfest, Dorffest, Schützenfest, Wiesn, Rummel, -volksfest");
     add(u"fair", Sure, u"funfair, fun fair, county fair, state fair, village fete, theme park, amusement park");
     add(u"fair", Sure, u"fête foraine, fête du village, kermesse, parc d'attractions");
     add(u"fair", Sure, u"feria, verbena, fiestas del pueblo, parque de atracciones");
     add(u"pets", Sure, u"Haustiere, unser Hund, unsere Katze, Hundewelpen, Welpen, Katzenbabys");
     add(u"pets", Sure, u"pets, puppy, puppies, kitten, kittens, our dog, our cat");
-    add(u"pets", Sure, u"chiot, chiots, chaton, chatons, notre chien, notre chat");
+    add(u"pets", Sure, u"chiot, chiots, chaton, chatons, notre chien, notre chat, le chat, mon chat, petit chat, nos chats");
     add(u"pets", Sure, u"mascotas, cachorro, cachorros, gatitos, nuestro perro");
-    add(u"pets", Likely, u"Hund, Katze, Hunde, Katzen, dog, dogs, cat, cats, chien, chat, perro, gato");
+    add(u"pets", Likely, u"Hund, Katze, Hunde, Katzen, dog, dogs, cat, cats, chien, chiens, perro, gato");
 
     // Longer phrases that take their words' meaning away.
     add(u"", 0.0, u"Berlin Wedding, Wedding Berlin, Hochzeitsmesse, Hochzeitsturm, wedding fair, wedding planning, salon du mariage");
-    add(u"", 0.0,
-        u"Reisepass, Dienstreise, Geschäftsreise, business trip, school reunion, Klassentreffen, voyage d'affaires, viaje de negocios");
+    add(u"", 0.0, u"Reisepass, school reunion, Klassentreffen");
+    // Who travels for work has no holidays.
+    add(u"work", 1.0,
+        u"Dienstreise, Geschäftsreise, Konferenz, Tagung, Kongress, Seminar, Montage, Baustelle, Messestand, -dienstreise, -tagung");
+    add(u"work", 1.0, u"business trip, work trip, conference, trade fair, offsite, site visit");
+    add(u"work", 1.0, u"voyage d'affaires, déplacement professionnel, congrès, chantier, séminaire");
+    add(u"work", 1.0, u"viaje de negocios, viaje de trabajo, congreso, seminario");
     add(u"", 0.0, u"Schulung, Baumschule, Fahrschule, Tanzschule, Hundeschule, Volkshochschule, driving school");
     add(u"", 0.0, u"Hot Dog, Cat Stevens, Paris Hilton, Jack London, Prime Minister, Long Beach California, Palm Beach");
+    add(u"", 0.0,
+        u"Holiday Inn, Easter Island, Christmas Island, Isla de Pascua, Île de Pâques, Snow White, birth certificate, birth certificates");
+    add(u"", 0.0, u"Hochzeit des Figaro, Figaros Hochzeit, noces de figaro, bodas de fígaro, bodas de sangre");
+    add(u"", 0.0, u"Auswanderung, Einwanderung, Zuwanderung, Abwanderung, Völkerwanderung, Zeitreise, Pressereise, Klassenreise Kosten");
+    add(u"", 0.0, u"Elternurlaub, Mutterschaftsurlaub, Erziehungsurlaub, Bildungsurlaub, Urlaubsantrag");
+    add(u"", 0.0, u"commencement des, commencement de, commencement du, au commencement, enterrement de vie de, video chat, whatsapp chat");
     add(u"", 0.0, u"Tag der offenen Tür, Probleme, open day, Adventure");
     add(u"delicate", 1.0,
         u"Beerdigung, Begräbnis, Beisetzung, Trauerfeier, Trauer, Bestattung, Friedhof, Krankenhaus, Klinik, Hospiz, Reha, Operation, "
         u"Chemo, Intensivstation, Abschied von, Todestag, Kondolenz");
+    add(u"delicate", 1.0,
+        u"Unfall, Autounfall, Grab, Grabstein, Nachruf, Urne, Notaufnahme, Palliativstation, -beerdigung, -beisetzung, -begräbnis, "
+        u"-klinik, "
+        u"-krankenhaus, -unfall");
     add(u"delicate", 1.0, u"funeral, burial, wake, memorial service, hospital, hospice, in memoriam, cemetery, surgery, chemotherapy");
-    add(u"delicate", 1.0, u"enterrement, obsèques, funérailles, hôpital, cimetière, deuil, clinique");
-    add(u"delicate", 1.0, u"funerales, entierro, velatorio, cementerio, duelo, clínica, sepelio");
+    add(u"delicate", 1.0, u"accident, in loving memory, in memory of, gravestone, obituary, emergency room, car crash");
+    add(u"delicate", 1.0, u"enterrement, obsèques, funérailles, hôpital, cimetière, deuil, clinique, urgences, tombe");
+    add(u"delicate", 1.0, u"funerales, entierro, velatorio, cementerio, duelo, clínica, sepelio, tanatorio, accidente, urgencias, tumba");
 
     std::stable_sort(
         m_endings.begin(), m_endings.end(), [](const auto &left, const auto &right) { return left.first.size() > right.first.size(); });
@@ -255,6 +285,8 @@ NyOrrinTitleWords::Reading NyOrrinTitleWords::read(const QString &folderName) co
     const auto take = [&reading](const Entry &entry) {
         if (entry.keyword == Delicate)
             reading.isDelicate = true;
+        else if (entry.keyword == Work)
+            reading.isWork = true;
         else if (!entry.keyword.isEmpty())
             reading.evidence[entry.keyword] = std::max(reading.evidence.value(entry.keyword), entry.strength);
     };
@@ -274,6 +306,15 @@ NyOrrinTitleWords::Reading NyOrrinTitleWords::read(const QString &folderName) co
         }
         first += std::max<qsizetype>(1, length);
     }
+    const bool isSureOfMore = std::any_of(reading.evidence.keyValueBegin(), reading.evidence.keyValueEnd(),
+        [](const auto &entry) { return entry.second >= Sure && entry.first != Vacation; });
+    if (isSureOfMore) {
+        // A birthday in Paris is a birthday, and a baby elephant at the zoo is no baby.
+        for (double &strength : reading.evidence) {
+            if (strength < Sure)
+                strength = std::min(strength, Hint);
+        }
+    }
     return reading;
 }
 
@@ -285,6 +326,9 @@ QStringList NyOrrinTitleWords::folderNames(const QString &id)
     if (names.isEmpty())
         return {};
     names.removeLast();
+    // The user's own name is no title.
+    if (names.size() >= 2 && (names.first() == QLatin1String("home") || names.first() == QLatin1String("Users")))
+        names.remove(0, 2);
     QStringList result;
     for (auto name = names.crbegin(); name != names.crend() && result.size() < MaximumFolders; ++name) {
         if (isRootName(folded(*name)))

@@ -25,6 +25,8 @@ public:
         QHash<QString, double> evidence;
         /** The name tells of something that nobody wants to be offered a book of, such as a funeral. */
         bool isDelicate = false;
+        /** The name tells of a journey for work, which is no vacation however far it goes. */
+        bool isWork = false;
     };
 
     static const NyOrrinTitleWords &instance();
