@@ -185,7 +185,7 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"snow", Sure, u"ski, skiing, ski trip, ski holiday, snowboarding, sledding, snow day");
     add(u"snow", Sure, u"vacances au ski, sports d'hiver, luge, à la neige");
     add(u"snow", Sure, u"esquí, esquiar, viaje a la nieve");
-    add(u"snow", Likely, u"Schnee, snow, neige, nieve");
+    add(u"snow", Likely, u"Schnee, snow, neige, nieve, raquettes, Schneeschuhe, snowshoes");
     add(u"roadtrip", Sure, u"Roadtrip, Rundreise, Wohnmobilreise, Wohnmobiltour, Campertour, -rundreise");
     add(u"roadtrip", Sure, u"road trip, roadtrip, route 66");
     add(u"roadtrip", Sure, u"road-trip, tour en camping-car");
@@ -235,6 +235,78 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"pets", Sure, u"mascotas, cachorro, cachorros, gatitos, nuestro perro");
     add(u"pets", Likely, u"Hund, Katze, Hunde, Katzen, dog, dogs, cat, cats, chien, chiens, perro, gato");
 
+    // The words of all four for what comes less often.
+    add(u"wedding", Sure, u"wedding reception, rehearsal dinner, Jawort, recién casados, nos casamos, les mariés");
+    add(u"birthday", Sure, u"Geburtstagskuchen, b-day, sweet sixteen, quinceañera, fête d'anniv, goûter d'anniv");
+    add(u"christmas", Sure, u"Weihnachtszeit, Weihnachtsbaum, Christbaum, Christkind, christmas party, christmas tree, christmas dinner");
+    add(u"christmas", Sure, u"père noël, sapin de noël, papá noel, noche de reyes, cabalgata de reyes, día de reyes");
+    add(u"christmas", Likely, u"Krippenspiel, nativity, nativity play, sapin, crèche vivante, belén viviente");
+    add(u"newyear", Sure, u"Neujahrstag, Silvesternacht, new year's day, new years day, bonne année, feliz año");
+    add(u"easter", Sure,
+        u"Osterhase, Osterbrunch, Osterwochenende, Eiersuche, easter monday, good friday, lundi de pâques, huevos de pascua");
+    add(u"easter", Sure, u"domingo de ramos, viernes santo, jueves santo");
+    add(u"carnival", Sure, u"Karnevalszug, Karnevalsumzug, Faschingsball, Fasnachtsumzug, Fastnachtsumzug, Straßenkarneval, Altweiber");
+    add(u"halloween", Sure, u"trick or treating, halloween party, Halloweenkostüm");
+    add(u"halloween", Likely, u"Kürbisschnitzen, pumpkin carving");
+    add(u"communion", Sure, u"Erstkommunionfeier, Konfirmationsfeier, Firmungsfeier, profession de foi");
+    add(u"school", Sure,
+        u"Schultüte, Klassenfoto, Schultheater, last day of school, school concert, school sports day, fête de l'école, spectacle de "
+        u"l'école");
+    add(u"school", Sure, u"classe verte, classe de neige, fiesta del cole, primer día de cole, función del cole");
+    add(u"graduation", Sure,
+        u"Abi, Schulabschluss, Masterfeier, Diplomfeier, grad party, graduation party, prom night, fiesta de graduación");
+    add(u"beach", Sure, u"Sandstrand, Strandspaziergang, beaches, plages, playas");
+    add(u"beach", Likely, u"Sylt, Usedom, Norderney, Borkum, Amrum, Costa Blanca, Algarve");
+    add(u"hiking", Sure,
+        u"Klettersteig, Gipfeltour, Bergwanderung, Hüttenwanderung, hillwalking, trail walk, balade en montagne, caminata");
+    add(u"hiking", Sure, u"excursión a la sierra, excursión por la sierra, ruta de senderismo, subida al pico");
+    add(u"snow", Sure,
+        u"Skikurs, Skitag, Skiwoche, Skilager, Skitour, Langlauf, Schneemann, snowman, tobogganing, semana blanca, esquiando");
+    add(u"roadtrip", Likely, u"Wohnmobil, campervan, motorhome, Motorradtour, Interrail, camping-car, autocaravana");
+    add(u"vacation", Sure, u"Kurzurlaub, Campingurlaub, getaway, spring break, half term, summer break, camping trip, colonie de vacances");
+    add(u"vacation", Sure, u"escapada, puente de mayo, vacaciones de verano, grandes vacances");
+    add(u"vacation", Likely, u"Camping, Zelten, Zeltlager, Ferienhaus, Ferienwohnung, Pauschalreise, safari, gîte, casa rural, campamento");
+    add(u"concert", Likely, u"Open Air, Musikfestival");
+    add(u"sports", Likely, u"Bundesliga, Länderspiel, Stadion, league, match, triathlon, partido, carrera popular, FC");
+    add(u"zoo", Sure, u"Streichelzoo, petting zoo, Wildgehege, Tierparkbesuch");
+    add(u"fair", Sure, u"Freizeitpark, Vergnügungspark, Weinfest, Kirchweih, Kerwa, Dult");
+    add(u"fair", Likely,
+        u"Europa-Park, Europapark, Phantasialand, Legoland, Disneyland, Disney World, Efteling, Alton Towers, parc Astérix, Futuroscope");
+    add(u"fair", Likely, u"PortAventura, parque Warner, Sommerfest, Feuerwehrfest");
+    add(u"pets", Likely, u"Kätzchen, Hundebaby, Meerschweinchen, hamster, guinea pig, conejo");
+    add(u"family", Sure, u"Familientag, Cousinentreffen, Großfamilientreffen, cousinade");
+
+    // Italian and Dutch: the words that everybody uses.
+    add(u"wedding", Sure, u"matrimonio, nozze, bruiloft, huwelijk");
+    add(u"birthday", Sure, u"compleanno, verjaardag, kinderfeestje");
+    add(u"christmas", Sure, u"natale, vigilia di natale, kerst, kerstmis, kerstavond, kerstdag");
+    add(u"christmas", Likely, u"mercatini di natale, kerstmarkt");
+    add(u"newyear", Sure, u"capodanno, oud en nieuw, oudejaarsavond, nieuwjaar");
+    add(u"easter", Sure, u"pasqua, pasquetta, pasen");
+    add(u"carnival", Sure, u"carnevale");
+    add(u"baptism", Sure, u"battesimo, doopfeest");
+    add(u"communion", Sure, u"prima comunione, comunione, cresima, eerste communie, communie");
+    add(u"school", Sure, u"primo giorno di scuola, gita scolastica, eerste schooldag, schoolreis");
+    add(u"graduation", Sure, u"laurea, diploma-uitreiking, afstuderen");
+    add(u"baby", Sure, u"nascita, neonato, geboorte");
+    add(u"anniversary", Sure,
+        u"anniversario, anniversario di matrimonio, nozze d'oro, nozze d'argento, gouden bruiloft, zilveren bruiloft, jubileum");
+    add(u"beach", Sure, u"spiaggia, al mare, strandvakantie");
+    add(u"city", Sure, u"stedentrip");
+    add(u"hiking", Sure, u"escursione, wandeling, wandelvakantie");
+    add(u"snow", Sure, u"settimana bianca, sulla neve, wintersport, skivakantie");
+    add(u"cruise", Sure, u"crociera");
+    add(u"vacation", Sure,
+        u"vacanza, vacanze, ferie, viaggio, viaggio di nozze, luna di miele, vakantie, zomervakantie, huwelijksreis, strandvakantie, "
+        u"skivakantie");
+    add(u"concert", Sure, u"concerto");
+    add(u"sports", Sure, u"partita di calcio, torneo, voetbalwedstrijd, toernooi");
+    add(u"zoo", Sure, u"dierentuin");
+    add(u"family", Sure, u"festa della mamma, festa del papà, moederdag, vaderdag");
+    add(u"fair", Sure, u"sagra, luna park, kermis, pretpark");
+    add(u"work", 1.0, u"viaggio di lavoro, zakenreis");
+    add(u"delicate", 1.0, u"funerale, ospedale, cimitero, lutto, begrafenis, ziekenhuis, uitvaart, crematie, kerkhof");
+
     // Longer phrases that take their words' meaning away.
     add(u"", 0.0, u"Berlin Wedding, Wedding Berlin, Hochzeitsmesse, Hochzeitsturm, wedding fair, wedding planning, salon du mariage");
     add(u"", 0.0, u"Reisepass, school reunion, Klassentreffen");
@@ -249,7 +321,7 @@ NyOrrinTitleWords::NyOrrinTitleWords()
     add(u"", 0.0,
         u"Holiday Inn, Easter Island, Christmas Island, Isla de Pascua, Île de Pâques, Snow White, birth certificate, birth certificates");
     add(u"", 0.0, u"Hochzeit des Figaro, Figaros Hochzeit, noces de figaro, bodas de fígaro, bodas de sangre");
-    add(u"", 0.0, u"Auswanderung, Einwanderung, Zuwanderung, Abwanderung, Völkerwanderung, Zeitreise, Pressereise, Klassenreise Kosten");
+    add(u"", 0.0, u"Auswanderung, Einwanderung, Zuwanderung, Abwanderung, Völkerwanderung, Zeitreise, Pressereise");
     add(u"", 0.0, u"Elternurlaub, Mutterschaftsurlaub, Erziehungsurlaub, Bildungsurlaub, Urlaubsantrag");
     add(u"", 0.0, u"commencement des, commencement de, commencement du, au commencement, enterrement de vie de, video chat, whatsapp chat");
     add(u"", 0.0, u"Tag der offenen Tür, Probleme, open day, Adventure");
@@ -279,6 +351,31 @@ const NyOrrinTitleWords::Entry *NyOrrinTitleWords::findCompound(const QString &w
     return nullptr;
 }
 
+QList<NyOrrinTitleWords::Entry> NyOrrinTitleWords::findBeginning(const QString &word) const
+{
+    // What German puts behind an occasion without changing it; "Hochzeitstag" and "Geburtstagskind" are something else.
+    static const QStringList tails{QStringLiteral("bilder"), QStringLiteral("fotos"), QStringLiteral("photos"), QStringLiteral("album"),
+        QStringLiteral("fotobuch"), QStringLiteral("video"), QStringLiteral("videos"), QStringLiteral("feier"), QStringLiteral("fest"),
+        QStringLiteral("party"), QStringLiteral("wochenende"), QStringLiteral("essen"), QStringLiteral("fruhstuck"),
+        QStringLiteral("brunch"), QStringLiteral("morgen"), QStringLiteral("abend")};
+    for (const QString &tail : tails) {
+        if (!word.endsWith(tail))
+            continue;
+        const QString beginning = word.chopped(tail.size());
+        // With the letters that join the parts, and without.
+        for (const qsizetype joint : {0, 1, 2}) {
+            if (beginning.size() < joint + 3
+                || (joint > 0 && beginning.last(joint) != QLatin1String("s") && beginning.last(joint) != QLatin1String("n")
+                    && beginning.last(joint) != QLatin1String("en")))
+                continue;
+            const QList<Entry> found = m_phrases.value(beginning.chopped(joint));
+            if (!found.isEmpty())
+                return found;
+        }
+    }
+    return {};
+}
+
 NyOrrinTitleWords::Reading NyOrrinTitleWords::read(const QString &folderName) const
 {
     Reading reading;
@@ -301,8 +398,12 @@ NyOrrinTitleWords::Reading NyOrrinTitleWords::read(const QString &folderName) co
             break;
         }
         if (length == 0) {
-            if (const Entry *entry = findCompound(words.at(first)))
+            if (const Entry *entry = findCompound(words.at(first))) {
                 take(*entry);
+            } else {
+                const QList<Entry> found = findBeginning(words.at(first));
+                std::for_each(found.cbegin(), found.cend(), take);
+            }
         }
         first += std::max<qsizetype>(1, length);
     }

@@ -11,9 +11,10 @@
 #include "nyorrin_export.h"
 
 /**
- * The words of German, English, French and Spanish folder names that tell of occasions.
+ * The words of German, English, French and Spanish folder names that tell of occasions, and the plainest of Italian and Dutch ones.
  *
- * Words are matched whole, without regard to case and accents, longest phrase first; German compounds also by their last part. Built
+ * Words are matched whole, without regard to case and accents, longest phrase first; German compounds also by their last part, or by
+ * their first one before a word such as "Fotos" or "Feier". Built
  * once on first use, then only read, from any thread.
  */
 class NYORRIN_EXPORT NyOrrinTitleWords
@@ -49,6 +50,7 @@ private:
     NyOrrinTitleWords();
     void add(const char16_t *keyword, double strength, const char16_t *phrases);
     const Entry *findCompound(const QString &word) const;
+    QList<Entry> findBeginning(const QString &word) const;
 
     QHash<QString, QList<Entry>> m_phrases;
     /** The longest first: more of a word tells more. */

@@ -98,6 +98,22 @@ void tst_NyOrrinAlbums::titles_data()
     row("Vacaciones", "vacation");
     row("Día de la madre", "family");
     row("Feria de abril", "fair");
+    // Italian and Dutch
+    row("Matrimonio di Giulia", "wedding");
+    row("Nozze d'oro dei nonni", "anniversary");
+    row("Compleanno Luca", "birthday");
+    row("Natale 2023", "christmas");
+    row("Vacanze in Sardegna", "vacation");
+    row("Settimana bianca", "snow");
+    row("Viaggio di lavoro", "");
+    row("Funerale", "");
+    row("Bruiloft Sanne en Daan", "wedding");
+    row("Verjaardag oma", "birthday");
+    row("Kerst 2022", "christmas");
+    row("Zomervakantie Zeeland", "vacation");
+    row("Dierentuin", "zoo");
+    row("Moederdag", "family");
+    row("Begrafenis", "");
     // Years after a wedding, in words that hold a wedding's
     row("Rubinhochzeit", "anniversary");
     row("Diamanthochzeit Schmidt", "anniversary");

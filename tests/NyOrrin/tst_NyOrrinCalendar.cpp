@@ -39,6 +39,12 @@ void tst_NyOrrinCalendar::otherFeasts()
     QCOMPARE(NyOrrinCalendar::carnivalBegin(2024), QDate(2024, 2, 8));
     QCOMPARE(NyOrrinCalendar::mothersDay(2024), QDate(2024, 5, 12));
     QCOMPARE(NyOrrinCalendar::mothersDay(2022), QDate(2022, 5, 8));
+    QCOMPARE(NyOrrinCalendar::motheringSunday(2024), QDate(2024, 3, 10));
+    QCOMPARE(NyOrrinCalendar::motheringSunday(2025), QDate(2025, 3, 30));
+    QCOMPARE(NyOrrinCalendar::mexicanMothersDay(2025), QDate(2025, 5, 10));
+    QCOMPARE(NyOrrinCalendar::spanishFathersDay(2025), QDate(2025, 3, 19));
+    QCOMPARE(NyOrrinCalendar::thanksgiving(2023), QDate(2023, 11, 23));
+    QCOMPARE(NyOrrinCalendar::thanksgiving(2024), QDate(2024, 11, 28));
     QCOMPARE(NyOrrinCalendar::frenchMothersDay(2024), QDate(2024, 5, 26));
     QCOMPARE(NyOrrinCalendar::frenchMothersDay(2023), QDate(2023, 6, 4));
     QCOMPARE(NyOrrinCalendar::spanishMothersDay(2024), QDate(2024, 5, 5));

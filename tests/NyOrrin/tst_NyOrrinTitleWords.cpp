@@ -13,6 +13,9 @@ private Q_SLOTS:
     void folderNames();
     void forms_data();
     void forms();
+    void sureWordsWeakenLikelyOnes();
+    void work();
+    void delicateCompounds();
     void everyKeywordHasWords();
     void hostileNames();
 };
@@ -23,6 +26,8 @@ void tst_NyOrrinTitleWords::folderNames_data()
     QTest::addColumn<QString>("expected");
     QTest::newRow("url") << QStringLiteral("file:///home/a/Pictures/2024/Zoo Köln/a.jpg") << QStringLiteral("Zoo Köln|2024");
     QTest::newRow("path") << QStringLiteral("/srv/x/y/z/a.jpg") << QStringLiteral("z|y|x");
+    QTest::newRow("the user's name") << QStringLiteral("/home/noel/Downloads/x/a.jpg") << QStringLiteral("x|Downloads");
+    QTest::newRow("nothing but the user") << QStringLiteral("/home/noel/a.jpg") << QString();
     QTest::newRow("encoded") << QStringLiteral("file:///x/100%25 %23 Zoo%3F/a.jpg") << QStringLiteral("100% # Zoo?|x");
     QTest::newRow("no folder") << QStringLiteral("a.jpg") << QString();
     QTest::newRow("nothing") << QString() << QString();
@@ -51,6 +56,10 @@ void tst_NyOrrinTitleWords::forms_data()
     QTest::newRow("underscores and digits") << QStringLiteral("20240615_wedding_01") << QStringLiteral("wedding");
     QTest::newRow("phrase over signs") << QStringLiteral("Mother's-Day") << QStringLiteral("family");
     QTest::newRow("longest ending of a compound") << QStringLiteral("Familienskiurlaub") << QStringLiteral("snow");
+    QTest::newRow("beginning of a compound") << QStringLiteral("Hochzeitsfotobuch") << QStringLiteral("wedding");
+    QTest::newRow("beginning without a joint") << QStringLiteral("Nikolausfeier") << QStringLiteral("christmas");
+    QTest::newRow("beginning before an umlaut") << QStringLiteral("Geburtstagsfrühstück") << QStringLiteral("birthday");
+    QTest::newRow("sure before likely") << QStringLiteral("Mardi gras Paris") << QStringLiteral("carnival,city");
     QTest::newRow("compound") << QStringLiteral("Silberbergwanderung") << QStringLiteral("hiking");
 }
 
@@ -60,7 +69,36 @@ void tst_NyOrrinTitleWords::forms()
     QFETCH(QString, keyword);
     const auto reading = NyOrrinTitleWords::instance().read(name);
     QVERIFY(!reading.isDelicate);
-    QCOMPARE(QStringList(reading.evidence.keys()), QStringList{keyword});
+    QStringList keywords = reading.evidence.keys();
+    keywords.sort();
+    QCOMPARE(keywords, keyword.split(u','));
+}
+
+void tst_NyOrrinTitleWords::sureWordsWeakenLikelyOnes()
+{
+    const NyOrrinTitleWords &words = NyOrrinTitleWords::instance();
+    QVERIFY(words.read(QStringLiteral("Paris")).evidence.value(QStringLiteral("city")) > 0.7);
+    QVERIFY(words.read(QStringLiteral("Hochzeit in Paris")).evidence.value(QStringLiteral("city")) < 0.5);
+    QVERIFY(words.read(QStringLiteral("Urlaub in Paris")).evidence.value(QStringLiteral("city")) > 0.7);
+}
+
+void tst_NyOrrinTitleWords::work()
+{
+    const NyOrrinTitleWords &words = NyOrrinTitleWords::instance();
+    for (const QString &name : {QStringLiteral("Dienstreise Wien"), QStringLiteral("Business trip"), QStringLiteral("voyage d'affaires"),
+             QStringLiteral("Viaje de negocios"), QStringLiteral("Herbsttagung")}) {
+        QVERIFY2(words.read(name).isWork, qPrintable(name));
+        QVERIFY2(!words.read(name).evidence.contains(QStringLiteral("vacation")), qPrintable(name));
+    }
+    QVERIFY(!words.read(QStringLiteral("Reise")).isWork);
+}
+
+void tst_NyOrrinTitleWords::delicateCompounds()
+{
+    const NyOrrinTitleWords &words = NyOrrinTitleWords::instance();
+    for (const QString &name : {QStringLiteral("Urnenbeisetzung"), QStringLiteral("Uniklinik"), QStringLiteral("Verkehrsunfall"),
+             QStringLiteral("Trauerbilder"), QStringLiteral("Funerale"), QStringLiteral("uitvaart")})
+        QVERIFY2(words.read(name).isDelicate, qPrintable(name));
 }
 
 void tst_NyOrrinTitleWords::everyKeywordHasWords()
