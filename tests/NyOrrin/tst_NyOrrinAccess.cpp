@@ -1,8 +1,13 @@
 #include <NyOrrinAccess.h>
 #include <NyOrrinMediaItemBuilder.h>
 
+#include <atomic>
+#include <memory>
+#include <vector>
+
 #include <QImage>
 #include <QTest>
+#include <QThread>
 
 #include <NyDirectoryConfig.h>
 #include <OrrinSession.h>
@@ -23,10 +28,14 @@ private Q_SLOTS:
     void picturesOfAllFormats();
     void usersModel();
     void brokenModel();
+    void loadedLateAndOnce();
     void curatorsShareTheHome();
     void singleton();
 
 private:
+    /** Makes the user's model "mine", which gives the mean of each colour. */
+    void installModel();
+    static int threadCount() { return int(QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size()); }
     static QString modelsFolder() { return NyDirectoryConfig::instance().modelsFolder(); }
     OrrinTestModels m_models;
 };
@@ -92,16 +101,21 @@ void tst_NyOrrinAccess::picturesOfAllFormats()
     QVERIFY(signature[0] > 0.95F && signature[1] < 0.05F && signature[26] < 0.05F);
 }
 
-void tst_NyOrrinAccess::usersModel()
+void tst_NyOrrinAccess::installModel()
 {
-    if (!orrin::Session::isRuntimeUsable())
-        QSKIP("built without ONNX Runtime");
     QJsonObject config = OrrinTestModels::labelConfig(QStringLiteral("means.onnx"));
     config[QStringLiteral("occasions")] = QJsonObject{{QStringLiteral("blue"), QStringLiteral("beach")}};
     const QString made = QString::fromStdString(m_models.add(QStringLiteral("mine"), config).string());
     QVERIFY(QDir().mkpath(modelsFolder() + QStringLiteral("/mine")));
     for (const QString &file : {QStringLiteral("/model.json"), QStringLiteral("/means.onnx")})
         QVERIFY(QFile::copy(made + file, modelsFolder() + QStringLiteral("/mine") + file));
+}
+
+void tst_NyOrrinAccess::usersModel()
+{
+    if (!orrin::Session::isRuntimeUsable())
+        QSKIP("built without ONNX Runtime");
+    installModel();
 
     const TestSupport::LogRecorder log;
     NyOrrinAccess access;
@@ -130,6 +144,52 @@ void tst_NyOrrinAccess::brokenModel()
     image.fill(Qt::blue);
     QVERIFY(access.process(image, builder));
     QVERIFY(log.has(QStringLiteral("warning: ") + file.fileName() + QStringLiteral(": \"file\" must be a text, but is 7")));
+}
+
+void tst_NyOrrinAccess::loadedLateAndOnce()
+{
+    if (!orrin::Session::isRuntimeUsable())
+        QSKIP("built without ONNX Runtime");
+    installModel();
+    const TestSupport::LogRecorder log;
+    const QString line = QStringLiteral("image understanding uses the model");
+    const int threads = threadCount();
+    // All that a program does without a photo to look at.
+    NyOrrinAccess &access = NySingleton<NyOrrinAccess>::instance();
+    const NyOrrinCurator curator = access.getCurator();
+    QVERIFY(curator.getOccasion(curator.curate({})).empty());
+    NyOrrinVisionDescriptorsBuilder builder;
+    QVERIFY(!access.process(QImage(), builder));
+    QCOMPARE(log.containing(line).size(), 0);
+    QCOMPARE(threadCount(), threads);
+
+    QImage image(224, 150, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    std::atomic<int> described = 0;
+    std::vector<std::unique_ptr<QThread>> workers;
+    for (int worker = 0; worker < 4; ++worker) {
+        workers.emplace_back(QThread::create([&] {
+            for (int i = 0; i < 10; ++i) {
+                NyOrrinVisionDescriptorsBuilder descriptors;
+                NySingleton<NyOrrinAccess>::instance().process(image, descriptors);
+                described += descriptors.build().descriptors().scenes.size() == 3 ? 1 : 0;
+            }
+        }));
+        workers.back()->start();
+    }
+    for (const std::unique_ptr<QThread> &worker : workers)
+        QVERIFY(worker->wait());
+    QCOMPARE(described.load(), 40);
+    QCOMPARE(log.containing(line).size(), 1);
+    // One thread looks at a photo, the caller's.
+    workers.clear();
+    QTRY_COMPARE(threadCount(), threads);
+
+    // The folder is gone, so a second loading would end without a model.
+    QVERIFY(QDir(modelsFolder()).removeRecursively());
+    QVERIFY(access.process(image, builder));
+    QCOMPARE(builder.build().descriptors().scenes.size(), std::size_t{3});
+    QCOMPARE(log.containing(line).size(), 1);
 }
 
 void tst_NyOrrinAccess::curatorsShareTheHome()
