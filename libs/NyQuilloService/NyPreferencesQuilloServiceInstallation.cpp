@@ -40,8 +40,9 @@ NyPreferencesQuilloServiceInstallation::NyPreferencesQuilloServiceInstallation(Q
     pageGrid->addWidget(inner, 1, 0, 1, 2);
 
     // Keys beside the texts, which are fixed and mark none.
-    m_autoStartCheckBox->setShortcut(QKeySequence(Qt::ALT | Qt::Key_J));
-    m_allowToastsCheckBox->setShortcut(QKeySequence(Qt::ALT | Qt::Key_B));
+    m_autoStartCheckBox->setShortcut(QKeySequence::fromString(tr("Alt+J", "key for the yes; no other control of the window has it")));
+    m_allowToastsCheckBox->setShortcut(
+        QKeySequence::fromString(tr("Alt+B", "key for notifications; no other control of the window has it")));
 
     // The keyboard goes from top to bottom, not in the order of construction.
     QWidget::setTabOrder(m_autoStartCheckBox, m_allowToastsCheckBox);

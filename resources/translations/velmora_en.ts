@@ -870,6 +870,16 @@
         <source>Bei neuen Produktvorschlägen benachrichtigen.</source>
         <translation>Notify me of new product proposals.</translation>
     </message>
+    <message>
+        <source>Alt+J</source>
+        <comment>key for the yes; no other control of the window has it</comment>
+        <translation>Alt+Y</translation>
+    </message>
+    <message>
+        <source>Alt+B</source>
+        <comment>key for notifications; no other control of the window has it</comment>
+        <translation>Alt+N</translation>
+    </message>
 </context>
 <context>
     <name>NyPreferencesWindow</name>
