@@ -131,7 +131,7 @@ void tst_Installation::programsRunThroughTheirLinks()
     QVERIFY2(version.text.startsWith(command + u' '), qPrintable(version.text));
     const Output help = run(link.filePath(), {u"--help"_s});
     QCOMPARE(help.exitCode, 0);
-    QVERIFY2(help.text.startsWith(u"Usage: "_s), qPrintable(help.text));
+    QVERIFY2(help.text.contains(command) && optionsIn(help.text).contains(u"--version"), qPrintable(help.text));
 }
 
 void tst_Installation::linksStayInThePrefix()
