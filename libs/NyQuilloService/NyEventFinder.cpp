@@ -1,21 +1,37 @@
 #include "NyEventFinder.h"
 
+#include <NyFotoBuilder.h>
+#include <NyFotoCacheManager.h>
+#include <NyImageLoader.h>
 #include <NyLogger.h>
+#include <NyMediaFormatList.h>
 #include <NyQuilloEventClassifier.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDate>
 #include <QtCore/QDebug>
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFileInfo>
 #include <QtCore/QMultiHash>
+#include <QtCore/QMutex>
+#include <QtCore/QThread>
+#include <QtCore/QUrl>
 
 #include "NyEventFileGrouping.h"
 #include "NyQuilloServiceConfig.h"
+#include "NyQuilloServiceSettings.h"
 
 namespace
 {
 
 // In the mode that combines both kinds, an event spread over no more folders than this gives way to a year.
 constexpr int MostFoldersOfThinEvent = 2;
+
+bool isSet(const NyEventFinderConfiguration &config, NyEventFinderOccasionDetectorModeEnum bit)
+{
+    return config.occassionDetectorMode().reducedTo(bit) == bit;
+}
 
 QString kindText(const NyEventFolderType &kind)
 {
@@ -26,6 +42,7 @@ QString kindText(const NyEventFolderType &kind)
 
 NyEventFinder::NyEventFinder(const NyRecentFileResult &recentFileResult)
     : m_recentFileResult(recentFileResult)
+    , m_mutex(std::make_unique<QMutex>())
 {
 }
 
@@ -117,11 +134,20 @@ void NyEventFinder::logEventFolderTypeStatistics()
 
 NyRecentFileResult NyEventFinder::findFittingEvent(const NyRecentFileResult &recentFiles, const NyEventFolderType &kind)
 {
-    const NyEventFolderClassificationResultList eventsOfKind = m_eventFolderClassificationList.filtered(kind);
+    NyEventFolderClassificationResultList eventsOfKind = m_eventFolderClassificationList.filtered(kind);
+    if (isSet(config(), NyEventFinderOccasionDetectorModeEnum::eventAll))
+        eventsOfKind = enrichedWithOccassionInformation(eventsOfKind);
+    renderClassificationList(eventsOfKind, QStringLiteral("%1.all").arg(kind.encode()));
     qDebug() << "\n" << eventsOfKind.toString();
 
     const NyEventFileGrouping::FilesOfEvents filesOfEvent = NyEventFileGrouping::filesOfEvents(recentFiles.files(), eventsOfKind);
 
+    NyEventFolderClassificationResultList eventsOfInterest(filesOfEvent.uniqueKeys());
+    if (isSet(config(), NyEventFinderOccasionDetectorModeEnum::eventOfInterest))
+        eventsOfInterest = enrichedWithOccassionInformation(eventsOfInterest);
+    renderClassificationList(eventsOfInterest, QStringLiteral("%1.ofInterest").arg(kind.encode()));
+
+    // From the hash, whose keys do not have what was detected for the folders of interest.
     NyEventFolderClassificationResult selected;
     QList<QFileInfo> selectedFiles;
     int maxCount = 0;
@@ -143,8 +169,50 @@ NyRecentFileResult NyEventFinder::findFittingEvent(const NyRecentFileResult &rec
         maxCount = count;
     }
 
+    if (isSet(config(), NyEventFinderOccasionDetectorModeEnum::selectedEvent))
+        selected = enrichedWithOccassionInformation(selected);
+
     qInfo() << "Chosen: " << selected.directory() << kindText(selected.classification()) << selectedFiles.size()
             << selected.occasionInformation().description();
     return NyRecentFileResult(
         selectedFiles, recentFiles.relevantDateRange(), 0, selected, NySingleton<NyQuilloServiceConfig>::instance().designStyleIds());
+}
+
+NyEventFolderClassificationResult NyEventFinder::enrichedWithOccassionInformation(NyEventFolderClassificationResult result)
+{
+    const QFileInfo folder = result.directory();
+    const NyFotoList fotos = NySingleton<NyFotoBuilder>::instance().fotosFromUrl(QUrl::fromLocalFile(folder.absoluteFilePath()));
+    NyEventFinderOccasionDetector detector;
+    result.setOccasionInformation(detector.detectOccasion(fotos));
+    return result;
+}
+
+NyEventFolderClassificationResultList NyEventFinder::enrichedWithOccassionInformation(const NyEventFolderClassificationResultList &list)
+{
+    NyEventFolderClassificationResultList enriched;
+    QElapsedTimer timer;
+    timer.start();
+    for (const NyEventFolderClassificationResult &folder : list) {
+        if (QCoreApplication::closingDown())
+            break;
+        enriched.append(enrichedWithOccassionInformation(folder));
+        qDebug() << "OccassionDetection time (ms) elapsed: " << timer.elapsed();
+    }
+    qDebug() << "renderClassificationListRequest suggested " << enriched.size() << QThread::currentThreadId();
+    NySingleton<NyFotoCacheManager>::instance().clearCache();
+    return enriched;
+}
+
+void NyEventFinder::renderClassificationList(const NyEventFolderClassificationResultList &list, const QString &name)
+{
+    const QMutexLocker locker(m_mutex.get());
+    if (!NySingleton<NyQuilloServiceConfig>::instance().printClassification())
+        return;
+    const QFileInfo target(QDir(NySingleton<NyQuilloServiceSettings>::instance().bookProposalFileFolder()),
+        QStringLiteral("classification.%1.html").arg(name));
+    const int startDirectoryLength = int(m_recentFileResult.startDirectory().size());
+    const QStringList filters = NySingleton<NyImageLoader>::instance().supportedMediaFormats().fileExtensionFilters();
+    qInfo() << "renderClassificationListRequest (" << name << list.size() << ") written to" << target.absoluteFilePath();
+    qDebug() << "renderClassificationListRequest file was actually created: "
+             << (QFileInfo(target.absoluteFilePath()).exists() ? "true" : "false");
 }

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void offered();
+    void occasionsReachTheBook();
     void opened();
     void openedAfterTheProjectIsGone();
     void postponed();
@@ -110,6 +111,31 @@ void tst_ProposalRoad::offered()
                                            .arg(service.proposalFolder(), firstProposal())),
         qPrintable(starts.first()));
     QVERIFY(!starts.first().contains(QStringLiteral("--proposalOccasions")));
+}
+
+void tst_ProposalRoad::occasionsReachTheBook()
+{
+    ServiceUnderTest service;
+    service.addPictures(QStringLiteral("2025/2025-12-24 Weihnachten bei Oma"), 9);
+    service.addPictures(QStringLiteral("2026/2026-08-01 Sommerfest"), 6);
+    service.startQuick("<eventFinder detectOccasions=\"selectedEvent\"/>");
+    VERIFY_OFFERED(1);
+
+    const QStringList starts = service.eventLog().filter(QStringLiteral("startAsService VALUES:"));
+    QCOMPARE(starts.size(), 1);
+    const QStringList arguments = starts.first().section(QLatin1Char(':'), 1).split(QLatin1Char(';'));
+    const qsizetype option = arguments.indexOf(QStringLiteral("--proposalOccasions"));
+    QCOMPARE(option, arguments.size() - 2);
+    const QStringList occasions = arguments.last().split(QLatin1Char(','));
+    QCOMPARE(occasions.first(), QStringLiteral("christmas"));
+
+    const QJsonObject description
+        = QJsonDocument::fromJson(readFile(service.proposalFolder() + QLatin1Char('/') + firstProposal() + QStringLiteral(".json")))
+              .object();
+    QCOMPARE(description.value(QLatin1String("occasions")).toVariant().toStringList(), occasions);
+    const QByteArray report = readFile(service.proposalFolder() + QStringLiteral("/classification.lastEvent.txt"));
+    QVERIFY2(report.contains("Detecting occasion of 9 photos \n"), report.constData());
+    QVERIFY2(report.contains("\n  christmas (title, "), report.constData());
 }
 
 void tst_ProposalRoad::opened()

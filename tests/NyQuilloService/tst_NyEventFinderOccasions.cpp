@@ -1,0 +1,241 @@
+#include "NyEventFinder.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "TestSupport.h"
+
+namespace
+{
+NyRecentFileResult scanOf(const QString &root, const QStringList &paths)
+{
+    QList<QFileInfo> files;
+    for (const QString &path : paths)
+        files.append(QFileInfo(path));
+    NyRecentFileResult scan(files, NyDateRange(QDate::currentDate().addDays(-1), QDate::currentDate().addDays(1)), 0, {}, {});
+    scan.setStartDirectory(root);
+    return scan;
+}
+
+/** In a process of its own, because the configuration is read once: prints the result's occasions and all log lines. */
+int runChild(const QString &root, const QStringList &paths)
+{
+    const TestSupport::LogRecorder log;
+    NyEventFinder finder(scanOf(root, paths));
+    const NyRecentFileResult result = finder.findEvent();
+    const QJsonObject report{{QStringLiteral("folder"), result.classification().directory().fileName()},
+        {QStringLiteral("count"), result.count()},
+        {QStringLiteral("occasions"), QJsonArray::fromStringList(result.classification().occasionInformation().occasions())},
+        {QStringLiteral("log"), QJsonArray::fromStringList(log.all())}};
+    std::printf("%s\n", QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
+    return 0;
+}
+}
+
+/** For which folders occasions are detected, where they end up, and what is written about it. */
+class tst_NyEventFinderOccasions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void modes_data();
+    void modes();
+    void detectsAgainForTheYear();
+    void detectsForNothing();
+    void enrichesAList();
+    void enrichesAnEntryWithoutAFolder();
+    void detectsInAllFotosOfTheFolder();
+
+private:
+    void add(const QString &folder, int count);
+    /** Runs the search with these sections in the configuration. */
+    void search(const QByteArray &sections);
+    QStringList logged(const QString &part) const;
+    QString proposalFile(const QString &name) const { return m_folder->filePath(QStringLiteral("data/VELMORA/proposals/") + name); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_root;
+    QStringList m_paths;
+    QString m_chosen;
+    QStringList m_occasions;
+    QStringList m_log;
+};
+
+void tst_NyEventFinderOccasions::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    m_root = m_folder->path() + QStringLiteral("/Bilder");
+    QVERIFY(QDir().mkpath(m_root));
+    QVERIFY(QDir().mkpath(proposalFile(QString())));
+    m_paths.clear();
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!image understanding)")));
+}
+
+void tst_NyEventFinderOccasions::add(const QString &folder, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        m_paths.append(QStringLiteral("%1/%2/IMG_%3.jpg").arg(m_root, folder).arg(m_paths.size()));
+        QVERIFY(TestSupport::writePhoto(m_paths.last(), int(m_paths.size())));
+    }
+}
+
+void tst_NyEventFinderOccasions::search(const QByteArray &sections)
+{
+    QVERIFY(TestSupport::writeFile(m_folder->filePath(QStringLiteral("config/VELMORA/quilloservice.xml")),
+        "<?xml version=\"1.0\"?><quilloservice><recentFiles minimumPhotos=\"2\"/>" + sections + "</quilloservice>"));
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder->filePath(QStringLiteral("config")));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), m_folder->filePath(QStringLiteral("data")));
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(), QStringList{QStringLiteral("--find-event"), m_root} + m_paths);
+    QVERIFY(child.waitForFinished(30000));
+    QCOMPARE(child.exitCode(), 0);
+    const QJsonObject report = QJsonDocument::fromJson(child.readAllStandardOutput()).object();
+    m_chosen = report.value(QLatin1String("folder")).toString();
+    m_occasions = report.value(QLatin1String("occasions")).toVariant().toStringList();
+    m_log = report.value(QLatin1String("log")).toVariant().toStringList();
+    QVERIFY(!m_log.isEmpty());
+}
+
+QStringList tst_NyEventFinderOccasions::logged(const QString &part) const
+{
+    return m_log.filter(part);
+}
+
+void tst_NyEventFinderOccasions::modes_data()
+{
+    QTest::addColumn<QByteArray>("mode");
+    QTest::addColumn<QList<int>>("photosOfDetections");
+    QTest::addColumn<int>("lists");
+    QTest::addColumn<QStringList>("occasions");
+    const QStringList wedding{QStringLiteral("wedding")};
+    const auto row = [](const char *mode, const QList<int> &photos, int lists, const QStringList &occasions) {
+        QTest::newRow(mode) << QByteArray(mode) << photos << lists << occasions;
+    };
+    // The events in the order of their paths: 3 photos of Easter that are not recent, 6 of the wedding, 4 of Christmas.
+    row("none", {}, 0, {});
+    row("selectedEvent", {6}, 0, wedding);
+    row("eventOfInterest", {6, 4}, 1, {});
+    row("eventAll", {3, 6, 4}, 1, wedding);
+    row("eventAll,selectedEvent", {3, 6, 4, 6}, 1, wedding);
+    row("eventAll,eventOfInterest", {3, 6, 4, 6, 4}, 2, wedding);
+}
+
+void tst_NyEventFinderOccasions::modes()
+{
+    QFETCH(QByteArray, mode);
+    QFETCH(QList<int>, photosOfDetections);
+    QFETCH(int, lists);
+    QFETCH(QStringList, occasions);
+    add(QStringLiteral("2024/2024-03-30 Ostern"), 3);
+    const QStringList old = m_paths;
+    add(QStringLiteral("2024/2024-05-11 Hochzeit"), 6);
+    add(QStringLiteral("2024/2024-12-24 Weihnachten"), 4);
+    m_paths = m_paths.sliced(old.size());
+    search("<eventFinder detectOccasions=\"" + mode + "\"/>");
+    QCOMPARE(m_chosen, QStringLiteral("2024-05-11 Hochzeit"));
+    QCOMPARE(m_occasions, occasions);
+
+    QList<int> photos;
+    const QStringList lines = logged(QStringLiteral("ms elapsed for #photos: "));
+    for (const QString &line : lines)
+        photos.append(line.section(QLatin1Char(' '), -1).toInt());
+    // The folders of interest come in the order of a hash.
+    std::sort(photos.begin(), photos.end());
+    std::sort(photosOfDetections.begin(), photosOfDetections.end());
+    QCOMPARE(photos, photosOfDetections);
+    QCOMPARE(logged(QStringLiteral("debug: renderClassificationListRequest suggested ")).size(), lists);
+    QCOMPARE(QFile::exists(proposalFile(QStringLiteral("classification.lastEvent.txt"))), !photosOfDetections.isEmpty());
+    QVERIFY(logged(QStringLiteral("Chosen: ")).value(0).contains(QStringLiteral("wedding")) == !occasions.isEmpty());
+    QVERIFY(QDir(proposalFile(QString())).entryList({QStringLiteral("*.html")}).isEmpty());
+    QVERIFY(logged(QStringLiteral("renderClassificationListRequest (")).isEmpty());
+}
+
+void tst_NyEventFinderOccasions::detectsAgainForTheYear()
+{
+    add(QStringLiteral("2024/2024-05-11 Hochzeit"), 2);
+    search("<eventFinder detectOccasions=\"selectedEvent\"/>");
+    QCOMPARE(m_chosen, QStringLiteral("2024"));
+    QCOMPARE(logged(QStringLiteral("ms elapsed for #photos: 2")).size(), 2);
+}
+
+void tst_NyEventFinderOccasions::detectsForNothing()
+{
+    search("<eventFinder detectOccasions=\"selectedEvent\"/>");
+    QCOMPARE(m_chosen, QString());
+    QCOMPARE(m_occasions, QStringList());
+    QCOMPARE(logged(QStringLiteral("ms elapsed for #photos: 0")).size(), 2);
+    QVERIFY(TestSupport::readFile(proposalFile(QStringLiteral("classification.lastEvent.txt"))).contains("of 0 photos \n"));
+}
+
+void tst_NyEventFinderOccasions::enrichesAList()
+{
+    NyEventFolderClassificationResultList list;
+    const QStringList names{QStringLiteral("Hochzeit"), QStringLiteral("Nichts"), QStringLiteral("Weihnachten 2023")};
+    for (const QString &name : names) {
+        add(name, 5);
+        list.append(NyEventFolderClassificationResult(
+            QFileInfo(m_root + QLatin1Char('/') + name), NyEventFolderType(NyEventFolderTypeEnum::Event)));
+    }
+    NyEventFinder finder(scanOf(m_root, m_paths));
+    const TestSupport::LogRecorder log;
+    const NyEventFolderClassificationResultList enriched = finder.enrichedWithOccassionInformation(list);
+    QCOMPARE(enriched.size(), 3);
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(enriched.at(i) == list.at(i));
+    QCOMPARE(enriched.at(0).occasionInformation().occasions(), QStringList{QStringLiteral("wedding")});
+    QVERIFY(enriched.at(1).occasionInformation().isEmpty());
+    QCOMPARE(enriched.at(2).occasionInformation().occasions().value(0), QStringLiteral("christmas"));
+    QVERIFY(list.at(0).occasionInformation().isEmpty());
+
+    const QStringList times = log.containing(QStringLiteral("debug: OccassionDetection time (ms) elapsed:  "));
+    QCOMPARE(times.size(), 3);
+    qint64 former = 0;
+    for (const QString &line : times) {
+        const qint64 elapsed = line.section(QLatin1Char(' '), -1).toLongLong();
+        QVERIFY(elapsed >= former);
+        former = elapsed;
+    }
+    QCOMPARE(log.containing(QStringLiteral("debug: renderClassificationListRequest suggested  3 ")).size(), 1);
+}
+
+void tst_NyEventFinderOccasions::enrichesAnEntryWithoutAFolder()
+{
+    NyEventFinder finder(scanOf(m_root, {}));
+    const TestSupport::LogRecorder log;
+    const NyEventFolderClassificationResult enriched = finder.enrichedWithOccassionInformation(NyEventFolderClassificationResult());
+    QVERIFY(enriched == NyEventFolderClassificationResult());
+    QVERIFY(enriched.occasionInformation().isEmpty());
+    QCOMPARE(log.containing(QStringLiteral("ms elapsed for #photos: 0")).size(), 1);
+}
+
+void tst_NyEventFinderOccasions::detectsInAllFotosOfTheFolder()
+{
+    add(QStringLiteral("2024-05-11 Hochzeit"), 3);
+    const QStringList recent = m_paths;
+    add(QStringLiteral("2024-05-11 Hochzeit"), 5);
+    add(QStringLiteral("2024-05-11 Hochzeit/RAW"), 2);
+    m_paths = recent;
+    search("<eventFinder detectOccasions=\"selectedEvent\"/>");
+    QCOMPARE(m_chosen, QStringLiteral("2024-05-11 Hochzeit"));
+    QCOMPARE(logged(QStringLiteral("ms elapsed for #photos: 10")).size(), 1);
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = application.arguments();
+    if (arguments.size() > 2 && arguments.at(1) == u"--find-event")
+        return runChild(arguments.at(2), arguments.sliced(3));
+    tst_NyEventFinderOccasions test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_NyEventFinderOccasions.moc"
