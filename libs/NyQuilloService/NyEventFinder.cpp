@@ -1,5 +1,6 @@
 #include "NyEventFinder.h"
 
+#include <NyClassificationResultsRendererHTML.h>
 #include <NyFotoBuilder.h>
 #include <NyFotoCacheManager.h>
 #include <NyImageLoader.h>
@@ -212,6 +213,7 @@ void NyEventFinder::renderClassificationList(const NyEventFolderClassificationRe
         QStringLiteral("classification.%1.html").arg(name));
     const int startDirectoryLength = int(m_recentFileResult.startDirectory().size());
     const QStringList filters = NySingleton<NyImageLoader>::instance().supportedMediaFormats().fileExtensionFilters();
+    NyClassificationResultsRendererHTML(list, startDirectoryLength, filters).renderToFile(target);
     qInfo() << "renderClassificationListRequest (" << name << list.size() << ") written to" << target.absoluteFilePath();
     qDebug() << "renderClassificationListRequest file was actually created: "
              << (QFileInfo(target.absoluteFilePath()).exists() ? "true" : "false");
