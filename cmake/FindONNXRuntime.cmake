@@ -1,8 +1,8 @@
 # Finds ONNX Runtime, the system's or the copy that scripts/setup keeps in the user's cache.
 #
-# Sets ONNXRuntime_FOUND and ONNXRuntime_HAS_HEADER and makes the target ONNXRuntime::ONNXRuntime. The library may come without headers;
-# who includes onnxruntime_c_api.h asks ONNXRuntime_HAS_HEADER first. ONNXRuntime_IS_PRIVATE tells that the library is the
-# cached copy, which an installation has to carry along.
+# Sets ONNXRuntime_FOUND, ONNXRuntime_LIBRARY, and ONNXRuntime_NAME, by which programs load it (also set when there is none). The
+# library may come without headers; who includes onnxruntime_c_api.h from ONNXRuntime_INCLUDE_DIR asks ONNXRuntime_HAS_HEADER first.
+# ONNXRuntime_IS_PRIVATE tells that the library is the cached copy, which an installation has to carry along.
 
 if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
     set(_onnxruntime_cache "$ENV{XDG_CACHE_HOME}")
@@ -26,17 +26,16 @@ find_package_handle_standard_args(ONNXRuntime REQUIRED_VARS ONNXRuntime_LIBRARY)
 
 set(ONNXRuntime_HAS_HEADER OFF)
 set(ONNXRuntime_IS_PRIVATE OFF)
+set(ONNXRuntime_NAME libonnxruntime.so.1.11.0)
 if(ONNXRuntime_FOUND)
     if(ONNXRuntime_INCLUDE_DIR)
         set(ONNXRuntime_HAS_HEADER ON)
     endif()
     cmake_path(IS_PREFIX _onnxruntime_cache "${ONNXRuntime_LIBRARY}" ONNXRuntime_IS_PRIVATE)
-    if(NOT TARGET ONNXRuntime::ONNXRuntime)
-        add_library(ONNXRuntime::ONNXRuntime SHARED IMPORTED)
-        set_target_properties(ONNXRuntime::ONNXRuntime PROPERTIES IMPORTED_LOCATION "${ONNXRuntime_LIBRARY}")
-        if(ONNXRuntime_HAS_HEADER)
-            target_include_directories(ONNXRuntime::ONNXRuntime INTERFACE "${ONNXRuntime_INCLUDE_DIR}")
-        endif()
+    # The file may be a link that only a developer's machine has.
+    execute_process(COMMAND "${CMAKE_OBJDUMP}" -p "${ONNXRuntime_LIBRARY}" OUTPUT_VARIABLE _onnxruntime_headers ERROR_QUIET)
+    if(_onnxruntime_headers MATCHES "SONAME +([^ \n]+)")
+        set(ONNXRuntime_NAME "${CMAKE_MATCH_1}")
     endif()
 endif()
 unset(_onnxruntime_cache)

@@ -3,9 +3,7 @@
 #include <limits>
 
 #include "OrrinRuntime.h"
-
-#if defined(ORRIN_HAS_ONNXRUNTIME)
-
+#include "OrrinRuntimeLoader.h"
 #include "OrrinRuntimeTable.h"
 
 namespace orrin
@@ -50,10 +48,12 @@ public:
 private:
     Runtime()
     {
-        const OrtApi *api = runtimeApiBase ? runtimeApiBase->GetApi(InterfaceVersion) : nullptr;
+        const OrtApi *api = runtimeApiBase->GetApi(InterfaceVersion);
         if (!api) {
-            const char *version = runtimeApiBase ? runtimeApiBase->GetVersionString() : "without a name";
-            m_error = std::string("ONNX Runtime ") + version + " does not know interface version " + std::to_string(InterfaceVersion);
+            m_error = runtimeLoadError();
+            if (m_error.empty())
+                m_error = std::string("ONNX Runtime ") + runtimeApiBase->GetVersionString() + " does not know interface version "
+                    + std::to_string(InterfaceVersion);
             return;
         }
         // Whatever goes wrong comes back as a status, so the runtime's own lines on stderr would only repeat it.
@@ -313,46 +313,3 @@ bool Session::run(const std::vector<std::string> &outputNames, std::vector<std::
 }
 
 } // namespace orrin
-
-#else
-
-namespace orrin
-{
-
-struct Session::Private
-{
-};
-
-Session::Session(std::unique_ptr<Private> theD)
-    : d(std::move(theD))
-{
-}
-
-Session::~Session() = default;
-
-bool Session::isRuntimeUsable()
-{
-    return false;
-}
-
-std::unique_ptr<Session> Session::load(const ModelSource &, const std::string &, int, std::string &error)
-{
-    error = "cannot be run: this program was built without ONNX Runtime";
-    return nullptr;
-}
-
-bool Session::bindInput(const std::string &, ElementType, void *, std::size_t, const std::vector<std::int64_t> &, std::string &error)
-{
-    error = "cannot be run";
-    return false;
-}
-
-bool Session::run(const std::vector<std::string> &, std::vector<std::vector<float>> &, std::string &error)
-{
-    error = "cannot be run";
-    return false;
-}
-
-} // namespace orrin
-
-#endif

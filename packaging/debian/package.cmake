@@ -33,11 +33,19 @@ find_package(ONNXRuntime QUIET)
 if(ONNXRuntime_IS_PRIVATE)
     cmake_path(GET ONNXRuntime_LIBRARY PARENT_PATH onnxruntime_folder)
     list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${onnxruntime_folder}")
+elseif(ONNXRuntime_FOUND)
+    # Loaded when the first model is, so nothing links it either.
+    file(REAL_PATH "${ONNXRuntime_LIBRARY}" onnxruntime_file)
+    execute_process(COMMAND dpkg-query --search "${onnxruntime_file}" OUTPUT_VARIABLE onnxruntime_owner ERROR_QUIET)
+    string(REGEX MATCH "^[^:]+" onnxruntime_package "${onnxruntime_owner}")
 endif()
 # Qt loads these when they are needed, so nothing links them: photo lists are in SQLite, icons are SVG.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6sql6-sqlite, libqt6svg6")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
     "qt6-image-formats-plugins, qt6-translations-l10n, qt6-wayland, default-dbus-session-bus | dbus-session-bus, notification-daemon")
+if(onnxruntime_package)
+    string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS ", ${onnxruntime_package}")
+endif()
 
 set(documents "${CMAKE_INSTALL_DATADIR}/doc/${CPACK_PACKAGE_NAME}")
 install(FILES "${CMAKE_CURRENT_LIST_DIR}/copyright" DESTINATION "${documents}")

@@ -114,7 +114,7 @@ void tst_NyOrrinAccess::installModel()
 void tst_NyOrrinAccess::usersModel()
 {
     if (!orrin::Session::isRuntimeUsable())
-        QSKIP("built without ONNX Runtime");
+        QSKIP("there is no ONNX Runtime on this machine");
     installModel();
 
     const TestSupport::LogRecorder log;
@@ -149,7 +149,7 @@ void tst_NyOrrinAccess::brokenModel()
 void tst_NyOrrinAccess::loadedLateAndOnce()
 {
     if (!orrin::Session::isRuntimeUsable())
-        QSKIP("built without ONNX Runtime");
+        QSKIP("there is no ONNX Runtime on this machine");
     installModel();
     const TestSupport::LogRecorder log;
     const QString line = QStringLiteral("image understanding uses the model");

@@ -19,8 +19,8 @@ void tst_NyOrrinSymbols::runtimeSymbols()
     const QStringList undefined = QString::fromUtf8(nm.readAllStandardOutput()).split(QLatin1Char('\n'));
     QVERIFY(!undefined.filter(QStringLiteral("NyOrrinAccess")).isEmpty());
     const QStringList ofRuntime = undefined.filter(QStringLiteral(" Ort"));
-    QCOMPARE(int(ofRuntime.size()), ORRIN_RUNTIME);
-    QCOMPARE(int(ofRuntime.filter(QStringLiteral(" OrtGetApiBase")).size()), ORRIN_RUNTIME);
+    QCOMPARE(int(ofRuntime.size()), 1);
+    QCOMPARE(int(ofRuntime.filter(QStringLiteral(" OrtGetApiBase")).size()), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_NyOrrinSymbols)

@@ -41,7 +41,7 @@ private:
 void tst_OrrinEngine::initTestCase()
 {
     if (!orrin::Session::isRuntimeUsable())
-        QSKIP("built without ONNX Runtime");
+        QSKIP("there is no ONNX Runtime on this machine");
     const QString problem = m_models.prepare();
     QVERIFY2(problem.isEmpty(), qPrintable(problem));
 }
