@@ -1,10 +1,8 @@
 #include "NyVisionMemory.h"
 
 #include <NyFoto.h>
-#include <NyFotoAccess.h>
 #include <NyOrrinVisionedMediaItem.h>
 
-#include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 #include <QtCore/QMutex>
 
@@ -86,7 +84,7 @@ NyVisionMemory::~NyVisionMemory() = default;
 
 NyVisionMemory::Content NyVisionMemory::contentOf(const NyFoto &foto)
 {
-    return {foto.location(), NyFotoAccess::fileStamp(foto)};
+    return {foto.location(), foto.isLocalFile() ? NyFotoFileStamp::ofFileAndSidecars(foto.location()) : NyFotoFileStamp()};
 }
 
 std::optional<bool> NyVisionMemory::isValid(const Content &content)
@@ -111,7 +109,7 @@ std::optional<NyOrrinVisionedMediaItem> NyVisionMemory::item(const Content &cont
 
 void NyVisionMemory::rememberInvalid(const Content &content)
 {
-    if (!content.isValid() || !QFileInfo(content.location).isReadable())
+    if (!content.isValid())
         return;
     const QMutexLocker locker(&d->mutex);
     d->insert(content.location, {content.stamp, {}, bytesOf(content.location, {})});

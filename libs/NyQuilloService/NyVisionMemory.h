@@ -3,7 +3,7 @@
 #include <memory>
 #include <optional>
 
-#include <NyFotoCacheManager.h>
+#include <NyFotoFileStamp.h>
 #include <NySingleton.h>
 
 #include <QtCore/QString>
@@ -43,7 +43,7 @@ public:
     /** What was seen in this content; nothing when it is not known. */
     std::optional<NyOrrinVisionedMediaItem> item(const Content &content);
 
-    /** Remembers that this content cannot be shown, unless the file may merely not be read at present. */
+    /** Remembers that this content cannot be shown. */
     void rememberInvalid(const Content &content);
     /** Remembers what was seen, unless nothing was. */
     void remember(const Content &content, const NyOrrinVisionedMediaItem &item);

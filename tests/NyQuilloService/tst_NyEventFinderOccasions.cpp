@@ -50,6 +50,10 @@ private Q_SLOTS:
     void detectsForNothing();
     void enrichesAList();
     void enrichesAnEntryWithoutAFolder();
+    void writesReports_data();
+    void writesReports();
+    void writesAReportOfNothing();
+    void goesOnWithoutAReport();
     void detectsInAllFotosOfTheFolder();
 
 private:
@@ -215,6 +219,70 @@ void tst_NyEventFinderOccasions::enrichesAnEntryWithoutAFolder()
     QVERIFY(enriched == NyEventFolderClassificationResult());
     QVERIFY(enriched.occasionInformation().isEmpty());
     QCOMPARE(log.containing(QStringLiteral("ms elapsed for #photos: 0")).size(), 1);
+}
+
+void tst_NyEventFinderOccasions::writesReports_data()
+{
+    QTest::addColumn<QByteArray>("mode");
+    QTest::addColumn<QStringList>("withOccasions");
+    const QString all = QStringLiteral("classification.event.all.html");
+    const QString ofInterest = QStringLiteral("classification.event.ofInterest.html");
+    QTest::newRow("none") << QByteArray("none") << QStringList();
+    QTest::newRow("selectedEvent") << QByteArray("selectedEvent") << QStringList();
+    QTest::newRow("eventOfInterest") << QByteArray("eventOfInterest") << QStringList{ofInterest};
+    QTest::newRow("eventAll") << QByteArray("eventAll") << QStringList{all, ofInterest};
+}
+
+void tst_NyEventFinderOccasions::writesReports()
+{
+    QFETCH(QByteArray, mode);
+    QFETCH(QStringList, withOccasions);
+    add(QStringLiteral("2024-05-11 Hochzeit & <Feier>"), 6);
+    add(QStringLiteral("2024-08-01 Picknick"), 3);
+    const QStringList recent = m_paths;
+    add(QStringLiteral("2024-03-01 Besuch"), 3);
+    m_paths = recent;
+    search("<debug printClassification=\"true\"/><eventFinder detectOccasions=\"" + mode + "\"/>");
+    const QStringList names{QStringLiteral("classification.event.all.html"), QStringLiteral("classification.event.ofInterest.html")};
+    QCOMPARE(QDir(proposalFile(QString())).entryList({QStringLiteral("*.html")}, QDir::Files, QDir::Name), names);
+    QStringList found;
+    for (const QString &name : names) {
+        const QByteArray page = TestSupport::readFile(proposalFile(name));
+        QVERIFY(page.contains("Hochzeit &amp; &lt;Feier&gt;"));
+        QCOMPARE(page.contains("Besuch"), name.contains(QStringLiteral(".all.")));
+        // The folder's name has no such percentage, an occasion's probability has.
+        if (page.contains("<meter") || page.contains("\u00a0%") || page.contains(" %"))
+            found.append(name);
+        QVERIFY(!page.contains(">" + m_root.toUtf8() + "/2024"));
+    }
+    QCOMPARE(found, withOccasions);
+    QCOMPARE(logged(QStringLiteral("renderClassificationListRequest (")),
+        (QStringList{
+            QStringLiteral("info: renderClassificationListRequest ( \"event.all\" 3 ) written to \"%1\"").arg(proposalFile(names.at(0))),
+            QStringLiteral("info: renderClassificationListRequest ( \"event.ofInterest\" 2 ) written to \"%1\"")
+                .arg(proposalFile(names.at(1)))}));
+    QCOMPARE(logged(QStringLiteral("debug: renderClassificationListRequest file was actually created:  true")).size(), 2);
+}
+
+void tst_NyEventFinderOccasions::writesAReportOfNothing()
+{
+    search("<debug printClassification=\"true\"/>");
+    QCOMPARE(QDir(proposalFile(QString())).entryList({QStringLiteral("*.html")}, QDir::Files, QDir::Name),
+        (QStringList{QStringLiteral("classification.event.all.html"), QStringLiteral("classification.event.ofInterest.html"),
+            QStringLiteral("classification.year.all.html"), QStringLiteral("classification.year.ofInterest.html")}));
+    QCOMPARE(logged(QStringLiteral("\"year.ofInterest\" 0 ) written to")).size(), 1);
+    QVERIFY(!QFile::exists(proposalFile(QStringLiteral("classification.lastEvent.txt"))));
+}
+
+void tst_NyEventFinderOccasions::goesOnWithoutAReport()
+{
+    add(QStringLiteral("2024-05-11 Hochzeit"), 6);
+    for (const QString &name : {QStringLiteral("classification.event.all.html"), QStringLiteral("classification.event.ofInterest.html")})
+        QVERIFY(QDir().mkpath(proposalFile(name) + QStringLiteral("/in the way")));
+    search("<debug printClassification=\"true\"/>");
+    QCOMPARE(m_chosen, QStringLiteral("2024-05-11 Hochzeit"));
+    QCOMPARE(logged(QStringLiteral("warning: ")).filter(QStringLiteral(".html")).size(), 2);
+    QCOMPARE(logged(QStringLiteral("renderClassificationListRequest (")).size(), 2);
 }
 
 void tst_NyEventFinderOccasions::detectsInAllFotosOfTheFolder()

@@ -118,7 +118,10 @@ void tst_ProposalRoad::occasionsReachTheBook()
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2025/2025-12-24 Weihnachten bei Oma"), 9);
     service.addPictures(QStringLiteral("2026/2026-08-01 Sommerfest"), 6);
-    service.startQuick("<eventFinder detectOccasions=\"selectedEvent\"/>");
+    service.writeConfiguration(ServiceUnderTest::quickSections("<eventFinder detectOccasions=\"selectedEvent\"/>")
+                                   .replace("<debug ", "<debug printClassification='true' "));
+    service.allowAutostart();
+    service.start();
     VERIFY_OFFERED(1);
 
     const QStringList starts = service.eventLog().filter(QStringLiteral("startAsService VALUES:"));
@@ -136,6 +139,8 @@ void tst_ProposalRoad::occasionsReachTheBook()
     const QByteArray report = readFile(service.proposalFolder() + QStringLiteral("/classification.lastEvent.txt"));
     QVERIFY2(report.contains("Detecting occasion of 9 photos \n"), report.constData());
     QVERIFY2(report.contains("\n  christmas (title, "), report.constData());
+    const QByteArray page = readFile(service.proposalFolder() + QStringLiteral("/classification.event.all.html"));
+    QVERIFY(page.contains("Weihnachten bei Oma") && page.contains("Sommerfest"));
 }
 
 void tst_ProposalRoad::opened()
