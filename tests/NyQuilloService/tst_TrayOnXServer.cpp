@@ -1,17 +1,16 @@
+#include "ScreenPixels.h"
+
 #include <NySystemTrayService.h>
 
 #include <QApplication>
-#include <QDir>
-#include <QImage>
 #include <QMenu>
-#include <QPixmap>
 #include <QProcess>
-#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace ScreenPixels;
 
 /** The icon in a tray of the X server that comes later than the service. */
 class tst_TrayOnXServer : public QObject
@@ -20,20 +19,6 @@ class tst_TrayOnXServer : public QObject
 
 private Q_SLOTS:
     void iconComesWithTheTray();
-
-private:
-    /** A pixel of the icon's red on the screen; invalid while there is none. */
-    static QPoint redPixel()
-    {
-        const QImage screen = QGuiApplication::primaryScreen()->grabWindow(0).toImage();
-        for (int y = 0; y < screen.height(); ++y) {
-            for (int x = 0; x < screen.width(); ++x) {
-                if (screen.pixelColor(x, y) == QColor(0xc3, 0x0c, 0x15))
-                    return {x, y};
-            }
-        }
-        return {-1, -1};
-    }
 };
 
 void tst_TrayOnXServer::iconComesWithTheTray()
@@ -41,12 +26,12 @@ void tst_TrayOnXServer::iconComesWithTheTray()
     QTest::ignoreMessage(QtInfoMsg, "the desktop has no tray yet; the icon waits for one");
     auto *tray = new NySystemTrayService;
     tray->show();
-    QCOMPARE(redPixel(), QPoint(-1, -1));
+    QVERIFY(!isIconShown());
 
     QProcess trayer;
     trayer.start(u"trayer"_s, {u"--edge"_s, u"bottom"_s, u"--height"_s, u"24"_s});
     QVERIFY(trayer.waitForStarted());
-    QTRY_VERIFY_WITH_TIMEOUT(redPixel() != QPoint(-1, -1), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(isIconShown(), 15000);
 
     // A click of the mouse opens the menu, Escape closes it.
     QMenu *menu = nullptr;
@@ -61,15 +46,23 @@ void tst_TrayOnXServer::iconComesWithTheTray()
             menu->close();
         });
     });
-    const QPoint pixel = redPixel();
+    const QPoint pixel = iconPixel();
     QCOMPARE(
         QProcess::execute(u"xdotool"_s, {u"mousemove"_s, QString::number(pixel.x()), QString::number(pixel.y()), u"click"_s, u"1"_s}), 0);
     QTRY_COMPARE(aboutToShow.size(), 1);
     QTRY_VERIFY(isVisible);
     QTRY_VERIFY(!menu->isVisible());
 
+    // The tray goes, and comes again.
+    trayer.kill();
+    QVERIFY(trayer.waitForFinished());
+    QTRY_VERIFY(!isIconShown());
+    trayer.start();
+    QVERIFY(trayer.waitForStarted());
+    QTRY_VERIFY_WITH_TIMEOUT(isIconShown(), 15000);
+
     tray->hide();
-    QTRY_COMPARE(redPixel(), QPoint(-1, -1));
+    QTRY_VERIFY(!isIconShown());
     trayer.terminate();
     trayer.waitForFinished();
 }
