@@ -1,13 +1,14 @@
 // What looking at a photo costs, beside the bare run of the same model with its input laid out already.
 //
-// Usage: bench_understanding [--rounds N]. Writes a model of the size that phones run with /usr/bin/python3 and its module onnx; runs
-// the built-in model beside it when there is one.
+// Usage: bench_understanding [--rounds N] [MODELFOLDER]. Without a folder it takes the built-in model, and one of the size that phones
+// run, which /usr/bin/python3 with its module onnx writes.
 
 #include <NyOrrinAccess.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QPainter>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -165,6 +166,20 @@ int main(int argc, char **argv)
         return 1;
     }
     measureParts(rounds);
+
+    const QStringList folders = arguments.filter(QStringLiteral("/")).mid(1);
+    if (!folders.isEmpty()) {
+        const QString models = NyDirectoryConfig::instance().modelsFolder();
+        const QString folder = QFileInfo(folders.last()).absoluteFilePath();
+        if (!QDir().mkpath(models) || !QFile::link(folder, models + QStringLiteral("/given")))
+            return 1;
+        BareRun bare(orrin::ModelSource::inFolder(QFile::encodeName(folder).toStdString()));
+        NyOrrinAccess access;
+        if (!bare.isUsable())
+            return 1;
+        compare("given model", bare, access, rounds);
+        return 0;
+    }
 
     const QStringList builtIn = QDir(QStringLiteral(":/velmora/models")).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     if (builtIn.isEmpty()) {
