@@ -328,7 +328,13 @@ std::vector<OccasionAlbum> made()
             .byPictures()
             .is("newyear"));
     add(Album("", "2024-07-13").named("fireworks in July").on(2024, 7, 13).beginning(21).showing("fireworks", 20).isNothing());
-    add(Album("", "Camera Roll").named("a long walk in the woods").on(2024, 6, 15).showing("forest", 26).byPictures().is("hiking"));
+    add(Album("", "Camera Roll")
+            .named("a long walk in the woods")
+            .on(2024, 6, 15)
+            .showing("forest", 26)
+            .byPictures()
+            .is("hiking")
+            .weak("woods alone say little: they may be behind the house"));
     add(Album("", "iPhone")
             .named("skiing in Chile in July")
             .livingIn(SantiagoDeChile)
@@ -483,7 +489,7 @@ std::vector<OccasionAlbum> made()
     add(Album("en", "Soccer practice").on(2024, 9, 14).is("sports"));
     add(Album("en", "Mike & Jen tie the knot").on(2024, 8, 31).showing(feast).is("wedding").weak("a figure of speech"));
     add(Album("en", "Pumpkin patch").on(2024, 10, 19).isNothing("halloween"));
-    add(Album("en", "Bruges weekend").on(2024, 11, 8, 3).showing(streets).is("city", "vacation").weak("a city that is not on the list"));
+    add(Album("en", "Bruges weekend").on(2024, 11, 8, 3).showing(streets).is("city", "vacation").byPictures());
     add(Album("fr", "Mariage cousine Élodie - cérémonie laïque").on(2024, 6, 29).showing(feast).is("wedding"));
     add(Album("fr", "Les 50 ans de Papa").on(2024, 5, 4).showing(feast).is("birthday", "family").weak("a birthday by its number alone"));
     add(Album("fr", "Été 2023 Corse").on(2023, 7, 30, 14).at({Place{41.92, 8.74}}).showing(seaside).is("vacation", "beach"));
@@ -494,7 +500,7 @@ std::vector<OccasionAlbum> made()
     add(Album("es", "40 cumple Javi").on(2024, 2, 10).showing(feast).is("birthday"));
     add(Album("es", "Fotos playa verano").on(2024, 8, 12, 10).showing(seaside).is("beach", "vacation"));
     add(Album("es", "Nacimiento Lucas").on(2024, 3, 14, 2).is("baby"));
-    add(Album("es", "Belén y árbol").on(2024, 12, 8).showing(tree).is("christmas").weak("a crib that is a first name"));
+    add(Album("es", "Belén y árbol").on(2024, 12, 8).showing(tree).is("christmas").byPictures());
     add(Album("es", "Ruta del Cares").on(2024, 9, 7).showing(mountains).is("hiking").weak("a path by its name"));
 
     // Albums of one photo, of one photo many times, of nothing to see, and of nothing
