@@ -21,6 +21,7 @@ using Json = nlohmann::json;
 constexpr std::size_t MaximumConfigBytes = std::size_t{64} << 20;
 constexpr std::size_t MaximumTableBytes = std::size_t{256} << 20;
 constexpr int MaximumSidePx = 2048;
+constexpr int MaximumDepth = 64;
 constexpr std::size_t MaximumLabels = 100000;
 
 class FieldError : public std::runtime_error
@@ -38,6 +39,30 @@ std::string shortened(const Json &value)
     if (text.size() > 60)
         text = text.substr(0, 57) + "...";
     return text;
+}
+
+/** What works on parsed JSON calls itself for each level. */
+bool isNestedTooDeeply(std::string_view json)
+{
+    int depth = 0;
+    bool isText = false;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const char letter = json[i];
+        if (isText) {
+            if (letter == '\\')
+                ++i;
+            else
+                isText = letter != '"';
+        } else if (letter == '"') {
+            isText = true;
+        } else if (letter == '[' || letter == '{') {
+            if (++depth > MaximumDepth)
+                return true;
+        } else if (letter == ']' || letter == '}') {
+            --depth;
+        }
+    }
+    return false;
 }
 
 /** Reads one object's fields; names in messages carry the path to the object. */
@@ -353,6 +378,10 @@ std::optional<ModelConfig> ModelConfig::read(const ModelSource &source, const Lo
     const std::optional<std::string> text = source.read("model.json", MaximumConfigBytes, error);
     if (!text) {
         log(LogLevel::Warning, fileName + ' ' + error);
+        return std::nullopt;
+    }
+    if (isNestedTooDeeply(*text)) {
+        log(LogLevel::Warning, fileName + " is nested too deeply");
         return std::nullopt;
     }
     try {

@@ -18,7 +18,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(std::isfinite(read.digitalZoomRatio) && read.digitalZoomRatio > 0.0);
     require(std::isfinite(read.exposureTimeS) && std::isfinite(read.fNumber) && std::isfinite(read.focalLengthMm));
     require(std::isnan(read.latitude) == std::isnan(read.longitude));
-    require(read.storedSizePx.width() >= 0 && read.storedSizePx.height() >= 0);
     const NyFotoMetaData foto(read);
     require(foto.rating() >= -1 && foto.rating() <= 5);
     const QDateTime time = foto.captureTime();

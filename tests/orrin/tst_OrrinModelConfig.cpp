@@ -19,6 +19,7 @@ private Q_SLOTS:
     void wrongFields_data();
     void wrongFields();
     void noJson();
+    void bracketsInTexts();
     void missingFile();
     void unknownFieldsAreLeftOut();
     void modelsOfAFolder();
@@ -198,9 +199,20 @@ void tst_OrrinModelConfig::noJson()
     QVERIFY(!read("", log));
     // Deep nesting must not eat the stack.
     QVERIFY(!read(QByteArray(200000, '['), log));
-    QCOMPARE(log.warnings.size(), std::size_t{3});
+    QVERIFY(!read("{\"file\": " + QByteArray(200000, '[') + QByteArray(200000, ']') + '}', log));
+    QCOMPARE(log.warnings.size(), std::size_t{4});
+    QCOMPARE(log.warnings[3], std::string("memory/model.json is nested too deeply"));
     QCOMPARE(log.warnings[0], std::string("memory/model.json is no JSON, line 2, column 11"));
     QCOMPARE(log.warnings[1], std::string("memory/model.json is no JSON, line 1, column 1"));
+}
+
+void tst_OrrinModelConfig::bracketsInTexts()
+{
+    OrrinTestLog log;
+    QJsonObject json = changed(nullptr, "description", QString(100, u'[') + QStringLiteral("\\\"") + QString(100, u'{'));
+    json[QStringLiteral("labels")] = QJsonArray{QString(70, u'['), QStringLiteral("\\"), QStringLiteral("c")};
+    json.remove(QStringLiteral("occasions"));
+    QVERIFY2(read(QJsonDocument(json).toJson(), log), log.all().constData());
 }
 
 void tst_OrrinModelConfig::missingFile()
