@@ -1,8 +1,8 @@
 #include "NyImageLoader.h"
 
+#include <algorithm>
 #include <utility>
 
-#include <QtCore/QBuffer>
 #include <QtCore/QByteArrayView>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDebug>
@@ -12,6 +12,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 #include <QtCore/QPluginLoader>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QSet>
 #include <QtGui/QColorSpace>
 #include <QtGui/QImageReader>
@@ -25,8 +26,13 @@
 namespace
 {
 
-/** A progressive JPEG is kept as coefficients, about 6 bytes a pixel, at whatever size it is asked for. */
-constexpr qint64 MaximumPixelsProgressive = 128'000'000;
+/** A JPEG of several scans is kept as coefficients, about 6 bytes a pixel, at whatever size it is asked for. */
+constexpr qint64 MaximumPixelsOfManyScans = 128'000'000;
+/** Encoders make about ten; each costs the time of a pass over the whole picture, however few bytes it has. */
+constexpr int MaximumScans = 100;
+/** Above so many pixels a photo has more than one byte for 100 of them; even an empty one has that as a JPEG. */
+constexpr qint64 PixelsOfPossibleBomb = 50'000'000;
+constexpr qint64 MaximumPixelsPerByte = 100;
 
 enum class Content { Empty, Heif, Raw, Other };
 
@@ -55,22 +61,23 @@ bool isRawName(const QString &path)
     return extensions.contains(QFileInfo(path).suffix().toLower());
 }
 
-/** A file that remembers whether more was asked for than it has, which is how decoders meet a file that was cut short. */
-class EndWatchingFile : public QFile
+/** Remembers whether more was asked for than there is, which is how decoders meet a file that was cut short. */
+template <class Device>
+class EndWatching : public Device
 {
 public:
-    using QFile::QFile;
+    using Device::Device;
 
     /** Something was read when nothing was left. */
     bool isExhausted() const { return m_exhausted; }
-    /** Something was read that the file has only in part. */
+    /** Something was read that is there only in part. */
     bool gaveLess() const { return m_gaveLess; }
     void forget() { m_exhausted = m_gaveLess = false; }
 
 protected:
     qint64 readData(char *data, qint64 maximum) override
     {
-        const qint64 count = QFile::readData(data, maximum);
+        const qint64 count = Device::readData(data, maximum);
         m_exhausted = m_exhausted || (maximum > 0 && count <= 0);
         m_gaveLess = m_gaveLess || count < maximum;
         return count;
@@ -79,6 +86,34 @@ protected:
 private:
     bool m_exhausted = false;
     bool m_gaveLess = false;
+};
+
+using EndWatchingFile = EndWatching<QFile>;
+
+/** Bytes as a file. The JPEG plug-in takes the bytes out of a QBuffer without reading it, so that its end could not be watched. */
+class MemoryFile : public QIODevice
+{
+public:
+    explicit MemoryFile(QByteArray bytes)
+        : m_bytes(std::move(bytes))
+    {
+        // Unbuffered, so that nothing is read ahead of what the decoder asks for.
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    qint64 size() const override { return m_bytes.size(); }
+
+protected:
+    qint64 readData(char *data, qint64 maximum) override
+    {
+        const qint64 count = qBound<qint64>(0, m_bytes.size() - pos(), maximum);
+        std::copy_n(m_bytes.constData() + pos(), count, data);
+        return count;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    const QByteArray m_bytes;
 };
 
 Content contentOf(QByteArrayView head, const QString &path)
@@ -100,27 +135,106 @@ Content contentOf(QByteArrayView head, const QString &path)
     return isTiff && isRawName(path) ? Content::Raw : Content::Other;
 }
 
-/** Whether the start-of-frame marker (ITU T.81, table B.1) says progressive. The device stands where it stood afterwards. */
-bool isProgressiveJpeg(QIODevice &device)
+/** Goes through a file byte by byte without reading it one by one. */
+class ByteReader
+{
+public:
+    explicit ByteReader(QIODevice &device)
+        : m_device(device)
+    {
+    }
+
+    /** -1 at the end. */
+    int next()
+    {
+        if (m_at == m_block.size()) {
+            m_block = m_device.read(65536);
+            m_at = 0;
+        }
+        return m_at < m_block.size() ? uchar(m_block[m_at++]) : -1;
+    }
+
+    int nextTwo()
+    {
+        const int high = next();
+        const int low = next();
+        return high < 0 || low < 0 ? -1 : high << 8 | low;
+    }
+
+    bool skip(qint64 count)
+    {
+        const qint64 inBlock = qMin<qint64>(count, m_block.size() - m_at);
+        m_at += inBlock;
+        return count == inBlock || m_device.seek(m_device.pos() + count - inBlock);
+    }
+
+    /** Behind the next byte of this value; false at the end. */
+    bool goBehind(char value)
+    {
+        for (;;) {
+            const qsizetype found = m_block.indexOf(value, m_at);
+            if (found >= 0) {
+                m_at = found + 1;
+                return true;
+            }
+            m_at = m_block.size();
+            if (next() < 0)
+                return false;
+            --m_at;
+        }
+    }
+
+private:
+    QIODevice &m_device;
+    QByteArray m_block;
+    qsizetype m_at = 0;
+};
+
+struct JpegScans
+{
+    int count = 0; /**< at most one above MaximumScans; 1 for a picture that its first scan completes */
+    bool areCollected = false; /**< whether the decoder keeps the coefficients of all scans until it knows the picture */
+};
+
+/** From the markers of a JPEG (ITU T.81, annex B). The device stands where it stood afterwards. */
+JpegScans scansOf(QIODevice &device)
 {
     const qint64 start = device.pos();
-    bool progressive = false;
+    const auto restore = qScopeGuard([&device, start] { device.seek(start); });
     device.seek(2);
+    ByteReader bytes(device);
+    int components = 0;
+    JpegScans scans;
     for (;;) {
-        const QByteArray head = device.read(4);
-        if (head.size() < 4 || uchar(head[0]) != 0xff)
-            break;
-        const uchar marker = uchar(head[1]);
-        if (marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc) {
-            progressive = marker == 0xc2 || marker == 0xc6 || marker == 0xca || marker == 0xce;
-            break;
+        if (!bytes.goBehind('\xff'))
+            return scans;
+        int marker = bytes.next();
+        while (marker == 0xff)
+            marker = bytes.next();
+        // Stuffed zeros and restart markers stand within a scan, and neither they nor the outermost markers have a length.
+        if (marker == 0 || marker == 0x01 || (marker >= 0xd0 && marker <= 0xd8))
+            continue;
+        if (marker < 0 || marker == 0xd9)
+            return scans;
+        int length = bytes.nextTwo() - 2;
+        if (length < 0)
+            return scans;
+        const bool isFrame = marker >= 0xc0 && marker <= 0xcf && marker != 0xc4 && marker != 0xc8 && marker != 0xcc;
+        if (isFrame && length >= 6) {
+            scans.areCollected = marker == 0xc2 || marker == 0xc6 || marker == 0xca || marker == 0xce;
+            bytes.skip(5);
+            components = bytes.next();
+            length -= 6;
+        } else if (marker == 0xda && length >= 1) {
+            if (bytes.next() < components)
+                scans.areCollected = true;
+            --length;
+            if (++scans.count > MaximumScans || !scans.areCollected)
+                return scans;
         }
-        const int length = uchar(head[2]) << 8 | uchar(head[3]);
-        if (marker == 0xda || length < 2 || !device.seek(device.pos() + length - 2))
-            break;
+        if (!bytes.skip(length))
+            return scans;
     }
-    device.seek(start);
-    return progressive;
 }
 
 qint64 pixelsOf(const QSize &size)
@@ -237,10 +351,8 @@ public:
         // Once it has read, the reader does not tell the format any more.
         const QByteArray format = reader.format();
         const QSize stored = reader.size();
-        if (pixelsOf(stored) > maximumPixels(format, file, box)) {
-            refuse(stored);
+        if (!mayDecode(format, stored, file, box))
             return {};
-        }
         const QSize wanted = fitted(isTurned(orientation) ? stored.transposed() : stored, box);
         const QSize wantedStored = isTurned(orientation) ? wanted.transposed() : wanted;
         if (!stored.isEmpty() && wantedStored != stored)
@@ -267,11 +379,31 @@ public:
 private:
     static bool isJpeg(const QByteArray &format) { return format == "jpeg" || format == "jpg"; }
 
-    static qint64 maximumPixels(const QByteArray &format, QIODevice &device, const QSize &box)
+    /** On failure the reason is set. */
+    bool mayDecode(const QByteArray &format, const QSize &size, QIODevice &device, const QSize &box)
     {
-        if (!isJpeg(format) || box.isEmpty())
-            return NyImageLoader::MaximumPixelsDecodedWhole;
-        return isProgressiveJpeg(device) ? MaximumPixelsProgressive : NyImageLoader::MaximumPixels;
+        const qint64 pixels = pixelsOf(size);
+        qint64 maximum = NyImageLoader::MaximumPixelsDecodedWhole;
+        if (isJpeg(format)) {
+            const JpegScans scans = scansOf(device);
+            if (scans.count > MaximumScans) {
+                m_reason = QStringLiteral("it has more scans than a picture needs");
+                return false;
+            }
+            if (scans.areCollected)
+                maximum = MaximumPixelsOfManyScans;
+            else if (!box.isEmpty())
+                maximum = NyImageLoader::MaximumPixels;
+        }
+        if (pixels > maximum) {
+            refuse(size);
+            return false;
+        }
+        if (pixels > PixelsOfPossibleBomb && device.size() < pixels / MaximumPixelsPerByte) {
+            m_reason = QStringLiteral("%1 bytes for %2 x %3 pixels are no photo").arg(device.size()).arg(size.width()).arg(size.height());
+            return false;
+        }
+        return true;
     }
 
     void refuse(const QSize &size) { m_reason = QStringLiteral("it claims to have %1 x %2 pixels").arg(size.width()).arg(size.height()); }
@@ -371,19 +503,21 @@ private:
         }
         const QByteArray nativePath = QFile::encodeName(m_path);
         const int wantedPx = box.isEmpty() ? 0 : qMax(box.width(), box.height());
-        QByteArray preview = backend->preview(nativePath, wantedPx, m_reason);
+        const QByteArray preview = backend->preview(nativePath, wantedPx, m_reason);
         if (preview.isEmpty())
             return {};
         const NyImageMetaData metaData = backend->metaData(nativePath, {}, m_reason);
-        QBuffer buffer(&preview);
-        QImageReader reader(&buffer, QByteArrayLiteral("jpeg"));
+        EndWatching<MemoryFile> file(preview);
+        QImageReader reader(&file, QByteArrayLiteral("jpeg"));
         // The orientation of the raw file holds; a copy of it inside the preview would apply it twice.
         reader.setAutoTransform(false);
         const QSize stored = reader.size();
-        if (stored.isEmpty() || pixelsOf(stored) > NyImageLoader::MaximumPixelsDecodedWhole) {
+        if (stored.isEmpty()) {
             m_reason = QStringLiteral("its preview cannot be read");
             return {};
         }
+        if (!mayDecode(QByteArrayLiteral("jpeg"), stored, file, box))
+            return {};
         int orientation = metaData.orientation;
         // A preview that stands upright while the sensor lies was turned by the camera.
         const QSize sensor = metaData.storedSizePx;
@@ -395,9 +529,12 @@ private:
         const QSize wantedStored = isTurned(orientation) ? wanted.transposed() : wanted;
         if (wantedStored != stored)
             reader.setScaledSize(wantedStored);
+        file.forget();
         const QImage image = reader.read();
-        if (image.isNull())
-            m_reason = reader.errorString();
+        if (image.isNull() || file.isExhausted()) {
+            m_reason = image.isNull() ? reader.errorString() : QStringLiteral("its preview is cut short");
+            return {};
+        }
         return finished(upright(image, orientation));
     }
 

@@ -27,8 +27,8 @@ public:
     virtual std::optional<QString> sidecarExtension(const QByteArray &sidecar, QString &reason) const = 0;
 
     /**
-     * The smallest embedded JPEG that is at least @p wantedPx in either direction, else the largest. Empty, with a @p reason, when
-     * there is none.
+     * The smallest embedded JPEG that is at least @p wantedPx in either direction and has the largest one's proportions, else the
+     * largest. Empty, with a @p reason, when there is none.
      */
     virtual QByteArray preview(const QByteArray &path, int wantedPx, QString &reason) const = 0;
 };

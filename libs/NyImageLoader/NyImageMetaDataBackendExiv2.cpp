@@ -363,6 +363,13 @@ void readAll(const Exiv2::Image &image, const Exiv2::XmpData *sidecar, NyImageMe
     readTexts(exif, image.exifData(), layers, image.iptcData(), result);
 }
 
+/** Small previews often have black bars where the picture is narrower than they are. */
+bool haveSameProportions(const Exiv2::PreviewProperties &one, const Exiv2::PreviewProperties &other)
+{
+    const double ratio = double(one.width_) * double(other.height_) / (double(one.height_) * double(other.width_));
+    return ratio > 0.98 && ratio < 1.02;
+}
+
 bool parseXmp(const QByteArray &packet, Exiv2::XmpData &data, QString &reason)
 {
     if (packet.isEmpty()) {
@@ -426,13 +433,18 @@ QByteArray NyImageMetaDataBackendExiv2::preview(const QByteArray &path, int want
         const Exiv2::PreviewManager manager(*image);
         // Sorted by size, the smallest first.
         const Exiv2::PreviewPropertiesList all = manager.getPreviewProperties();
-        const Exiv2::PreviewProperties *best = nullptr;
+        const Exiv2::PreviewProperties *largest = nullptr;
         for (const Exiv2::PreviewProperties &properties : all) {
-            if (properties.extension_ != ".jpg")
-                continue;
-            best = &properties;
-            if (wantedPx > 0 && int(std::max(properties.width_, properties.height_)) >= wantedPx)
+            if (properties.extension_ == ".jpg")
+                largest = &properties;
+        }
+        const Exiv2::PreviewProperties *best = largest;
+        for (const Exiv2::PreviewProperties &properties : all) {
+            if (wantedPx > 0 && properties.extension_ == ".jpg" && int(std::max(properties.width_, properties.height_)) >= wantedPx
+                && haveSameProportions(properties, *largest)) {
+                best = &properties;
                 break;
+            }
         }
         if (best) {
             const Exiv2::PreviewImage preview = manager.getPreviewImage(*best);

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QRegularExpression>
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void heifOrientations();
     void rawPreviews_data();
     void rawPreviews();
+    void rawPreviewChoice();
     void rawPreviewWithItsOwnOrientation();
     void contentDecides_data();
     void contentDecides();
@@ -56,6 +58,12 @@ private Q_SLOTS:
     void trailingBytesDoNoHarm();
     void bombs_data();
     void bombs();
+    void tooManyScans_data();
+    void tooManyScans();
+    void manyScansOfRealEncoders();
+    void emptyGiants_data();
+    void emptyGiants();
+    void rawFilesCutShort();
     void pipeDoesNotBlock();
     void hostileNames();
     void manyThreads();
@@ -284,6 +292,26 @@ void tst_NyImageLoader::rawPreviews()
     }
 }
 
+void tst_NyImageLoader::rawPreviewChoice()
+{
+    const QByteArray large = TestPictures::jpegBytes(TestPictures::corners(QSize(600, 400)));
+    // The mirror image, so that one can tell which of the two was decoded.
+    const auto small = [](const QSize &size) { return TestPictures::jpegBytes(TestPictures::corners(size).mirrored(true, false)); };
+    const QString path = file(u"two.nef"_s);
+    QVERIFY(TestPictures::writeBytes(path, TestPictures::rawFile(QSize(6000, 4000), 1, large, small(QSize(240, 160)))));
+    for (const auto &[px, letters] : {std::pair(100, u"grwb"_s), std::pair(224, u"grwb"_s), std::pair(240, u"grwb"_s),
+             std::pair(241, u"rgbw"_s), std::pair(600, u"rgbw"_s), std::pair(5000, u"rgbw"_s)}) {
+        const QImage image = m_loader.loadScaled(path, QSize(px, px));
+        QCOMPARE(image.size(), px > 600 ? QSize(600, 400) : QSize(600, 400).scaled(px, px, Qt::KeepAspectRatio));
+        QCOMPARE(TestPictures::cornerLetters(image), letters);
+    }
+    QCOMPARE(m_loader.load(path).size(), QSize(600, 400));
+    QCOMPARE(m_loader.orientedSize(path), QSize(600, 400));
+    // A thumbnail of other proportions has black bars.
+    QVERIFY(TestPictures::writeBytes(path, TestPictures::rawFile(QSize(6000, 4000), 1, large, small(QSize(240, 180)))));
+    QCOMPARE(TestPictures::cornerLetters(m_loader.loadScaled(path, QSize(100, 100))), u"rgbw"_s);
+}
+
 void tst_NyImageLoader::rawPreviewWithItsOwnOrientation()
 {
     const QString jpegPath = file(u"preview.jpg"_s);
@@ -507,6 +535,141 @@ void tst_NyImageLoader::bombs()
         QTest::ignoreMessage(QtWarningMsg, line);
         QVERIFY(m_loader.orientedSize(path).isEmpty());
     }
+}
+
+namespace
+{
+
+QByteArray jpegSegment(int marker, const QByteArray &content)
+{
+    const qsizetype length = content.size() + 2;
+    return QByteArray("\xff").append(char(marker)).append(char(length >> 8)).append(char(length)) + content;
+}
+
+/** A JPEG (ITU T.81, annex B) of which every scan names this many of its components and has a single byte of data. */
+QByteArray jpegOfScans(int frameMarker, const QSize &size, int components, int scans, int componentsPerScan)
+{
+    QByteArray bytes = QByteArray("\xff\xd8") + jpegSegment(0xdb, QByteArray(1, '\0') + QByteArray(64, '\x10'));
+    QByteArray frame("\x08");
+    frame.append(char(size.height() >> 8)).append(char(size.height())).append(char(size.width() >> 8)).append(char(size.width()));
+    frame.append(char(components));
+    for (int i = 1; i <= components; ++i)
+        frame.append(char(i)).append('\x11').append('\0');
+    bytes += jpegSegment(frameMarker, frame);
+    for (const char table : {'\0', '\x10'})
+        bytes += jpegSegment(0xc4, QByteArray(1, table) + '\x01' + QByteArray(15, '\0') + '\0');
+    for (int scan = 0; scan < scans; ++scan) {
+        QByteArray header(1, char(componentsPerScan));
+        for (int i = 0; i < componentsPerScan; ++i)
+            header.append(char((scan + i) % components + 1)).append('\0');
+        header.append('\0').append(frameMarker == 0xc2 ? '\0' : '\x3f').append('\0');
+        bytes += jpegSegment(0xda, header) + '\0';
+        // A comment that looks like the end of the picture.
+        bytes += jpegSegment(0xfe, "\xff\xd9");
+    }
+    return bytes + QByteArray("\xff\xd9");
+}
+
+}
+
+void tst_NyImageLoader::tooManyScans_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("reason");
+    const QString many = u"it has more scans than a picture needs"_s;
+    QTest::newRow("progressive") << jpegOfScans(0xc2, QSize(2000, 2000), 1, 3000, 1) << many;
+    QTest::newRow("baseline, component by component") << jpegOfScans(0xc0, QSize(2000, 2000), 3, 3000, 1) << many;
+    QTest::newRow("all coefficients kept") << jpegOfScans(0xc0, QSize(20000, 20000), 3, 3, 1)
+                                           << u"it claims to have 20000 x 20000 pixels"_s;
+    QTest::newRow("progressive with one scan") << jpegOfScans(0xc2, QSize(20000, 20000), 1, 1, 1)
+                                               << u"it claims to have 20000 x 20000 pixels"_s;
+    QTest::newRow("a few bytes") << jpegOfScans(0xc0, QSize(20000, 20000), 3, 1, 3) << u"157 bytes for 20000 x 20000 pixels are no photo"_s;
+}
+
+void tst_NyImageLoader::tooManyScans()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, reason);
+    const QString path = file(u"scans.jpg"_s);
+    QVERIFY(TestPictures::writeBytes(path, bytes));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"\"%1\" : \"%2\"$"_s.arg(QRegularExpression::escape(path), reason)));
+    QVERIFY(m_loader.loadScaled(path, QSize(224, 224)).isNull());
+    // In a raw file as well.
+    const QString raw = file(u"scans.nef"_s);
+    QVERIFY(TestPictures::writeBytes(raw, TestPictures::rawFile(QSize(640, 480), 1, bytes)));
+    expectWarning(raw);
+    QVERIFY(m_loader.loadScaled(raw, QSize(224, 224)).isNull());
+}
+
+void tst_NyImageLoader::manyScansOfRealEncoders()
+{
+    // Ten scans are usual; restart markers and stuffed zeros are none.
+    const QString path = file(u"progressive.jpg"_s);
+    QImageWriter writer(path, "jpeg");
+    writer.setProgressiveScanWrite(true);
+    QVERIFY(writer.write(TestPictures::corners(QSize(640, 400))));
+    QVERIFY(TestPictures::readBytes(path).count("\xff\xda") > 5);
+    QCOMPARE(TestPictures::cornerLetters(m_loader.loadScaled(path, QSize(160, 160))), u"rgbw"_s);
+    // What stands behind the picture does not count.
+    QByteArray bytes = TestPictures::readBytes(path);
+    QVERIFY(TestPictures::writeBytes(path, bytes + QByteArray("\xff\xda\0\x02", 4).repeated(500)));
+    QCOMPARE(TestPictures::cornerLetters(m_loader.loadScaled(path, QSize(160, 160))), u"rgbw"_s);
+    // Baseline, all components in three scans.
+    const QString apart = file(u"apart.jpg"_s);
+    QVERIFY(TestPictures::writeBytes(apart, jpegOfScans(0xc0, QSize(64, 64), 3, 3, 1)));
+    QCOMPARE(m_loader.orientedSize(apart), QSize(64, 64));
+}
+
+void tst_NyImageLoader::emptyGiants_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"giant.png", "giant.tif"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void tst_NyImageLoader::emptyGiants()
+{
+    QFETCH(QString, name);
+    // One bit for each of its pixels, all alike: some kilobytes that would take 230 MB.
+    const QString path = file(name);
+    {
+        QImage image(8000, 7200, QImage::Format_Mono);
+        QVERIFY(!image.isNull());
+        image.fill(0);
+        QImageWriter writer(path);
+        writer.setCompression(name.endsWith(u".tif") ? 1 : 100);
+        QVERIFY2(writer.write(image), qPrintable(writer.errorString()));
+    }
+    QVERIFY2(QFileInfo(path).size() < 576'000, qPrintable(QString::number(QFileInfo(path).size())));
+    QTest::ignoreMessage(QtWarningMsg,
+        QRegularExpression(u"\"%1\" : \"[0-9]+ bytes for 8000 x 7200 pixels are no photo\"$"_s.arg(QRegularExpression::escape(path))));
+    QVERIFY(m_loader.loadScaled(path, QSize(224, 224)).isNull());
+}
+
+void tst_NyImageLoader::rawFilesCutShort()
+{
+    QImage image(600, 400, QImage::Format_RGB32);
+    quint32 state = 1;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            state = state * 1664525u + 1013904223u;
+            image.setPixel(x, y, 0xff000000u | state >> 8);
+        }
+    }
+    const QByteArray whole = TestPictures::rawFile(QSize(1200, 800), 6, TestPictures::jpegBytes(image));
+    const QString path = file(u"cut.nef"_s);
+    QVERIFY(TestPictures::writeBytes(path, whole));
+    QCOMPARE(m_loader.load(path).size(), QSize(400, 600));
+    for (const int percent : {0, 10, 50, 90, 99}) {
+        QVERIFY(TestPictures::writeBytes(path, whole.first(whole.size() * percent / 100)));
+        expectWarning(path);
+        QVERIFY2(m_loader.loadScaled(path, QSize(224, 224)).isNull(), qPrintable(QString::number(percent)));
+    }
+    // The file is whole, but the preview inside ends early.
+    const QByteArray jpeg = TestPictures::jpegBytes(image);
+    QVERIFY(TestPictures::writeBytes(path, TestPictures::rawFile(QSize(1200, 800), 6, jpeg.first(jpeg.size() / 2))));
+    expectWarning(path);
+    QVERIFY(m_loader.loadScaled(path, QSize(224, 224)).isNull());
 }
 
 void tst_NyImageLoader::pipeDoesNotBlock()

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 #include <exception>
+#include <vector>
 
 #include <exiv2/exiv2.hpp>
 #include <libheif/heif.h>
@@ -226,7 +227,7 @@ bool writeTurnedHeif(const QString &path, const QSize &uprightSize, int ownOrien
     return encodeHeif(path, cornersStored(uprightSize, ownOrientation), {0, false, ownOrientation, exifOrientation});
 }
 
-QByteArray rawFile(const QSize &sensorSize, int orientation, const QByteArray &jpeg)
+QByteArray rawFile(const QSize &sensorSize, int orientation, const QByteArray &jpeg, const QByteArray &thumbnail)
 {
     QByteArray bytes;
     const auto put16 = [&bytes](int value) { bytes.append(char(value & 0xff)).append(char(value >> 8 & 0xff)); };
@@ -234,34 +235,33 @@ QByteArray rawFile(const QSize &sensorSize, int orientation, const QByteArray &j
         put16(int(value & 0xffff));
         put16(int(value >> 16 & 0xffff));
     };
-    // TIFF 6.0: header, one directory; types 3 (SHORT) and 4 (LONG).
+    // TIFF 6.0: header, a chain of directories; types 3 (SHORT) and 4 (LONG).
     struct Entry
     {
         int tag;
         int type;
         qint64 value;
     };
-    const int count = 6;
-    const qint64 dataOffset = 8 + 2 + count * 12 + 4;
-    const Entry entries[count] = {
-        {0x0100, 4, sensorSize.width()},
-        {0x0101, 4, sensorSize.height()},
-        {0x0103, 3, 6},
-        {0x0112, 3, orientation},
-        {0x0201, 4, dataOffset},
-        {0x0202, 4, jpeg.size()},
+    const auto putDirectory = [&](const std::vector<Entry> &entries, qint64 next) {
+        put16(int(entries.size()));
+        for (const Entry &entry : entries) {
+            put16(entry.tag);
+            put16(entry.type);
+            put32(1);
+            put32(entry.value);
+        }
+        put32(next);
     };
+    const qint64 second = 8 + 2 + 6 * 12 + 4;
+    const qint64 dataOffset = second + (thumbnail.isEmpty() ? 0 : 2 + 3 * 12 + 4);
     bytes.append("II*").append('\0');
     put32(8);
-    put16(count);
-    for (const Entry &entry : entries) {
-        put16(entry.tag);
-        put16(entry.type);
-        put32(1);
-        put32(entry.value);
-    }
-    put32(0);
-    return bytes + jpeg;
+    putDirectory({{0x0100, 4, sensorSize.width()}, {0x0101, 4, sensorSize.height()}, {0x0103, 3, 6}, {0x0112, 3, orientation},
+                     {0x0201, 4, dataOffset}, {0x0202, 4, jpeg.size()}},
+        thumbnail.isEmpty() ? 0 : second);
+    if (!thumbnail.isEmpty())
+        putDirectory({{0x0103, 3, 6}, {0x0201, 4, dataOffset + jpeg.size()}, {0x0202, 4, thumbnail.size()}}, 0);
+    return bytes + jpeg + thumbnail;
 }
 
 QByteArray jpegBytes(const QImage &image)

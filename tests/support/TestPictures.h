@@ -45,8 +45,8 @@ bool writeTurnedHeif(const QString &path, const QSize &uprightSize, int ownOrien
 /** Whether this machine can write such a file. */
 bool canWriteHeif(bool av1);
 
-/** A file as raw formats are: a TIFF directory with a size, an orientation and an embedded JPEG. */
-QByteArray rawFile(const QSize &sensorSize, int orientation, const QByteArray &jpeg);
+/** A file as raw formats are: a TIFF directory with a size, an orientation and an embedded JPEG, and one with a thumbnail. */
+QByteArray rawFile(const QSize &sensorSize, int orientation, const QByteArray &jpeg, const QByteArray &thumbnail = {});
 
 QByteArray jpegBytes(const QImage &image);
 
