@@ -521,20 +521,24 @@ QString Page::header(const QString &title, const QString &explanation) const
 QString Page::summary() const
 {
     QString html = QStringLiteral("<nav aria-label=\"") + escaped(tr("Übersicht")) + QStringLiteral("\">\n<ul class=\"tiles\">\n");
+    int kinds = 0;
     for (size_t index = 0; index < m_sections.size(); ++index) {
         const Section &section = m_sections[index];
         if (section.entries.empty())
             continue;
+        ++kinds;
         const auto count = qint64(section.entries.size());
         const QLatin1String id(SectionIds[index]);
         html += QStringLiteral("<li><a class=\"tile\" href=\"#") + id + QStringLiteral("\" style=\"--kind: var(--") + id
             + QStringLiteral(")\"><b>") + number(count) + QStringLiteral("</b>") + escaped(sectionTitle(index, count))
             + QStringLiteral(" <span class=\"quiet\">") + escaped(pictureCount(section.pictures)) + QStringLiteral("</span></a></li>\n");
     }
-    html += QStringLiteral("<li><div class=\"tile\" style=\"--kind: var(--text)\"><b>") + number(m_allPictures) + QStringLiteral("</b>")
-        + escaped(m_allPictures == 1 ? tr("Foto") : tr("Fotos")) + QStringLiteral(" <span class=\"quiet\">")
-        + escaped(m_entryCount == 1 ? tr("in 1 Ordner") : tr("in %1 Ordnern").arg(number(m_entryCount)))
-        + QStringLiteral("</span></div></li>\n");
+    // With one kind its tile says it all.
+    if (kinds > 1) {
+        html += QStringLiteral("<li><div class=\"tile\" style=\"--kind: var(--text)\"><b>") + number(m_allPictures) + QStringLiteral("</b>")
+            + escaped(m_allPictures == 1 ? tr("Foto") : tr("Fotos")) + QStringLiteral(" <span class=\"quiet\">")
+            + escaped(tr("in %1 Ordnern").arg(number(m_entryCount))) + QStringLiteral("</span></div></li>\n");
+    }
     return html + QStringLiteral("</ul>\n</nav>\n");
 }
 

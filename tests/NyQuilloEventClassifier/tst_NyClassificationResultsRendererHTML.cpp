@@ -327,6 +327,8 @@ private Q_SLOTS:
         QCOMPARE(page.folder(u"2026"_s).facts, u"keine Fotos"_s);
         QCOMPARE(page.tiles, (QStringList{u"2Ereignisse 4 Fotos"_s, u"3Jahre 5 Fotos"_s, u"1Monat 3 Fotos"_s, u"5Fotos in 6 Ordnern"_s}));
         QVERIFY(page.footer.contains(u"jpg, heic"_s));
+        const Page years = rendered({result(tree.path(u"2024"_s), Kind::Year), result(tree.path(u"2025"_s), Kind::Year)}, 0);
+        QCOMPARE(years.tiles, QStringList{u"2Jahre 5 Fotos"_s});
     }
 
     void datesComeFromNames_data()
