@@ -7,6 +7,7 @@
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QResource>
 
 #include <NyDirectoryConfig.h>
 #include <OrrinEngine.h>
@@ -63,17 +64,14 @@ private:
         std::vector<std::pair<std::string, std::string_view>> files;
         const QStringList names = QDir(folder).entryList(QDir::Files);
         for (const QString &name : names) {
-            QFile file(folder + u'/' + name);
-            if (!file.open(QIODevice::ReadOnly))
-                continue;
-            const QByteArray &content = m_builtIn.emplace_back(file.readAll());
+            const QByteArray &content = m_builtIn.emplace_back(QResource(folder + u'/' + name).uncompressedData());
             files.emplace_back(name.toStdString(), std::string_view(content.constData(), static_cast<std::size_t>(content.size())));
         }
         return orrin::ModelSource::inMemory(folder.toStdString(), std::move(files));
     }
 
     std::once_flag m_once;
-    /** What the engine's models in memory point into; shared bytes do not move with the list. */
+    /** What the engine's models in memory point into: the program's own pages, or bytes that do not move with the list. */
     std::vector<QByteArray> m_builtIn;
     std::unique_ptr<orrin::Engine> m_engine;
 };
