@@ -39,7 +39,7 @@ OCCASIONS = {
     "open water": {"beach": 0.3},
     "swimming pool": {"vacation": 0.3},
     "snow": {"snow": 0.9},
-    "forest": {"hiking": 0.4},
+    "forest": {"hiking": 0.55},
     "mountains": {"hiking": 0.7},
     "city street": {"city": 0.7},
     "city at night": {"city": 0.7},
