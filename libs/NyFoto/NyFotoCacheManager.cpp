@@ -3,6 +3,10 @@
 #include <list>
 #include <utility>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <QtCore/QHash>
 #include <QtCore/QMutex>
 
@@ -91,12 +95,18 @@ NyFotoCacheManager::~NyFotoCacheManager() = default;
 
 void NyFotoCacheManager::clearCache()
 {
-    const QMutexLocker locker(&m_data->mutex);
-    m_data->drawableByKey = {};
-    m_data->drawables.clear();
-    m_data->usedBytes = 0;
-    m_data->factsByLocation = {};
-    m_data->facts.clear();
+    {
+        const QMutexLocker locker(&m_data->mutex);
+        m_data->drawableByKey = {};
+        m_data->drawables.clear();
+        m_data->usedBytes = 0;
+        m_data->factsByLocation = {};
+        m_data->facts.clear();
+    }
+#ifdef __GLIBC__
+    // Drawables are small enough to lie on the heap among other things, whose pages are kept otherwise.
+    ::malloc_trim(0);
+#endif
 }
 
 qint64 NyFotoCacheManager::maximumBytes() const

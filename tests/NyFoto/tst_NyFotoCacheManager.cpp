@@ -1,5 +1,12 @@
 #include <QTest>
 
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+#include <unistd.h>
+
+#include <QFile>
 #include <QThread>
 
 #include <NyFotoCacheManager.h>
@@ -34,6 +41,7 @@ private Q_SLOTS:
     void smallerLimit();
     void replacing();
     void clearing();
+    void clearingGivesMemoryBack();
     void metaDataAndSizes();
     void metaDataLimit();
     void threads();
@@ -139,6 +147,31 @@ void tst_NyFotoCacheManager::clearing()
     QVERIFY(!cache.size(u"a"_s, Stamp));
     cache.insertDrawable(u"a"_s, Stamp, Box, image());
     QCOMPARE(cache.usedBytes(), 400);
+}
+
+void tst_NyFotoCacheManager::clearingGivesMemoryBack()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__GLIBC__)
+    QSKIP("the allocator of this build keeps what is freed");
+#else
+    const auto residentKiB = [] {
+        QFile file(u"/proc/self/statm"_s);
+        return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) / 1024 : 0;
+    };
+    // From here on images come from the heap and not from mappings of their own, as in a program that has decoded large pictures.
+    std::free(std::malloc(16 * 1024 * 1024));
+    NyFotoCacheManager cache;
+    std::vector<std::unique_ptr<QByteArray>> others;
+    for (int i = 0; i < 150; ++i) {
+        cache.insertDrawable(QString::number(i), Stamp, Box, image(224));
+        // What else the program keeps lies between them.
+        others.push_back(std::make_unique<QByteArray>(1000, 'x'));
+    }
+    const qint64 full = residentKiB();
+    QVERIFY(cache.usedBytes() > 29'000'000);
+    cache.clearCache();
+    QVERIFY2(full - residentKiB() > 20'000, qPrintable(u"%1 KiB before, %2 after"_s.arg(full).arg(residentKiB())));
+#endif
 }
 
 void tst_NyFotoCacheManager::metaDataAndSizes()
