@@ -67,7 +67,7 @@ private Q_SLOTS:
 private:
     QString inPrefix(const QString &path) const { return m_prefix + u'/' + path; }
     QStringList elfFiles() const;
-    /** Starts a service of the installation and waits for its proposal of nine pictures, with the installation's own configuration. */
+    /** Starts a service of the installation and waits for its proposal of nine pictures, with files of its own in share/. */
     void makeProposal(ServiceUnderTest &service);
     /** The options in a text, with their dashes, without repetition. */
     static QStringList optionsIn(const QString &text);
@@ -184,10 +184,11 @@ void tst_Installation::makeProposal(ServiceUnderTest &service)
     service.addPictures(u"2026/2026-07-11 Hochzeit Anna & Tom"_s, 9);
     service.useProgramsIn(inPrefix(u"bin"_s));
     // What only the installation's own files say: five photos are enough, and there is a single design.
-    QVERIFY(writeFile(
-        inPrefix(u"share/VELMORA/quilloservice.xml"_s), "<quilloservice>" + ServiceUnderTest::quickSections() + "</quilloservice>"));
+    QVERIFY(writeFile(inPrefix(u"share/VELMORA/quilloservice.xml"_s),
+        "<quilloservice>" + ServiceUnderTest::quickSections("<eventFinder detectOccasions='selectedEvent'/>") + "</quilloservice>"));
     QVERIFY(writeFile(inPrefix(u"share/VELMORA/designs.xml"_s),
         "<designs><design id='velmora.style.installed' name='Installiert' proposal='true'/></designs>"));
+    QVERIFY(writeFile(inPrefix(u"share/VELMORA/models/broken/model.json"_s), "{"));
     MockNotificationServer server;
     QVERIFY(server.start());
     service.start({u"--serviceMode"_s, u"i"_s});
@@ -206,16 +207,23 @@ void tst_Installation::aProposalIsMade()
     if (QTest::currentTestFailed())
         return;
     const QString start = service.eventLog().filter(u"startAsService VALUES:"_s).join(u'\n');
-    QVERIFY2(start.endsWith(u"--proposalRecommendedStyles;velmora.style.installed"_s), qPrintable(start));
+    QVERIFY2(start.contains(u"--proposalRecommendedStyles;velmora.style.installed;--proposalOccasions;wedding"), qPrintable(start));
     const QByteArray book = readFile(service.proposalFolder() + u'/' + service.proposals().constFirst());
     QVERIFY2(book.contains("velmora.style.installed"), book.left(500).constData());
 
     QString loaded;
     for (const QFileInfo &log : QDir(loaderLog).entryInfoList(QDir::Files))
         loaded += QString::fromUtf8(readFile(log.filePath()));
+    // The programs' word on where libraries lie is kept as it is.
+    loaded.replace(u"/bin/../lib/"_s, u"/lib/"_s);
     QVERIFY(loaded.contains(inPrefix(u"lib/velmora/bin/VELMORA ALBUMA"_s)));
     QVERIFY(loaded.contains(inPrefix(u"lib/velmora/lib/libNyImageLoaderMetaData.so"_s)));
     QVERIFY(!loaded.contains(QStringLiteral(NY_BUILD_DIR)));
+    // Occasions come from the pictures too: with the installation's models, and its own runtime if it brought one along.
+    QVERIFY2(service.log().contains(u"share/VELMORA/models/broken"), qPrintable(service.log()));
+    const QStringList runtimes = QDir(inPrefix(u"lib/velmora/lib"_s)).entryList({u"libonnxruntime.so*"_s});
+    for (const QString &runtime : runtimes)
+        QVERIFY2(loaded.contains(inPrefix(u"lib/velmora/lib/"_s + runtime)), qPrintable(loaded.split(u'\n').filter(u"onnx"_s).join(u'\n')));
 
     // A session starts the program itself, whatever becomes of the links, and finds the icon that the entry names.
     const QSettings entry(QDir::homePath() + u"/.config/autostart/velmora.dorn.quillo.desktop"_s, QSettings::IniFormat);
