@@ -262,7 +262,7 @@ QString NyBookTitle::day(const QDate &date)
 
 QString NyBookTitle::occasionName(const QString &keyword)
 {
-    static const QHash<QString, QString> names{
+    const QHash<QString, QString> names{
         {u"wedding"_s, tr("Hochzeit")},
         {u"birthday"_s, tr("Geburtstag")},
         {u"christmas"_s, tr("Weihnachten")},

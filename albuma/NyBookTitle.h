@@ -4,7 +4,7 @@
 #include <QDate>
 #include <QStringList>
 
-/** Words for a book: title and subtitle from folder names, occasions and dates. Pure; German in every locale. */
+/** Words for a book, in the language of NyTranslation: title and subtitle from folder names, occasions and dates. Pure otherwise. */
 class NyBookTitle
 {
     Q_DECLARE_TR_FUNCTIONS(NyBookTitle)
@@ -31,6 +31,6 @@ public:
     /** "Samstag, 12. Juli 2024" */
     static QString day(const QDate &date);
 
-    /** The German word for an occasion keyword; empty for one that is not known. */
+    /** The word for an occasion keyword; empty for one that is not known. */
     static QString occasionName(const QString &keyword);
 };

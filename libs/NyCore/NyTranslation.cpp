@@ -69,11 +69,8 @@ QStringList NyTranslation::languages()
 {
     QStringList found{SOURCE_LANGUAGE};
     const QStringList files = QDir(FOLDER).entryList({PREFIX + u'*' + SUFFIX}, QDir::Files, QDir::Name);
-    for (const QString &file : files) {
-        const QString language = file.sliced(PREFIX.size()).chopped(SUFFIX.size());
-        if (language != SOURCE_LANGUAGE)
-            found.append(language);
-    }
+    for (const QString &file : files)
+        found.append(file.sliced(PREFIX.size()).chopped(SUFFIX.size()));
     return found;
 }
 
@@ -104,8 +101,9 @@ QString NyTranslation::install(const QStringList &userLanguages)
         const QWriteLocker locker(&now.lock);
         now.locale = localeOf(language);
     }
-    // German has a file of its own only for its plural forms.
-    if (!replaceTranslator(now.ownTexts, PREFIX + language, FOLDER) && language != SOURCE_LANGUAGE)
+    if (language == SOURCE_LANGUAGE)
+        delete now.ownTexts;
+    else if (!replaceTranslator(now.ownTexts, PREFIX + language, FOLDER))
         qWarning() << "the texts of the language" << language << "cannot be loaded";
     // Comes in a package of its own, which may be missing; then Qt's few texts are English.
     replaceTranslator(now.qtTexts, u"qtbase_"_s + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath));

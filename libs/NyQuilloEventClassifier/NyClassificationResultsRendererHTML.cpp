@@ -723,7 +723,7 @@ QString Page::footer(int picturesOfFolder) const
 
 QString Page::occasionWord(const QString &keyword)
 {
-    static const QHash<QString, QString> words{
+    const QHash<QString, QString> words{
         {QStringLiteral("wedding"), tr("Hochzeit")},
         {QStringLiteral("birthday"), tr("Geburtstag")},
         {QStringLiteral("christmas"), tr("Weihnachten")},

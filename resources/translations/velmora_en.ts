@@ -594,10 +594,6 @@
         <translation>Photos</translation>
     </message>
     <message>
-        <source>in 1 Ordner</source>
-        <translation>in 1 folder</translation>
-    </message>
-    <message>
         <source>in %1 Ordnern</source>
         <translation>in %1 folders</translation>
     </message>
