@@ -114,7 +114,7 @@ QString tst_AutostartEntry::startedByGlib() const
     if (outcome.code != 0)
         return QString();
     // It does not wait for what it starts.
-    [&] { QTRY_VERIFY(QFile::exists(mark)); }();
+    [&] { QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(mark), 20000); }();
     return QString::fromUtf8(TestSupport::readFile(mark));
 }
 
