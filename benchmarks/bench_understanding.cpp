@@ -42,7 +42,7 @@ QImage paintedPhoto(int number, QSize size)
     return image;
 }
 
-/** The model alone: one session whose input holds a photo, run again and again. */
+/** The model alone: one session, whose input is the next photo each time, laid out before the clock runs. */
 class BareRun
 {
 public:
@@ -54,9 +54,11 @@ public:
             return;
         orrin::Preprocessor preprocessor(*config);
         m_input.resize(preprocessor.valueCount());
-        const QImage photo = paintedPhoto(1, QSize(224, 224)).convertToFormat(QImage::Format_RGB888);
-        preprocessor.fill(
-            {photo.constBits(), photo.width(), photo.height(), static_cast<std::ptrdiff_t>(photo.bytesPerLine())}, m_input.data());
+        for (int i = 0; i < photosARound; ++i) {
+            const QImage photo = paintedPhoto(i, QSize(224, 224)).convertToFormat(QImage::Format_RGB888);
+            preprocessor.fill({photo.constBits(), photo.width(), photo.height(), static_cast<std::ptrdiff_t>(photo.bytesPerLine())},
+                m_prepared.emplace_back(preprocessor.valueCount()).data());
+        }
         const std::int64_t width = config->inputWidthPx;
         const std::int64_t height = config->inputHeightPx;
         const std::vector<std::int64_t> shape = config->layout == orrin::ModelConfig::Layout::Nchw
@@ -74,6 +76,7 @@ public:
     }
 
     bool isUsable() const { return m_session != nullptr; }
+    void prepare(int photo) { m_input = m_prepared.at(static_cast<std::size_t>(photo)); }
     void run()
     {
         std::string error;
@@ -83,6 +86,7 @@ public:
 
 private:
     std::vector<float> m_input;
+    std::vector<std::vector<float>> m_prepared;
     std::vector<std::string> m_outputs;
     std::vector<std::vector<float>> m_results;
     std::unique_ptr<orrin::Session> m_session;
@@ -93,10 +97,12 @@ void compare(const char *title, BareRun &bare, NyOrrinAccess &access, int rounds
     std::printf("%s, %d photos a round, median of %d rounds, processor time\n", title, photosARound, rounds);
     Measurement times;
     times.add("the model's bare run", [&] {
-        return Measurement::processorMilliseconds([&] {
-            for (int i = 0; i < photosARound; ++i)
-                bare.run();
-        });
+        double total = 0.0;
+        for (int i = 0; i < photosARound; ++i) {
+            bare.prepare(i);
+            total += Measurement::processorMilliseconds([&] { bare.run(); });
+        }
+        return total;
     });
     // The aspect ratios that a box of 224 by 224 gives.
     for (const QSize size : {QSize(224, 224), QSize(224, 168), QSize(126, 224)}) {

@@ -28,6 +28,46 @@ void logLine(orrin::LogLevel level, const std::string &text)
         qInfo().noquote() << line;
 }
 
+/**
+ * The picture as three bytes a pixel. What a photo is decoded to goes into memory that the thread keeps: new memory for each photo costs
+ * as much as all the rest that is not the model.
+ */
+class Pixels
+{
+public:
+    explicit Pixels(const QImage &image)
+    {
+        if (image.format() != QImage::Format_RGB32) {
+            m_converted = image.convertToFormat(QImage::Format_RGB888);
+            m_view = {m_converted.constBits(), m_converted.width(), m_converted.height(), m_converted.bytesPerLine()};
+            return;
+        }
+        thread_local std::vector<uchar> kept;
+        const auto bytesPerLine = static_cast<std::size_t>(image.width()) * 3;
+        const std::size_t needed = bytesPerLine * static_cast<std::size_t>(image.height());
+        // A large picture's memory is not held for the small ones after it.
+        if (kept.size() < needed || kept.size() > 4 * needed)
+            kept = std::vector<uchar>(needed);
+        for (int y = 0; y < image.height(); ++y) {
+            const auto *in = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+            uchar *out = kept.data() + bytesPerLine * static_cast<std::size_t>(y);
+            for (int x = 0; x < image.width(); ++x, out += 3) {
+                out[0] = static_cast<uchar>(qRed(in[x]));
+                out[1] = static_cast<uchar>(qGreen(in[x]));
+                out[2] = static_cast<uchar>(qBlue(in[x]));
+            }
+        }
+        m_view = {kept.data(), image.width(), image.height(), static_cast<std::ptrdiff_t>(bytesPerLine)};
+    }
+
+    /** Valid until the thread's next one is made. */
+    const orrin::ImageView &view() const { return m_view; }
+
+private:
+    QImage m_converted;
+    orrin::ImageView m_view;
+};
+
 std::filesystem::path nativePath(const QString &path)
 {
     return std::filesystem::path(QFile::encodeName(path).toStdString());
@@ -86,10 +126,10 @@ NyOrrinAccess::~NyOrrinAccess() = default;
 bool NyOrrinAccess::process(const QImage &image, NyOrrinVisionDescriptorsBuilder &descriptors)
 {
     descriptors.setDescriptors({});
-    const QImage pixels = image.convertToFormat(QImage::Format_RGB888);
-    if (pixels.isNull())
+    const Pixels pixels(image);
+    if (!pixels.view().isValid())
         return false;
-    orrin::Descriptors seen = d->engine().describe({pixels.constBits(), pixels.width(), pixels.height(), pixels.bytesPerLine()});
+    orrin::Descriptors seen = d->engine().describe(pixels.view());
     const bool isValid = seen.isValid;
     descriptors.setDescriptors(std::move(seen));
     return isValid;

@@ -16,7 +16,7 @@ constexpr int HashColumns = 9;
 constexpr int HashRows = 8;
 constexpr int DarkBelow = 10;
 constexpr int BrightAbove = 245;
-/** So many squares of differences fit into 32 bits, also in planes of sums. */
+/** So many squares of differences fit into 32 bits, also in planes of sums, and so many values into 16. */
 constexpr int Stretch = 64;
 
 /** Brightness of a picture, row by row. */
@@ -204,7 +204,8 @@ void fillColorSignature(const ImageView &image, Descriptors &result)
 }
 
 /** Adds a row's values to the cells that it crosses, pixels at their borders by the share that is inside. */
-void addRow(const std::uint8_t *values, int width, double share, std::array<double, HashColumns> &cells)
+template <class Value>
+void addRow(const Value *values, int width, double share, std::array<double, HashColumns> &cells)
 {
     const double cellWidth = static_cast<double>(width) / HashColumns;
     for (int column = 0; column < HashColumns; ++column) {
@@ -212,10 +213,9 @@ void addRow(const std::uint8_t *values, int width, double share, std::array<doub
         const double right = (column + 1) * cellWidth;
         const int first = static_cast<int>(left);
         const int last = std::min(width - 1, static_cast<int>(std::ceil(right)) - 1);
-        std::int64_t inside = 0;
+        double sum = values[first] * (std::min(right, first + 1.0) - left);
         for (int x = first + 1; x < last; ++x)
-            inside += values[x];
-        double sum = static_cast<double>(inside) + values[first] * (std::min(right, first + 1.0) - left);
+            sum += values[x];
         if (last > first)
             sum += values[last] * (right - last);
         cells[static_cast<std::size_t>(column)] += share * sum;
@@ -226,14 +226,26 @@ std::uint64_t differenceHash(const Luma &luma)
 {
     const double cellHeight = static_cast<double>(luma.height()) / HashRows;
     const double cellPixels = cellHeight * luma.width() / HashColumns;
+    const auto width = static_cast<std::size_t>(luma.width());
+    std::vector<std::uint32_t> whole(width);
     std::uint64_t hash = 0;
     for (int row = 0; row < HashRows; ++row) {
         const double top = row * cellHeight;
         const double bottom = (row + 1) * cellHeight;
         const int last = std::min(luma.height() - 1, static_cast<int>(std::ceil(bottom)) - 1);
         std::array<double, HashColumns> cells{};
-        for (int y = static_cast<int>(top); y <= last; ++y)
-            addRow(luma.row(y), luma.width(), std::min(bottom, y + 1.0) - std::max(top, static_cast<double>(y)), cells);
+        std::fill(whole.begin(), whole.end(), 0U);
+        for (int y = static_cast<int>(top); y <= last; ++y) {
+            const double share = std::min(bottom, y + 1.0) - std::max(top, static_cast<double>(y));
+            const std::uint8_t *const values = luma.row(y);
+            if (share < 1.0) {
+                addRow(values, luma.width(), share, cells);
+                continue;
+            }
+            for (std::size_t x = 0; x < width; ++x)
+                whole[x] += values[x];
+        }
+        addRow(whole.data(), luma.width(), 1.0, cells);
         for (std::size_t column = 1; column < HashColumns; ++column) {
             // Half a grey level: rounding must not set bits in an even area.
             if (cells[column] > cells[column - 1] + 0.5 * cellPixels)
@@ -258,16 +270,16 @@ Descriptors ImageStatistics::describe(const ImageView &image)
     const std::vector<std::uint8_t> &values = luma.values();
     for (std::size_t first = 0; first < values.size(); first += Stretch) {
         const std::size_t last = std::min(values.size(), first + Stretch);
-        std::uint32_t stretchSum = 0;
+        std::uint16_t stretchSum = 0;
         std::int32_t stretchSquares = 0;
-        std::uint32_t stretchDark = 0;
-        std::uint32_t stretchBright = 0;
+        std::uint8_t stretchDark = 0;
+        std::uint8_t stretchBright = 0;
         for (std::size_t i = first; i < last; ++i) {
             const auto value = static_cast<std::int16_t>(values[i]);
-            stretchSum += values[i];
+            stretchSum = static_cast<std::uint16_t>(stretchSum + values[i]);
             stretchSquares += value * value;
-            stretchDark += values[i] < DarkBelow ? 1U : 0U;
-            stretchBright += values[i] > BrightAbove ? 1U : 0U;
+            stretchDark = static_cast<std::uint8_t>(stretchDark + (values[i] < DarkBelow ? 1 : 0));
+            stretchBright = static_cast<std::uint8_t>(stretchBright + (values[i] > BrightAbove ? 1 : 0));
         }
         sum += stretchSum;
         squares += static_cast<std::uint64_t>(stretchSquares);
