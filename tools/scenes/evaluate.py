@@ -174,9 +174,16 @@ def main():
                 samples.append((f"{label} {i}", model.probabilities(image), [label]))
         print("Painted:")
         report(model, samples)
+    together = []
     for folder, list_file in zip(options.photographs[::2], options.photographs[1::2]):
         print(f"Photographs of {list_file.name}:")
-        report(model, ((name, model.probabilities(image), truth) for name, image, truth in photographs(folder, list_file)), names=True)
+        samples = [(name, model.probabilities(image), truth) for name, image, truth in photographs(folder, list_file)]
+        if samples:
+            report(model, samples, names=True)
+        together += samples
+    if len(options.photographs) > 2 and together:
+        print("All photographs:")
+        report(model, together)
 
 
 if __name__ == "__main__":

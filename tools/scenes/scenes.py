@@ -250,8 +250,8 @@ def snow(r):
             x = int(c.w * between(r, 0, 0.999))
             conifer(c, x, float(far[x]) + c.h * between(r, 0, 0.06), c.h * between(r, 0.04, 0.2), trees * between(r, 0.7, 1.5))
     c.fill(c.below(line, 1.5), ground)
-    for _ in range(pick(r, [0, 0, 0, 1, 2, 3, 5, 8])):
-        x, height = c.w * between(r, 0, 1), c.h * between(r, 0.1, 0.7)
+    for _ in range(int(r.integers(0, 9))):
+        x, height = c.w * between(r, 0, 1), c.h * between(r, 0.15, 0.8)
         foot = max(float(line[int(min(x, c.w - 1))]) + 3, c.h * between(r, 0.4, 1.0))
         if chance(r, 0.5):
             conifer(c, x, foot, height, trees)
@@ -315,21 +315,6 @@ def forest(r):
         crown(c, c.w * between(r, 0, 1), c.h * between(r, -0.05, 0.6), c.h * between(r, 0.08, 0.3), hsv(r, hue, (0.3, 0.9), (0.15, 0.75)))
     for _ in range(int(r.integers(0, 8))):
         crown(c, c.w * between(r, 0, 1), c.h * between(r, 0.75, 1.05), c.h * between(r, 0.05, 0.2), hsv(r, hue, (0.3, 0.9), (0.1, 0.6)))
-    if chance(r, 0.2):
-        x, w, top = c.w * between(r, 0.25, 0.75), c.w * between(r, 0.03, 0.18), c.h * between(r, 0.15, 0.5)
-        fall = c.polygon([(x - w * 0.7, top), (x + w * 0.7, top), (x + w, c.h * floor), (x - w, c.h * floor)], 1.5)
-        c.fill(fall * (0.55 + 0.45 * c.noise(24, 2, 0.7, 0.15)), np.float32(between(r, 0.75, 1)))
-        if chance(r, 0.5):
-            c.fill(
-                c.polygon([(x - w, c.h * floor), (x + w, c.h * floor), (x + w * 3, c.h), (x - w * 3, c.h)], 3) * 0.7,
-                hsv(r, (100, 220), (0.0, 0.3), (0.3, 0.8)),
-            )
-    if chance(r, 0.2):
-        rocks = c.noise(int(r.integers(6, 16)), 3, 0.6)
-        c.fill(
-            np.clip((rocks - 0.55) * 8, 0, 1) * c.below(c.h * between(r, 0.4, 0.7), 8),
-            c.textured(hsv(r, (20, 220), (0, 0.15), (0.3, 0.75)), 0.3, 20),
-        )
     people(c, 2, (0.75, 1.1), (0.1, 0.6))
     return c, False
 
@@ -471,7 +456,7 @@ def street(r):
     vx, vy = c.w * between(r, 0.2, 0.8), c.h * between(r, 0.4, 0.68)
     paving = c.textured(hsv(r, (0, 60), (0, 0.25), (0.3, 0.75)), between(r, 0.05, 0.3), 24, 3, 2)
     c.fill(c.below(vy, 1), paving)
-    if chance(r, 0.4):
+    if chance(r, 0.25):
         # A skyline or a row of houses across a square.
         x = -c.w * 0.1
         while x < c.w:
@@ -644,9 +629,7 @@ def stage(r):
     hue = between(r, 0, 360)
     c.a[:] = c.gradient(hsv(r, (hue, hue + 40), (0.3, 1), (0.0, 0.25)), hsv(r, (hue - 30, hue + 60), (0.3, 1), (0.02, 0.4)))
     back = c.h * between(r, 0.45, 0.75)
-    if chance(r, 0.3):
-        c.a *= between(r, 0.1, 0.6)
-    for _ in range(int(r.integers(2, 14))):
+    for _ in range(int(r.integers(2, 11))):
         x, y = c.w * between(r, -0.05, 1.05), c.h * between(r, -0.05, 0.3)
         color = hsv(r, (hue - 60, hue + 60) if chance(r, 0.7) else (0, 360), (0.3, 1.0), (0.6, 1.0))
         t = between(r, 0.15, 0.85) * math.pi
@@ -679,7 +662,7 @@ def stage(r):
         )
     c.fill(c.below(back, 3) * 0.8, hsv(r, (hue, hue + 60), (0.1, 0.8), (0.0, 0.2)))
     for _ in range(int(r.integers(1, 6))):
-        figure(c, c.w * between(r, 0.1, 0.9), back + c.h * 0.04, c.h * between(r, 0.06, 0.35), dark=chance(r, 0.6))
+        figure(c, c.w * between(r, 0.1, 0.9), back + c.h * 0.04, c.h * between(r, 0.12, 0.45), dark=chance(r, 0.6))
     if chance(r, 0.75):
         y = c.h * between(r, 0.75, 0.98)
         tone = any_color(r) * 0.06
@@ -1277,7 +1260,7 @@ def leaves(r):
     hue = (55, 140) if chance(r, 0.8) else (10, 60)
     color = hsv(r, hue, (0.3, 1.0), (0.2, 0.8))
     c.a[:] = c.textured(color * between(r, 0.2, 0.9), between(r, 0.2, 0.9), int(r.integers(3, 20)), int(r.integers(1, 5)))
-    kind = int(r.integers(3))
+    kind = int(r.integers(4))
     if kind == 0:
         lean = between(r, -0.6, 0.6)
         for _ in range(int(r.integers(30, 120))):
@@ -1294,7 +1277,7 @@ def leaves(r):
         c.a[:] = color * (between(r, 0.7, 1.0) + between(r, 0.1, 0.5) * veins[..., None]) * (1 - 0.2 * v[..., None])
         c.fill(np.clip(1 - v * between(r, 12, 50), 0, 1), color * between(r, 0.6, 1.7))
         c.a *= 1 + between(r, 0, 0.3) * (c.noise(5, 3)[..., None] - 0.5)
-    else:
+    elif kind == 2:
         for _ in range(int(r.integers(4, 60))):
             x, y, s, t = c.w * between(r, 0, 1), c.h * between(r, 0, 1), min(c.w, c.h) * between(r, 0.05, 0.45), between(r, 0, 6.3)
             dx, dy, w = math.cos(t) * s, math.sin(t) * s, between(r, 0.15, 0.5)
@@ -1302,6 +1285,9 @@ def leaves(r):
             tone = color * between(r, 0.4, 1.6)
             c.shape(lambda k: k.polygon(points, fill=255), tone, between(r, 0, 1))
             c.shape(lambda k: k.line([points[0], points[2]], fill=200, width=1), tone * between(r, 0.7, 1.4))
+    else:
+        for _ in range(int(r.integers(5, 25))):
+            crown(c, c.w * between(r, 0, 1), c.h * between(r, 0, 1), c.h * between(r, 0.05, 0.25), color * between(r, 0.5, 1.5))
     if chance(r, 0.3):
         x, y, s = c.w * between(r, 0.2, 0.8), c.h * between(r, 0.2, 0.8), c.h * between(r, 0.04, 0.2)
         c.shape(lambda d: d.ellipse([x - s, y - s * 0.6, x + s, y + s * 0.6], fill=255), c.textured(any_color(r), 0.5, 20), 0.5)
@@ -1405,33 +1391,6 @@ def drive(r):
     return c, False
 
 
-def contrast(r):
-    """Bright shapes on black: modern walls, lamps by day, things before a black cloth."""
-    c = Canvas(r)
-    c.a[:] = c.textured(hsv(r, (0, 360), (0, 0.3), (0.0, 0.15)), 0.5, 6)
-    bright = hsv(r, (0, 360), (0, 0.15) if chance(r, 0.6) else (0, 0.8), (0.6, 1.0))
-    kind = int(r.integers(3))
-    if kind == 0:
-        t = between(r, 0, 3.14)
-        x, y = np.linspace(-1, 1, c.w)[None, :], np.linspace(-1, 1, c.h)[:, None]
-        wave = np.sin((x * math.cos(t) + y * math.sin(t) + between(r, 0, 1) * c.noise(2, 2)) * between(r, 5, 50))
-        c.fill(np.clip((wave - between(r, -0.5, 0.8)) * between(r, 2, 10), 0, 1), bright)
-    elif kind == 1:
-        for _ in range(int(r.integers(1, 30))):
-            points = [(c.w * between(r, 0, 1), c.h * between(r, 0, 1)) for _ in range(int(r.integers(2, 5)))]
-            c.shape(lambda d: d.line(points, fill=255, width=int(r.integers(1, 9))), bright * between(r, 0.5, 1), between(r, 0, 1))
-    else:
-        for _ in range(int(r.integers(1, 6))):
-            x, y, a, b = c.w * between(r, 0, 1), c.h * between(r, 0, 1), c.w * between(r, 0.05, 0.35), c.h * between(r, 0.05, 0.35)
-            oval = chance(r, 0.6)
-            c.shape(
-                lambda d: (d.ellipse if oval else d.rectangle)([x - a, y - b, x + a, y + b], fill=255),
-                c.textured(bright, 0.6, int(r.integers(4, 30))),
-                between(r, 0, 2),
-            )
-    return c, chance(r, 0.4)
-
-
 SCENES = {
     "sandy beach": beach,
     "open water": water,
@@ -1494,8 +1453,6 @@ OTHERS = [
     pale,
     drive,
     drive,
-    contrast,
-    contrast,
 ]
 
 LABELS = ["something else"] + list(SCENES)

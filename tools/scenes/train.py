@@ -2,7 +2,7 @@
 
 Without a folder: the one in resources/models. --quick paints a tenth; its result is for trying the scripts only. --painted keeps the
 measurements of the painted pictures in a file, and takes them from there if it exists: for trying other trainings. The seeds are
-fixed, so a second run on the same machine writes the same bytes.
+fixed.
 """
 
 import argparse
@@ -24,13 +24,13 @@ HERE = pathlib.Path(__file__).resolve().parent
 DEFAULT_FOLDER = HERE.parent.parent / "resources" / "models" / "scenes"
 
 SEED = 20240917
-PAINTED_OF_SCENE = 320
-PAINTED_OF_OTHERS = 4400
+PAINTED_OF_SCENE = 300
+PAINTED_OF_OTHERS = 4200
 SHOTS = 2
 CALIBRATION_OF_SCENE = 40
 CALIBRATION_OF_OTHERS = 600
-HEADS = 2
-EPOCHS = 16
+HEADS = 1
+EPOCHS = 12
 NOISE = 0.25
 
 # Which scene tells of which occasion, and how much of its probability counts there; docs/models.md says why.
@@ -44,8 +44,7 @@ OCCASIONS = {
     "city street": {"city": 0.7},
     "city at night": {"city": 0.7},
     "fireworks": {"newyear": 0.7},
-    "stage lights": {"concert": 0.7},
-    "candles in the dark": {"birthday": 0.6},
+    "candles in the dark": {"birthday": 0.4},
     "christmas tree": {"christmas": 0.8},
     "sports pitch": {"sports": 0.7},
 }
@@ -121,7 +120,7 @@ def main():
 
     heads = []
     for number in range(HEADS):
-        torch.manual_seed(SEED + number)
+        torch.manual_seed(number)
         head = network.Head(len(scenes.LABELS))
         train(head, x, y, EPOCHS)
         heads.append(head)
