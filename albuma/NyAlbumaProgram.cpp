@@ -16,6 +16,7 @@
 #include <NyGeneralSettings.h>
 #include <NyLogMessageHandler.h>
 #include <NyProgramConfig.h>
+#include <NyQuilloServiceSettings.h>
 #include <NyTranslation.h>
 #include <NyUnixSignalNotifier.h>
 #include <NyVersionConfig.h>
@@ -129,6 +130,9 @@ int NyAlbumaProgram::runWindows(const NyAlbumaStart &start, int &argc, char **ar
     const NyUnixSignalNotifier signalNotifier({SIGTERM, SIGINT, SIGHUP});
     QObject::connect(&signalNotifier, &NyUnixSignalNotifier::received, &application, &QCoreApplication::quit);
 
+    // The pictures home first: it is where the service looks unless the user said otherwise.
+    NyFotoSettings::instance().loadSettings();
+    NyQuilloServiceSettings::instance().loadSettings();
     NyAlbumaWindows windows(start.suppressLoadWarnings ? NyLoadWarnings::Suppress : NyLoadWarnings::Show);
     if (start.projectFile.isEmpty())
         windows.showStart();

@@ -23,11 +23,14 @@ NyAlbumaWindows::~NyAlbumaWindows() = default;
 void NyAlbumaWindows::showStart()
 {
     if (!m_start) {
-        m_start = std::make_unique<NyStartWindow>();
-        connect(m_start.get(), &NyStartWindow::openRequested, this, &NyAlbumaWindows::askForProject);
+        m_start = std::make_unique<NyStartWindow>(m_settings);
+        connect(m_start.get(), &NyStartWindow::bookRequested, this, &NyAlbumaWindows::askForProject);
+        connect(m_start.get(), &NyStartWindow::openRequested, this, &NyAlbumaWindows::openProject);
         connect(m_start.get(), &NyStartWindow::preferencesRequested, this, &NyAlbumaWindows::showPreferences);
     }
     m_start->show();
+    m_start->raise();
+    m_start->activateWindow();
 }
 
 void NyAlbumaWindows::openProject(const QString &path)
@@ -49,9 +52,15 @@ void NyAlbumaWindows::openProject(const QString &path)
     const auto &registry = NyPreInstalledDesignElementRegistry::instance();
     auto window = std::make_unique<NyBookWindow>(*result.project, registry.firstKnownStyle({result.project->style}), m_warnings);
     connect(window.get(), &NyBookWindow::openRequested, this, &NyAlbumaWindows::askForProject);
-    // Sender of the request to open another book may be the window that goes.
-    if (m_book)
-        m_book.release()->deleteLater();
+    connect(window.get(), &NyBookWindow::startRequested, this, &NyAlbumaWindows::leaveBook);
+    connect(window.get(), &NyBookWindow::quitRequested, this, [this] { m_isQuitting = true; });
+    connect(window.get(), &NyBookWindow::closed, this, [this] {
+        // Before the book is gone: the program ends with its last window.
+        if (m_start && !m_isQuitting)
+            showStart();
+        takeBookAway();
+    });
+    takeBookAway();
     m_book = std::move(window);
     const QSize available = m_book->screen()->availableSize();
     m_book->resize(m_book->sizeHint().boundedTo(available * 0.95));
@@ -60,6 +69,33 @@ void NyAlbumaWindows::openProject(const QString &path)
         m_start->hide();
         m_start->setError(QString());
     }
+    markAsRead(path);
+}
+
+void NyAlbumaWindows::takeBookAway()
+{
+    if (!m_book)
+        return;
+    // It may be the sender of what leads here.
+    m_book->disconnect(this);
+    m_book.release()->deleteLater();
+}
+
+void NyAlbumaWindows::leaveBook()
+{
+    showStart();
+    m_book->close();
+}
+
+void NyAlbumaWindows::markAsRead(const QString &path)
+{
+    const QFileInfo file(path);
+    const QFileInfo folder(NyDirectoryConfig::instance().bookProposalFolder().absolutePath());
+    if (file.canonicalFilePath() != folder.canonicalFilePath() + u'/' + file.fileName())
+        return;
+    m_settings.addOpenedId(file.fileName());
+    if (m_start)
+        m_start->markAsRead(file.fileName());
 }
 
 void NyAlbumaWindows::askForProject()

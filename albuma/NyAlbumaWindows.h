@@ -5,9 +5,13 @@
 #include <QObject>
 
 #include "NyBookWindow.h"
+#include "NyStartScreenSettings.h"
 #include "NyStartWindow.h"
 
-/** The windows of one run: the start window or a book. The program ends when the last is closed. GUI thread. */
+/**
+ * The windows of one run: the start window or a book. The program ends when the last is closed; a book that was opened from the
+ * start window leads back there. GUI thread.
+ */
 class NyAlbumaWindows : public QObject
 {
     Q_OBJECT
@@ -26,8 +30,13 @@ public:
 private:
     void askForProject();
     void showPreferences();
+    void markAsRead(const QString &path);
+    void takeBookAway();
+    void leaveBook();
 
     NyLoadWarnings m_warnings;
+    NyStartScreenSettings m_settings;
     std::unique_ptr<NyStartWindow> m_start;
     std::unique_ptr<NyBookWindow> m_book;
+    bool m_isQuitting = false;
 };

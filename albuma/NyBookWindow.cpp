@@ -1,6 +1,7 @@
 #include "NyBookWindow.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QFileInfo>
 #include <QFuture>
 #include <QFutureWatcher>
@@ -126,11 +127,20 @@ void NyBookWindow::createActions()
     QAction *open = file->addAction(tr("Buch ö&ffnen …"));
     open->setShortcut(QKeySequence::Open);
     connect(open, &QAction::triggered, this, &NyBookWindow::openRequested);
+    QAction *start = file->addAction(tr("Zu den &Vorschlägen"));
+    start->setShortcut(Qt::ALT | Qt::Key_Home);
+    connect(start, &QAction::triggered, this, &NyBookWindow::startRequested);
     file->addSeparator();
-    QAction *close = file->addAction(tr("&Schließen"));
-    // The book's window is the only one, so that closing it ends the program; the platform's key for that may be none at all.
-    close->setShortcuts(QKeySequence::keyBindings(QKeySequence::Close) << QKeySequence(Qt::CTRL | Qt::Key_Q));
-    connect(close, &QAction::triggered, this, &QWidget::close);
+    QAction *closeBook = file->addAction(tr("&Schließen"));
+    // The platform's key for that may be none at all.
+    closeBook->setShortcut(Qt::CTRL | Qt::Key_W);
+    connect(closeBook, &QAction::triggered, this, &QWidget::close);
+    QAction *quit = file->addAction(tr("&Beenden"));
+    quit->setShortcut(Qt::CTRL | Qt::Key_Q);
+    connect(quit, &QAction::triggered, this, [this] {
+        Q_EMIT quitRequested();
+        close();
+    });
 
     QMenu *pages = menuBar()->addMenu(tr("&Blättern"));
     const auto add = [&](const QString &text, const QList<QKeySequence> &keys, void (NySpreadView::*slot)()) {
@@ -142,6 +152,13 @@ void NyBookWindow::createActions()
     add(tr("&Zurück"), {Qt::Key_Left, Qt::Key_PageUp, Qt::Key_Backspace}, &NySpreadView::showPrevious);
     add(tr("Zum &Anfang"), {Qt::Key_Home}, &NySpreadView::showFirst);
     add(tr("Zum &Ende"), {Qt::Key_End}, &NySpreadView::showLast);
+}
+
+void NyBookWindow::closeEvent(QCloseEvent *event)
+{
+    QMainWindow::closeEvent(event);
+    if (event->isAccepted())
+        Q_EMIT closed();
 }
 
 void NyBookWindow::updateControls()

@@ -26,6 +26,14 @@ public:
 Q_SIGNALS:
     /** The user wants to open another book. */
     void openRequested();
+    /** The user wants to see the proposals. */
+    void startRequested();
+    /** The user wants to end the program; the window closes. */
+    void quitRequested();
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     QWidget *createTop(const NyBookProject &project);

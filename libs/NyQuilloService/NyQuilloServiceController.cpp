@@ -512,16 +512,23 @@ void NyQuilloServiceController::showRescheduledToast()
 
 void NyQuilloServiceController::deleteProposal(const QString &name)
 {
+    askAndDeleteProposal(name);
+}
+
+NyProposalDeletion NyQuilloServiceController::askAndDeleteProposal(const QString &name)
+{
     if (name.isEmpty()) {
         qWarning() << "QUILLO_SERVICE: no proposal named for deletion, nothing is deleted";
-        return;
+        return NyProposalDeletion::Declined;
     }
     const QDir folder(NyQuilloServiceSettings::instance().bookProposalFileFolder());
     const QFileInfo description(folder, name + QStringLiteral(".json"));
     const QString headline = NyJsonParser::loadDocument(description).object().value(QLatin1String("headline")).toString();
     if (!NyRequestQuilloService::instance().askDeleteBookProposal(headline))
-        return;
-    NyFileHandler::deleteFiles(folder.entryInfoList({name + QLatin1Char('*')}, QDir::NoFilter, QDir::NoSort));
+        return NyProposalDeletion::Declined;
+    return NyFileHandler::deleteFiles(folder.entryInfoList({name + QLatin1Char('*')}, QDir::NoFilter, QDir::NoSort))
+        ? NyProposalDeletion::Complete
+        : NyProposalDeletion::Incomplete;
 }
 
 // Messages between processes

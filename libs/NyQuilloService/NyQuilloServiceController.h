@@ -21,6 +21,14 @@ class NyToastMessage;
 class NyToastMessaging;
 class QFileInfo;
 
+/** How a request to delete a proposal ended. */
+enum class NyProposalDeletion {
+    Declined,
+    Complete,
+    /** The user agreed, but files are left; each has a warning in the log. */
+    Incomplete
+};
+
 /**
  * The main object of the service: start-up and the modes of a run, the road from a scan to a finished proposal, what follows it,
  * and the messages between processes. The hub on the main thread through which all other parts reach each other.
@@ -66,6 +74,8 @@ public:
 
     /** Asks the user, then deletes every file of the proposal folder whose name begins with `name`, a proposal's project id. */
     static void deleteProposal(const QString &name);
+    /** The same for a caller that has to say how it ended. An empty name is declined. */
+    static NyProposalDeletion askAndDeleteProposal(const QString &name);
     /** Tells a running service to end. */
     static void quitRunningService();
     /** Takes that request back. */

@@ -81,21 +81,34 @@ QString NyStartScreenRecommendationsInterface::getRecommendations() const
 
 int NyStartScreenRecommendationsInterface::getUnreadRecommendations() const
 {
-    const QDir folder(settings().bookProposalFileFolder());
-    const QFileInfoList files = folder.entryInfoList({QStringLiteral("*.nqp"), QStringLiteral("*.nqpx")}, QDir::NoFilter, QDir::NoSort);
-    const QDateTime lastView = settings().lastStartScreenProposalViewDate();
-    if (!lastView.isValid())
-        return int(files.size());
-    return int(std::count_if(files.cbegin(), files.cend(), [&lastView](const QFileInfo &file) {
-        // Not every file system knows it.
-        const QDateTime birth = file.fileTime(QFileDevice::FileBirthTime);
-        return birth.isValid() && birth > lastView;
-    }));
+    const QFileInfoList files = projectFiles();
+    const QDateTime last = lastView();
+    return int(std::count_if(files.cbegin(), files.cend(), [&last](const QFileInfo &file) { return isUnread(file, last); }));
 }
 
 bool NyStartScreenRecommendationsInterface::hasRecommendations() const
 {
     return getUnreadRecommendations() != 0;
+}
+
+QFileInfoList NyStartScreenRecommendationsInterface::projectFiles()
+{
+    const QDir folder(NyQuilloServiceSettings::instance().bookProposalFileFolder());
+    return folder.entryInfoList({QStringLiteral("*.nqp"), QStringLiteral("*.nqpx")}, QDir::NoFilter, QDir::NoSort);
+}
+
+bool NyStartScreenRecommendationsInterface::isUnread(const QFileInfo &projectFile, const QDateTime &lastView)
+{
+    if (!lastView.isValid())
+        return true;
+    // Not every file system knows it.
+    const QDateTime birth = projectFile.fileTime(QFileDevice::FileBirthTime);
+    return birth.isValid() && birth > lastView;
+}
+
+QDateTime NyStartScreenRecommendationsInterface::lastView() const
+{
+    return settings().lastStartScreenProposalViewDate();
 }
 
 void NyStartScreenRecommendationsInterface::userReadRecommendations()

@@ -2,6 +2,8 @@
 
 #include "nyquilloservice_export.h"
 
+#include <QDateTime>
+#include <QFileInfo>
 #include <QJsonObject>
 #include <QString>
 
@@ -11,8 +13,9 @@ class NyQuilloServiceSettings;
  * What the start screen of the main program shows and does about the stored proposals.
  *
  * Reads the proposal folder on each call and shares nothing with the service but that folder and the settings. Keeps no state,
- * objects can be made wherever they are needed. Main thread. No operation reports a failure: a description that cannot be used
- * is a warning and is left out.
+ * objects can be made wherever they are needed. Main thread, but for the operations that read nothing but the folder: with
+ * thousands of proposals they take their time, and a window asks them on another one. No operation reports a failure: a
+ * description that cannot be used is a warning and is left out.
  */
 class NYQUILLOSERVICE_EXPORT NyStartScreenRecommendationsInterface
 {
@@ -22,11 +25,17 @@ public:
 
     /** The observed folder as the user knows it. */
     QString getRecommendationsPath() const;
-    /** The descriptions of all proposals as the text of a JSON array of objects, the newest first. */
+    /** The descriptions of all proposals as the text of a JSON array of objects, the newest first. Any thread. */
     QString getRecommendations() const;
     /** The number of project files that came into being after the list was read last; all of them if it never was. */
     int getUnreadRecommendations() const;
     bool hasRecommendations() const;
+    /** What getUnreadRecommendations() counts in: the project files of all proposals, in no order. Any thread. */
+    static QFileInfoList projectFiles();
+    /** What it counts: whether the project file came into being after `lastView`, or `lastView` is not valid. Any thread. */
+    static bool isUnread(const QFileInfo &projectFile, const QDateTime &lastView);
+    /** The moment at which all proposals were taken as read; invalid if they never were. */
+    QDateTime lastView() const;
     /** Takes all proposals that are there now as read. */
     void userReadRecommendations();
     /** Whether the service starts with the session. */

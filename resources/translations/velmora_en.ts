@@ -448,6 +448,14 @@
         <source>In diesem Buch fehlen %1 Fotos: %2 und weitere</source>
         <translation>%1 photos are missing from this book: %2 and more</translation>
     </message>
+    <message>
+        <source>Zu den &amp;Vorschlägen</source>
+        <translation>To the &amp;Proposals</translation>
+    </message>
+    <message>
+        <source>&amp;Beenden</source>
+        <translation>&amp;Quit</translation>
+    </message>
 </context>
 <context>
     <name>NyClassificationResultsRendererHTML</name>
@@ -849,6 +857,21 @@
     </message>
 </context>
 <context>
+    <name>NyMessageBar</name>
+    <message>
+        <source>Meldung schließen</source>
+        <translation>Close message</translation>
+    </message>
+    <message>
+        <source>Fehlermeldung</source>
+        <translation>Error message</translation>
+    </message>
+    <message>
+        <source>Hinweis</source>
+        <translation>Note</translation>
+    </message>
+</context>
+<context>
     <name>NyPreferencesQuilloServiceInstallation</name>
     <message>
         <source>Automatische Produktvorschläge</source>
@@ -929,6 +952,56 @@
     </message>
 </context>
 <context>
+    <name>NyProposal</name>
+    <message>
+        <source>1 Foto</source>
+        <translation>1 photo</translation>
+    </message>
+    <message>
+        <source>%1 Fotos</source>
+        <translation>%1 photos</translation>
+    </message>
+    <message>
+        <source>1 Seite</source>
+        <translation>1 page</translation>
+    </message>
+    <message>
+        <source>%1 Seiten</source>
+        <translation>%1 pages</translation>
+    </message>
+    <message>
+        <source>Die Beschreibung fehlt oder ist beschädigt.</source>
+        <translation>The description is missing or damaged.</translation>
+    </message>
+    <message>
+        <source>Die Projektdatei fehlt.</source>
+        <translation>The project file is missing.</translation>
+    </message>
+</context>
+<context>
+    <name>NyProposalDelegate</name>
+    <message>
+        <source>Neu</source>
+        <translation>New</translation>
+    </message>
+</context>
+<context>
+    <name>NyProposalModel</name>
+    <message>
+        <source>Neu: %1</source>
+        <translation>New: %1</translation>
+    </message>
+    <message>
+        <source>d. MMMM yyyy</source>
+        <comment>date, as in QDate::toString()</comment>
+        <translation>d MMMM yyyy</translation>
+    </message>
+    <message>
+        <source>Erstellt am %1</source>
+        <translation>Made on %1</translation>
+    </message>
+</context>
+<context>
     <name>NyQuilloServiceController</name>
     <message>
         <source>Version %1-%2-%3</source>
@@ -1006,14 +1079,6 @@
 <context>
     <name>NyStartWindow</name>
     <message>
-        <source>Öffnen Sie ein Fotobuch, um darin zu blättern.</source>
-        <translation>Open a photo book to page through it.</translation>
-    </message>
-    <message>
-        <source>Buch öffnen …</source>
-        <translation>Open Book…</translation>
-    </message>
-    <message>
         <source>&amp;Datei</source>
         <translation>&amp;File</translation>
     </message>
@@ -1028,6 +1093,328 @@
     <message>
         <source>&amp;Einstellungen …</source>
         <translation>&amp;Preferences…</translation>
+    </message>
+    <message>
+        <source>Buch öffnen</source>
+        <translation>Open Book</translation>
+    </message>
+    <message>
+        <source>Ein Fotobuch aus einer Datei öffnen</source>
+        <translation>Open a photo book from a file</translation>
+    </message>
+    <message>
+        <source>Vorschlag ö&amp;ffnen</source>
+        <translation>&amp;Open Proposal</translation>
+    </message>
+    <message>
+        <source>Vorschlag &amp;löschen …</source>
+        <translation>&amp;Delete Proposal…</translation>
+    </message>
+    <message>
+        <source>Vorschlag löschen</source>
+        <translation>Delete Proposal</translation>
+    </message>
+    <message>
+        <source>Alle als &amp;gelesen markieren</source>
+        <translation>&amp;Mark All as Read</translation>
+    </message>
+    <message>
+        <source>&amp;Aktualisieren</source>
+        <translation>&amp;Refresh</translation>
+    </message>
+    <message>
+        <source>Automatische &amp;Produktvorschläge</source>
+        <translation>&amp;Automatic Product Proposals</translation>
+    </message>
+    <message>
+        <source>&amp;Schließen</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>&amp;Neueste zuerst</source>
+        <translation>&amp;Newest First</translation>
+    </message>
+    <message>
+        <source>Ä&amp;lteste zuerst</source>
+        <translation>&amp;Oldest First</translation>
+    </message>
+    <message>
+        <source>Nach &amp;Titel</source>
+        <translation>By &amp;Title</translation>
+    </message>
+    <message>
+        <source>&amp;Vorschläge</source>
+        <translation>&amp;Proposals</translation>
+    </message>
+    <message>
+        <source>&amp;Sortieren</source>
+        <translation>&amp;Sort</translation>
+    </message>
+    <message>
+        <source>&amp;Hilfe</source>
+        <translation>&amp;Help</translation>
+    </message>
+    <message>
+        <source>&amp;Hilfe zu den Vorschlägen</source>
+        <translation>&amp;Help on Proposals</translation>
+    </message>
+    <message>
+        <source>Ü&amp;ber %1</source>
+        <translation>&amp;About %1</translation>
+    </message>
+    <message>
+        <source>Werkzeugleiste</source>
+        <translation>Toolbar</translation>
+    </message>
+    <message>
+        <source>Ihre Fotobuch-Vorschläge</source>
+        <translation>Your Photo Book Proposals</translation>
+    </message>
+    <message>
+        <source>&amp;Automatische Produktvorschläge</source>
+        <translation>&amp;Automatic product proposals</translation>
+    </message>
+    <message>
+        <source>Ein Dienst im Hintergrund macht aus neuen Fotos Vorschläge für Fotobücher.</source>
+        <translation>A service in the background turns new photos into proposals for photo books.</translation>
+    </message>
+    <message>
+        <source>&amp;Sortieren:</source>
+        <translation>&amp;Sort:</translation>
+    </message>
+    <message>
+        <source>Sortieren</source>
+        <translation>Sort</translation>
+    </message>
+    <message>
+        <source>Vorschläge werden gelesen</source>
+        <translation>Reading proposals</translation>
+    </message>
+    <message>
+        <source>Vorschläge</source>
+        <translation>Proposals</translation>
+    </message>
+    <message>
+        <source>Die Vorschläge werden gelesen …</source>
+        <translation>Reading the proposals…</translation>
+    </message>
+    <message>
+        <source>1 Vorschlag</source>
+        <translation>1 proposal</translation>
+    </message>
+    <message>
+        <source>%1 Vorschläge</source>
+        <translation>%1 proposals</translation>
+    </message>
+    <message>
+        <source>%1, %2 neu</source>
+        <translation>%1, %2 new</translation>
+    </message>
+    <message>
+        <source>1 neuer Vorschlag</source>
+        <translation>1 new proposal</translation>
+    </message>
+    <message>
+        <source>%1 neue Vorschläge</source>
+        <translation>%1 new proposals</translation>
+    </message>
+    <message>
+        <source>Der Ordner mit den Vorschlägen ist nicht da</source>
+        <translation>The folder of proposals is not there</translation>
+    </message>
+    <message>
+        <source>Gesucht wird er unter
+%1
+
+Sobald er wieder da ist, erscheinen die Vorschläge von selbst.</source>
+        <translation>It is expected at
+%1
+
+As soon as it is back, the proposals appear by themselves.</translation>
+    </message>
+    <message>
+        <source>&amp;Erneut versuchen</source>
+        <translation>&amp;Try Again</translation>
+    </message>
+    <message>
+        <source>Der Ordner mit den Vorschlägen kann nicht gelesen werden</source>
+        <translation>The folder of proposals cannot be read</translation>
+    </message>
+    <message>
+        <source>Für den Ordner
+%1
+fehlt Ihnen das Recht zum Lesen, oder er ist kein Ordner.</source>
+        <translation>You have no permission to read the folder
+%1
+or it is not a folder.</translation>
+    </message>
+    <message>
+        <source>Automatische Produktvorschläge sind ausgeschaltet</source>
+        <translation>Automatic product proposals are turned off</translation>
+    </message>
+    <message>
+        <source>Auf Wunsch sucht ein Dienst im Hintergrund in „%1“ nach neuen Fotos und macht aus ihnen fertige Vorschläge für Fotobücher. Alles geschieht auf diesem Computer, und Ihre Fotos werden nur gelesen.</source>
+        <translation>If you like, a service in the background looks for new photos in “%1” and turns them into finished proposals for photo books. Everything happens on this computer, and your photos are only read.</translation>
+    </message>
+    <message>
+        <source>&amp;Einschalten</source>
+        <translation>&amp;Turn On</translation>
+    </message>
+    <message>
+        <source>Der Ordner mit Ihren Fotos ist nicht da</source>
+        <translation>The folder with your photos is not there</translation>
+    </message>
+    <message>
+        <source>Neue Fotos werden in
+%1
+gesucht. Schließen Sie das Laufwerk an, auf dem er liegt, oder wählen Sie einen anderen Ordner.</source>
+        <translation>New photos are looked for in
+%1
+Connect the drive that it is on, or choose another folder.</translation>
+    </message>
+    <message>
+        <source>Noch keine Vorschläge</source>
+        <translation>No proposals yet</translation>
+    </message>
+    <message>
+        <source>Sobald in „%1“ genug neue Fotos liegen, mindestens %2, entsteht daraus ein Vorschlag, und Sie werden benachrichtigt. Weitere Vorschläge kommen von %3, %4 Uhr, bis %5.</source>
+        <translation>As soon as there are enough new photos in “%1”, at least %2, they become a proposal, and you are notified. Further proposals come from %3, %4:00, to %5.</translation>
+    </message>
+    <message>
+        <source>„%1“ kann nicht geöffnet werden: Die Projektdatei
+%2
+fehlt. Der Rest des Vorschlags lässt sich löschen.</source>
+        <translation>“%1” cannot be opened: The project file
+%2
+is missing. What is left of the proposal can be deleted.</translation>
+    </message>
+    <message>
+        <source>„%1“ kann nicht gelöscht werden: Der Ordner
+%2
+ist schreibgeschützt.</source>
+        <translation>“%1” cannot be deleted: The folder
+%2
+is read-only.</translation>
+    </message>
+    <message>
+        <source>„%1“ konnte nicht ganz gelöscht werden. Dateien davon liegen noch in
+%2</source>
+        <translation>“%1” could not be deleted completely. Files of it are still in
+%2</translation>
+    </message>
+    <message>
+        <source>Dass Sie die Vorschläge gelesen haben, gilt nur, bis Sie das Programm beenden: Die Einstellungen in
+%1
+können nicht gespeichert werden.</source>
+        <translation>That you have read the proposals holds only until you quit the program: The settings in
+%1
+cannot be saved.</translation>
+    </message>
+    <message>
+        <source>Die Einstellung kann nicht gespeichert werden. Sie gehört in die Datei
+%1</source>
+        <translation>The setting cannot be saved. It belongs in the file
+%1</translation>
+    </message>
+    <message>
+        <source>Der Dienst für automatische Produktvorschläge ist nicht installiert. Gesucht wurde
+%1</source>
+        <translation>The service for automatic product proposals is not installed. It was expected at
+%1</translation>
+    </message>
+    <message>
+        <source>Der Dienst für automatische Produktvorschläge kann nicht gestartet werden:
+%1</source>
+        <translation>The service for automatic product proposals cannot be started:
+%1</translation>
+    </message>
+    <message>
+        <source>Der Dienst für automatische Produktvorschläge ist noch nicht beendet.</source>
+        <translation>The service for automatic product proposals has not ended yet.</translation>
+    </message>
+    <message>
+        <source>Hilfe zu den Vorschlägen</source>
+        <translation>Help on Proposals</translation>
+    </message>
+    <message>
+        <source>&lt;p&gt;Ist der Dienst eingeschaltet, sucht er im Hintergrund nach neuen Fotos und macht aus denen eines Ereignisses einen Vorschlag für ein Fotobuch. Öffnen Sie ihn, um darin zu blättern. Was Ihnen nicht gefällt, löschen Sie; Ihre Fotos bleiben dabei, wo sie sind.&lt;/p&gt;</source>
+        <translation>&lt;p&gt;When the service is turned on, it looks for new photos in the background and turns those of an event into a proposal for a photo book. Open it to page through it. Delete what you do not like; your photos stay where they are.&lt;/p&gt;</translation>
+    </message>
+    <message>
+        <source>Pfeiltasten</source>
+        <translation>Arrow keys</translation>
+    </message>
+    <message>
+        <source>einen Vorschlag auswählen</source>
+        <translation>select a proposal</translation>
+    </message>
+    <message>
+        <source>Eingabe</source>
+        <translation>Enter</translation>
+    </message>
+    <message>
+        <source>den Vorschlag öffnen</source>
+        <translation>open the proposal</translation>
+    </message>
+    <message>
+        <source>Entf</source>
+        <translation>Del</translation>
+    </message>
+    <message>
+        <source>den Vorschlag löschen</source>
+        <translation>delete the proposal</translation>
+    </message>
+    <message>
+        <source>Menütaste</source>
+        <translation>Menu key</translation>
+    </message>
+    <message>
+        <source>das Menü des Vorschlags</source>
+        <translation>the menu of the proposal</translation>
+    </message>
+    <message>
+        <source>Strg+M</source>
+        <translation>Ctrl+M</translation>
+    </message>
+    <message>
+        <source>alle als gelesen markieren</source>
+        <translation>mark all as read</translation>
+    </message>
+    <message>
+        <source>Strg+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>ein Buch aus einer Datei öffnen</source>
+        <translation>open a book from a file</translation>
+    </message>
+    <message>
+        <source>F5</source>
+        <translation>F5</translation>
+    </message>
+    <message>
+        <source>die Liste neu lesen</source>
+        <translation>read the list again</translation>
+    </message>
+    <message>
+        <source>Strg+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+    <message>
+        <source>beenden</source>
+        <translation>quit</translation>
+    </message>
+    <message>
+        <source>Über %1</source>
+        <translation>About %1</translation>
+    </message>
+    <message>
+        <source>Version %1 (%2)
+
+Macht aus Ihren Fotos Fotobücher. Mit Qt %3.</source>
+        <translation>Version %1 (%2)
+
+Turns your photos into photo books. With Qt %3.</translation>
     </message>
 </context>
 <context>

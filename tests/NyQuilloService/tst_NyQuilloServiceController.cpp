@@ -31,6 +31,8 @@
 #include <cstdlib>
 #include <limits>
 
+#include <unistd.h>
+
 using namespace TestSupport;
 
 /** The controller with photos of the pictures home, a main program that only records its starts, and a notification server. */
@@ -76,6 +78,7 @@ private Q_SLOTS:
     void rescheduledToastIsDue();
     void deletion_data();
     void deletion();
+    void deletionSaysHowItEnded();
     void deletionOfNothing();
 
     void markerFolder();
@@ -638,11 +641,49 @@ void tst_NyQuilloServiceController::deletion()
     QCOMPARE(QDir(proposals()).entryList(QDir::Files), yes ? QStringList{QStringLiteral("Buch2.nqp")} : before);
 }
 
+void tst_NyQuilloServiceController::deletionSaysHowItEnded()
+{
+    const QString id = QStringLiteral("Buch.nqp");
+    QVERIFY(writeFile(proposals() + id, "book"));
+    bool yes = false;
+    QTimer answer;
+    connect(&answer, &QTimer::timeout, this, [&yes] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            const QList<QAbstractButton *> buttons = box->buttons();
+            for (QAbstractButton *button : buttons) {
+                if (box->buttonRole(button) == (yes ? QMessageBox::YesRole : QMessageBox::NoRole))
+                    button->click();
+            }
+        }
+    });
+    answer.start(10);
+    QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(id), NyProposalDeletion::Declined);
+    yes = true;
+    // A folder in which nothing can be deleted. Root can everywhere, so another user asks.
+    const bool isRoot = ::geteuid() == 0;
+    const QFile::Permissions readOnly(0x5555);
+    QVERIFY(QFile::setPermissions(proposals(), readOnly));
+    const QString last = QFileInfo(QDir::homePath()).absolutePath();
+    for (QString above = QFileInfo(QDir::cleanPath(proposals())).absolutePath(); above.startsWith(last); above = QFileInfo(above).path())
+        QVERIFY(QFile::setPermissions(above, readOnly | QFile::WriteOwner));
+    QCOMPARE(isRoot ? ::seteuid(65534) : 0, 0);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^cannot delete .*Buch\\.nqp")));
+    const NyProposalDeletion refused = NyQuilloServiceController::askAndDeleteProposal(id);
+    QCOMPARE(isRoot ? ::seteuid(0) : 0, 0);
+    QVERIFY(QFile::setPermissions(proposals(), readOnly | QFile::WriteOwner));
+    QCOMPARE(refused, NyProposalDeletion::Incomplete);
+    QVERIFY(QFile::exists(proposals() + id));
+    QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(id), NyProposalDeletion::Complete);
+    QVERIFY(!QFile::exists(proposals() + id));
+}
+
 void tst_NyQuilloServiceController::deletionOfNothing()
 {
     QVERIFY(writeFile(proposals() + QStringLiteral("Buch.nqp"), "book"));
     QTest::ignoreMessage(QtWarningMsg, "QUILLO_SERVICE: no proposal named for deletion, nothing is deleted");
     NyQuilloServiceController::deleteProposal(QString());
+    QTest::ignoreMessage(QtWarningMsg, "QUILLO_SERVICE: no proposal named for deletion, nothing is deleted");
+    QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(QString()), NyProposalDeletion::Declined);
     QVERIFY(QFile::exists(proposals() + QStringLiteral("Buch.nqp")));
 }
 

@@ -96,6 +96,7 @@ private Q_SLOTS:
     void readUntilANewFile();
     void aFileOfTheVeryMomentIsRead();
     void aBrokenDescriptionIsStillUnread();
+    void thePartsOfTheCount();
     void theMomentOfReadingIsStored();
     void pathForTheUser_data();
     void pathForTheUser();
@@ -404,6 +405,28 @@ void tst_NyStartScreenRecommendationsInterface::aBrokenDescriptionIsStillUnread(
     QCOMPARE(recommendations(), QJsonArray());
     QCOMPARE(NyStartScreenRecommendationsInterface().getUnreadRecommendations(), 1);
     QCOMPARE(warnings(log), QStringList({warning(u"a.nqp.json"_s, true, false)}));
+}
+
+void tst_NyStartScreenRecommendationsInterface::thePartsOfTheCount()
+{
+    using StartScreen = NyStartScreenRecommendationsInterface;
+    for (const QString &name : {u"a.nqp"_s, u"b.nqpx"_s, u"a.nqp.json"_s, u"a.nqp.png"_s, u"c.txt"_s})
+        QVERIFY(writeProposalFile(name, "x"));
+    QStringList names;
+    const QFileInfoList files = StartScreen::projectFiles();
+    for (const QFileInfo &file : files)
+        names.append(file.fileName());
+    names.sort();
+    QCOMPARE(names, QStringList({u"a.nqp"_s, u"b.nqpx"_s}));
+    QVERIFY(!StartScreen().lastView().isValid());
+    QVERIFY(StartScreen::isUnread(files.constFirst(), {}));
+    QVERIFY(!StartScreen::isUnread(QFileInfo(proposalFolder() + u"none.nqp"_s), QDateTime::currentDateTime()));
+    const QDateTime birth = files.constFirst().fileTime(QFileDevice::FileBirthTime);
+    QVERIFY2(birth.isValid(), "needs a file system with birth times");
+    QVERIFY(StartScreen::isUnread(files.constFirst(), birth.addMSecs(-1)));
+    QVERIFY(!StartScreen::isUnread(files.constFirst(), birth));
+    NyQuilloServiceSettings::instance().setLastStartScreenProposalViewDate(birth);
+    QCOMPARE(StartScreen().lastView(), birth);
 }
 
 void tst_NyStartScreenRecommendationsInterface::theMomentOfReadingIsStored()
