@@ -64,8 +64,7 @@ QSet<QString> NyStartScreenSettings::openedIds() const
 
 void NyStartScreenSettings::addOpenedId(const QString &id)
 {
-    // Another window of the program may have added one.
-    load(m_openedIds);
+    reloadOpenedIds();
     setOpenedIds(openedIds() << id);
 }
 
@@ -77,6 +76,11 @@ void NyStartScreenSettings::keepOpenedIds(const QSet<QString> &existing)
 void NyStartScreenSettings::clearOpenedIds()
 {
     setOpenedIds({});
+}
+
+void NyStartScreenSettings::reloadOpenedIds()
+{
+    load(m_openedIds);
 }
 
 void NyStartScreenSettings::setOpenedIds(const QSet<QString> &ids)

@@ -33,6 +33,8 @@ public:
     /** Forgets those of proposals that are gone. */
     void keepOpenedIds(const QSet<QString> &existing);
     void clearOpenedIds();
+    /** Reads anew what another window of the program, in a process of its own, may have stored. */
+    void reloadOpenedIds();
 
     /** Whether what is set outlives this run, as far as the files' permissions tell. */
     static bool canBeStored();

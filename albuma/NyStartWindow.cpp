@@ -635,9 +635,14 @@ void NyStartWindow::showAbout()
 void NyStartWindow::changeEvent(QEvent *event)
 {
     QMainWindow::changeEvent(event);
-    // The service may have been switched elsewhere meanwhile.
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_stack)
-        updateService();
+    if (event->type() != QEvent::ActivationChange || !isActiveWindow() || !m_stack)
+        return;
+    // Meanwhile the service may have been switched elsewhere, and a notification may have opened a proposal.
+    updateService();
+    m_settings.reloadOpenedIds();
+    const QSet<QString> opened = m_settings.openedIds();
+    for (const QString &id : opened)
+        markAsRead(id);
 }
 
 void NyStartWindow::hideEvent(QHideEvent *event)

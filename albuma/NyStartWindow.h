@@ -44,6 +44,8 @@ public:
     NyProposalView *view() const { return m_view; }
     /** Whether a listing has been shown and none is under way. */
     bool isUpToDate() const { return m_isListed && !m_folder.isBusy(); }
+    /** Whether the previews of all cards that were painted so far are there. */
+    bool isComplete() const { return m_previews.isIdle(); }
 
 Q_SIGNALS:
     /** The user wants to choose a book among all files. */

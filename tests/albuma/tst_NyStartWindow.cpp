@@ -126,6 +126,7 @@ private Q_SLOTS:
     void theSwitch();
     void theSwitchWithoutAService();
     void theSwitchFollowsOthers();
+    void marksOfAnotherProcessAreSeen();
     void geometryIsKept();
     void theOrderIsKept();
     void aBookThatIsDropped();
@@ -684,6 +685,20 @@ void tst_NyStartWindow::theSwitchFollowsOthers()
     m_window->activateWindow();
     QTRY_VERIFY(!box->isChecked());
     QCOMPARE(emptyTitle(), u"Automatische Produktvorschläge sind ausgeschaltet"_s);
+}
+
+void tst_NyStartWindow::marksOfAnotherProcessAreSeen()
+{
+    QVERIFY(writeProposal(u"a.nqp"_s, u"Ostsee"_s, 100));
+    QVERIFY(start());
+    QCOMPARE(m_window->model().unreadCount(), 1);
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    NyStartScreenSettings().addOpenedId(u"a.nqp"_s);
+    m_window->activateWindow();
+    QTRY_COMPARE(m_window->model().unreadCount(), 0);
+    QCOMPARE(m_window->windowTitle(), u"VELMORA ALBUMA"_s);
 }
 
 void tst_NyStartWindow::geometryIsKept()
