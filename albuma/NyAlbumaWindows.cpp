@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QScreen>
+#include <QWindow>
 
 #include <NyBookProjectFile.h>
 #include <NyDirectoryConfig.h>
@@ -66,10 +67,20 @@ void NyAlbumaWindows::openProject(const QString &path)
     m_book->resize(m_book->sizeHint().boundedTo(available * 0.95));
     m_book->show();
     if (m_start) {
-        m_start->hide();
+        hideStart();
         m_start->setError(QString());
     }
     markAsRead(path);
+}
+
+void NyAlbumaWindows::hideStart()
+{
+    // A window that comes back is placed anew by the window manager unless it asks for its place.
+    QWindow *window = m_start->isVisible() ? m_start->windowHandle() : nullptr;
+    const QPoint place = window ? window->framePosition() : QPoint();
+    m_start->hide();
+    if (window)
+        window->setFramePosition(place);
 }
 
 void NyAlbumaWindows::takeBookAway()

@@ -31,6 +31,7 @@ private:
     void askForProject();
     void showPreferences();
     void markAsRead(const QString &path);
+    void hideStart();
     void takeBookAway();
     void leaveBook();
 

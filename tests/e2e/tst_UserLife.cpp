@@ -163,7 +163,9 @@ void tst_UserLife::fromSwitchingOnToSwitchingOff()
     // Its preview is a picture, not an empty box.
     QTRY_VERIFY_WITH_TIMEOUT(m_user->coloursAt(item->place) > 500, 10000);
 
-    // Opened, looked at, closed.
+    // Opened, looked at, closed; the start screen comes back where it was.
+    const std::optional<Thing> former = m_user->find(button, QStringLiteral("Buch öffnen"));
+    QVERIFY(former);
     QVERIFY(m_user->doubleClickOn(listItem(QStringLiteral("Hochzeit"))));
     QVERIFY(m_user->waitFor(button, QStringLiteral("Weiter  ›")));
     m_user->look(QStringLiteral("book"));
@@ -174,6 +176,7 @@ void tst_UserLife::fromSwitchingOnToSwitchingOff()
     QVERIFY(m_user->waitFor(listItem(QStringLiteral("Hochzeit"))));
     QVERIFY(m_user->waitUntilGone(text(QStringLiteral("1 neu"))));
     m_user->look(QStringLiteral("read"));
+    QVERIFY(m_user->waitFor([&](const Thing &thing) { return thing.name == former->name && thing.place == former->place; }));
 
     // Deleted, after a question.
     const QString proposal = m_machine->proposals().value(0);
