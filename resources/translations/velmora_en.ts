@@ -450,7 +450,7 @@
     </message>
     <message>
         <source>Zu den &amp;Vorschlägen</source>
-        <translation>To the &amp;Proposals</translation>
+        <translation>Go to &amp;Proposals</translation>
     </message>
     <message>
         <source>&amp;Beenden</source>
@@ -998,7 +998,7 @@
     </message>
     <message>
         <source>Erstellt am %1</source>
-        <translation>Made on %1</translation>
+        <translation>Created on %1</translation>
     </message>
 </context>
 <context>
@@ -1058,7 +1058,7 @@
     <name>NyRequestQuilloService</name>
     <message>
         <source>Möchten Sie den Buchvorschlag %1 wirklich löschen?</source>
-        <translation>Do you really want to delete the book proposal %1?</translation>
+        <translation>Should the book proposal %1 really be deleted?</translation>
     </message>
 </context>
 <context>
@@ -1220,14 +1220,14 @@
     </message>
     <message>
         <source>Der Ordner mit den Vorschlägen ist nicht da</source>
-        <translation>The folder of proposals is not there</translation>
+        <translation>The folder with the proposals is not there</translation>
     </message>
     <message>
         <source>Gesucht wird er unter
 %1
 
 Sobald er wieder da ist, erscheinen die Vorschläge von selbst.</source>
-        <translation>It is expected at
+        <translation>It was looked for at
 %1
 
 As soon as it is back, the proposals appear by themselves.</translation>
@@ -1238,27 +1238,27 @@ As soon as it is back, the proposals appear by themselves.</translation>
     </message>
     <message>
         <source>Der Ordner mit den Vorschlägen kann nicht gelesen werden</source>
-        <translation>The folder of proposals cannot be read</translation>
+        <translation>The folder with the proposals cannot be read</translation>
     </message>
     <message>
         <source>Für den Ordner
 %1
 fehlt Ihnen das Recht zum Lesen, oder er ist kein Ordner.</source>
-        <translation>You have no permission to read the folder
+        <translation>You lack permission to read the folder
 %1
 or it is not a folder.</translation>
     </message>
     <message>
         <source>Automatische Produktvorschläge sind ausgeschaltet</source>
-        <translation>Automatic product proposals are turned off</translation>
+        <translation>Automatic product proposals are switched off</translation>
     </message>
     <message>
         <source>Auf Wunsch sucht ein Dienst im Hintergrund in „%1“ nach neuen Fotos und macht aus ihnen fertige Vorschläge für Fotobücher. Alles geschieht auf diesem Computer, und Ihre Fotos werden nur gelesen.</source>
-        <translation>If you like, a service in the background looks for new photos in “%1” and turns them into finished proposals for photo books. Everything happens on this computer, and your photos are only read.</translation>
+        <translation>If you like, a service in the background looks for new photos in “%1” and turns them into finished proposals for photo books. Everything happens on this computer, and your photos are only ever read.</translation>
     </message>
     <message>
         <source>&amp;Einschalten</source>
-        <translation>&amp;Turn On</translation>
+        <translation>Switch &amp;On</translation>
     </message>
     <message>
         <source>Der Ordner mit Ihren Fotos ist nicht da</source>
@@ -1270,7 +1270,7 @@ or it is not a folder.</translation>
 gesucht. Schließen Sie das Laufwerk an, auf dem er liegt, oder wählen Sie einen anderen Ordner.</source>
         <translation>New photos are looked for in
 %1
-Connect the drive that it is on, or choose another folder.</translation>
+which is not there now. Connect the drive that the folder is on, or choose another one.</translation>
     </message>
     <message>
         <source>Noch keine Vorschläge</source>
@@ -1278,13 +1278,13 @@ Connect the drive that it is on, or choose another folder.</translation>
     </message>
     <message>
         <source>Sobald in „%1“ genug neue Fotos liegen, mindestens %2, entsteht daraus ein Vorschlag, und Sie werden benachrichtigt. Weitere Vorschläge kommen von %3, %4 Uhr, bis %5.</source>
-        <translation>As soon as there are enough new photos in “%1”, at least %2, they become a proposal, and you are notified. Further proposals come from %3, %4:00, to %5.</translation>
+        <translation>As soon as there are enough new photos in “%1”, at least %2, they become a proposal, and you are notified. Further proposals come from %3, %4:00, until %5.</translation>
     </message>
     <message>
         <source>„%1“ kann nicht geöffnet werden: Die Projektdatei
 %2
 fehlt. Der Rest des Vorschlags lässt sich löschen.</source>
-        <translation>“%1” cannot be opened: The project file
+        <translation>“%1” cannot be opened: the project file
 %2
 is missing. What is left of the proposal can be deleted.</translation>
     </message>
@@ -1292,9 +1292,9 @@ is missing. What is left of the proposal can be deleted.</translation>
         <source>„%1“ kann nicht gelöscht werden: Der Ordner
 %2
 ist schreibgeschützt.</source>
-        <translation>“%1” cannot be deleted: The folder
+        <translation>“%1” cannot be deleted: the folder
 %2
-is read-only.</translation>
+is write-protected.</translation>
     </message>
     <message>
         <source>„%1“ konnte nicht ganz gelöscht werden. Dateien davon liegen noch in
@@ -1306,20 +1306,20 @@ is read-only.</translation>
         <source>Dass Sie die Vorschläge gelesen haben, gilt nur, bis Sie das Programm beenden: Die Einstellungen in
 %1
 können nicht gespeichert werden.</source>
-        <translation>That you have read the proposals holds only until you quit the program: The settings in
+        <translation>That you have read the proposals is only remembered until you quit the program: the preferences in
 %1
 cannot be saved.</translation>
     </message>
     <message>
         <source>Die Einstellung kann nicht gespeichert werden. Sie gehört in die Datei
 %1</source>
-        <translation>The setting cannot be saved. It belongs in the file
+        <translation>The preference cannot be saved. It belongs in the file
 %1</translation>
     </message>
     <message>
         <source>Der Dienst für automatische Produktvorschläge ist nicht installiert. Gesucht wurde
 %1</source>
-        <translation>The service for automatic product proposals is not installed. It was expected at
+        <translation>The service for automatic product proposals is not installed. It was looked for at
 %1</translation>
     </message>
     <message>
@@ -1338,7 +1338,7 @@ cannot be saved.</translation>
     </message>
     <message>
         <source>&lt;p&gt;Ist der Dienst eingeschaltet, sucht er im Hintergrund nach neuen Fotos und macht aus denen eines Ereignisses einen Vorschlag für ein Fotobuch. Öffnen Sie ihn, um darin zu blättern. Was Ihnen nicht gefällt, löschen Sie; Ihre Fotos bleiben dabei, wo sie sind.&lt;/p&gt;</source>
-        <translation>&lt;p&gt;When the service is turned on, it looks for new photos in the background and turns those of an event into a proposal for a photo book. Open it to page through it. Delete what you do not like; your photos stay where they are.&lt;/p&gt;</translation>
+        <translation>&lt;p&gt;While the service is switched on, it looks for new photos in the background and turns those of one event into a proposal for a photo book. Open it to page through it. Delete what you do not like; your photos stay where they are.&lt;/p&gt;</translation>
     </message>
     <message>
         <source>Pfeiltasten</source>
@@ -1447,11 +1447,11 @@ Turns your photos into photo books. With Qt %3.</translation>
     <name>NyToastMessagingQt</name>
     <message>
         <source>Jetzt anschauen</source>
-        <translation>Look Now</translation>
+        <translation>Look at It Now</translation>
     </message>
     <message>
         <source>Später anschauen</source>
-        <translation>Look Later</translation>
+        <translation>Look at It Later</translation>
     </message>
     <message>
         <source>Schließen</source>
