@@ -70,8 +70,11 @@ NyProposal fromDescription(const QJsonObject &description)
     proposal.subline = shownText(description[u"subline"]);
     if (proposal.headline.isEmpty())
         proposal.headline = QFileInfo(proposal.id).completeBaseName();
-    proposal.dates = NyBookTitle::dateRange(shownDate(description[u"dateFrom"]), shownDate(description[u"dateTo"]));
-    if (proposal.headline.contains(proposal.dates) || proposal.subline.contains(proposal.dates))
+    const QDate from = shownDate(description[u"dateFrom"]);
+    const QDate to = shownDate(description[u"dateTo"]);
+    proposal.dates = NyBookTitle::dateRange(from, to);
+    // The builder tells them in one of the two, maybe in another language than today's.
+    if (proposal.headline.contains(proposal.dates) || proposal.subline.contains(QString::number(to.year())))
         proposal.dates.clear();
     proposal.photoCount = std::max(0, description[u"photoCount"].toInt());
     proposal.pageCount = std::max(0, description[u"pageCount"].toInt());

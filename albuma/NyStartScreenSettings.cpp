@@ -101,5 +101,5 @@ bool NyStartScreenSettings::canBeStored()
     QFileInfo folder(file.absolutePath());
     while (!folder.exists() && !folder.isRoot())
         folder = QFileInfo(folder.absolutePath());
-    return folder.isDir() && folder.isWritable();
+    return folder.isDir() && folder.isWritable() && (!file.exists() || (file.isFile() && file.isWritable()));
 }

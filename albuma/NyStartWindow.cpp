@@ -531,7 +531,8 @@ void NyStartWindow::switchService(bool on)
     } else {
         m_recommendations.deactivateRecommendations();
     }
-    if (m_recommendations.recommendationsActivated() != on) {
+    // What could not be written is kept in memory, so that it looks as if it had been.
+    if (m_recommendations.recommendationsActivated() != on || !NyStartScreenSettings::canBeStored()) {
         setError(tr("Die Einstellung kann nicht gespeichert werden. Sie gehört in die Datei\n%1")
                      .arg(NyDirectoryConfig::instance().settingsFile()));
     }

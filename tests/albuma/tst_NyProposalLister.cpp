@@ -257,6 +257,7 @@ void tst_NyProposalLister::datesAreNotToldTwice_data()
     QTest::addColumn<QString>("dates");
     QTest::newRow("in the headline") << u"11. – 19. Juli 2026"_s << u"Unsere Reise"_s << QString();
     QTest::newRow("in the subline") << u"Ostsee"_s << u"11. – 19. Juli 2026"_s << QString();
+    QTest::newRow("in the subline, in another language") << u"Ostsee"_s << u"11 – 19 July 2026"_s << QString();
     QTest::newRow("in none") << u"Ostsee"_s << QString() << u"11. – 19. Juli 2026"_s;
 }
 

@@ -126,6 +126,7 @@ private Q_SLOTS:
     void theSwitch();
     void theSwitchWithoutAService();
     void theSwitchFollowsOthers();
+    void settingsThatCannotBeStored();
     void marksOfAnotherProcessAreSeen();
     void geometryIsKept();
     void theOrderIsKept();
@@ -685,6 +686,21 @@ void tst_NyStartWindow::theSwitchFollowsOthers()
     m_window->activateWindow();
     QTRY_VERIFY(!box->isChecked());
     QCOMPARE(emptyTitle(), u"Automatische Produktvorschläge sind ausgeschaltet"_s);
+}
+
+void tst_NyStartWindow::settingsThatCannotBeStored()
+{
+    QVERIFY(NyStartScreenSettings::canBeStored());
+    const QString path = TestSupport::configFolder() + u"/settings.ini"_s;
+    const QByteArray before = TestSupport::readFile(path);
+    // A folder in the file's place stops root as well.
+    QVERIFY(QFile::remove(path));
+    QVERIFY(QDir().mkpath(path));
+    QVERIFY(!NyStartScreenSettings::canBeStored());
+    QVERIFY(QDir().rmdir(path));
+    QVERIFY(NyStartScreenSettings::canBeStored());
+    QVERIFY(TestSupport::writeFile(path, before));
+    QVERIFY(NyStartScreenSettings::canBeStored());
 }
 
 void tst_NyStartWindow::marksOfAnotherProcessAreSeen()
