@@ -657,7 +657,7 @@ QString Page::dates(const QString &name) const
 
 QString Page::pictures(const Entry &entry, int maximum, int *picturesLeft) const
 {
-    if (entry.folder < 0 || *picturesLeft <= 0 || m_picturesBelow[size_t(entry.folder)] == 0)
+    if (entry.folder < 0 || *picturesLeft <= 0 || m_picturesBelow[size_t(entry.folder)] == 0 || QCoreApplication::closingDown())
         return QString();
     QList<int> folders{entry.folder};
     for (qsizetype at = 0; at < folders.size(); ++at)
@@ -784,5 +784,9 @@ NyClassificationResultsRendererHTML::~NyClassificationResultsRendererHTML() = de
 bool NyClassificationResultsRendererHTML::renderToFile(const QFileInfo &target) const
 {
     const Page page(m_results, m_startDirectoryLength, m_fileExtensionFilters);
-    return NyFileHandler::writeBinaryFile(target, page.html(target.fileName()).toUtf8());
+    const QByteArray html = page.html(target.fileName()).toUtf8();
+    // Pictures may be missing in it.
+    if (QCoreApplication::closingDown())
+        return false;
+    return NyFileHandler::writeBinaryFile(target, html);
 }

@@ -41,7 +41,7 @@ public:
      * Reads the folders, and those below them, to count their photos; decodes pictures. Blocks meanwhile. Folders that are gone or
      * cannot be read are shown as such.
      *
-     * @return false, after one warning that names the file, when it cannot be written.
+     * @return false, after one warning that names the file, when it cannot be written; false too when the program ends meanwhile.
      */
     bool renderToFile(const QFileInfo &target) const;
 

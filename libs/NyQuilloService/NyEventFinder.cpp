@@ -207,7 +207,8 @@ NyEventFolderClassificationResultList NyEventFinder::enrichedWithOccassionInform
 void NyEventFinder::renderClassificationList(const NyEventFolderClassificationResultList &list, const QString &name)
 {
     const QMutexLocker locker(m_mutex.get());
-    if (!NySingleton<NyQuilloServiceConfig>::instance().printClassification())
+    // A search that the end of the program cut short must not put part of a list in the place of a whole report.
+    if (!NySingleton<NyQuilloServiceConfig>::instance().printClassification() || QCoreApplication::closingDown())
         return;
     const QFileInfo target(QDir(NySingleton<NyQuilloServiceSettings>::instance().bookProposalFileFolder()),
         QStringLiteral("classification.%1.html").arg(name));

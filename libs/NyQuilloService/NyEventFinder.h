@@ -43,7 +43,10 @@ public:
     NyEventFolderClassificationResult enrichedWithOccassionInformation(NyEventFolderClassificationResult result);
     /** The entries in their order, each with its occasions; when the program ends meanwhile, those that are done. */
     NyEventFolderClassificationResultList enrichedWithOccassionInformation(const NyEventFolderClassificationResultList &list);
-    /** Writes the report "classification.NAME.html" to the proposal folder if the configuration asks for reports. Thread-safe. */
+    /**
+     * Writes the report "classification.NAME.html" to the proposal folder if the configuration asks for reports and the program does
+     * not end. Thread-safe.
+     */
     void renderClassificationList(const NyEventFolderClassificationResultList &list, const QString &name);
 
 private:

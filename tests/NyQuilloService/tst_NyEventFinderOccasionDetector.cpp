@@ -314,7 +314,8 @@ void tst_NyEventFinderOccasionDetector::looksAgainAtAChangedFoto()
 
 void tst_NyEventFinderOccasionDetector::writesTheLog()
 {
-    const NyFotoList fotos{foto(QStringLiteral("/Bilder/a b.jpg")), foto(QStringLiteral("/Bilder/ü%.jpg"))};
+    const NyFotoList fotos{foto(QStringLiteral("/Bilder/a b.jpg")), foto(QStringLiteral("/Bilder/ü%.jpg")),
+        foto(QStringLiteral("/Bilder/Zeile\nund\r\u2028Zeile.jpg"))};
     NyEventFinderOccasionDetector detector;
     QCOMPARE(detector.outputFileInfo().absoluteFilePath(), logFile());
     const QDateTime before = QDateTime::currentDateTime();
@@ -330,10 +331,11 @@ void tst_NyEventFinderOccasionDetector::writesTheLog()
     const QString text = QString::fromUtf8(TestSupport::readFile(logFile()));
     QCOMPARE(withoutTimes(text),
         QStringLiteral("Start Date and Time of Logging: T\n"
-                       "Detecting occasion of 2 photos \n"
+                       "Detecting occasion of 3 photos \n"
                        "=== Begin List of Fotos === \n"
                        "file:///Bilder/a%20b.jpg\n"
                        "file:///Bilder/%C3%BC%25.jpg\n"
+                       "file:///Bilder/Zeile%0Aund%0D%E2%80%A8Zeile.jpg\n"
                        "=== End List of Fotos === \n"
                        "\n"
                        "=== Begin Final Results ===\n"

@@ -1,5 +1,8 @@
 #include "NyEventFinder.h"
 
+#include <memory>
+#include <utility>
+
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -22,10 +25,24 @@ NyRecentFileResult scanOf(const QString &root, const QStringList &paths)
     return scan;
 }
 
+// Of a child that ends within its search, as it does when somebody quits the service: the application goes at this line of the log.
+QCoreApplication *applicationOfChild = nullptr;
+QString lastLine;
+QtMessageHandler recorder = nullptr;
+
+void endAtTheLastLine(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    recorder(type, context, text);
+    if (!lastLine.isEmpty() && text.contains(lastLine))
+        delete std::exchange(applicationOfChild, nullptr);
+}
+
 /** In a process of its own, because the configuration is read once: prints the result's occasions and all log lines. */
 int runChild(const QString &root, const QStringList &paths)
 {
     const TestSupport::LogRecorder log;
+    lastLine = qEnvironmentVariable("NY_TEST_LAST_LINE");
+    recorder = qInstallMessageHandler(&endAtTheLastLine);
     NyEventFinder finder(scanOf(root, paths));
     const NyRecentFileResult result = finder.findEvent();
     const QJsonObject report{{QStringLiteral("folder"), result.classification().directory().fileName()},
@@ -33,6 +50,7 @@ int runChild(const QString &root, const QStringList &paths)
         {QStringLiteral("occasions"), QJsonArray::fromStringList(result.classification().occasionInformation().occasions())},
         {QStringLiteral("log"), QJsonArray::fromStringList(log.all())}};
     std::printf("%s\n", QJsonDocument(report).toJson(QJsonDocument::Compact).constData());
+    delete std::exchange(applicationOfChild, nullptr);
     return 0;
 }
 }
@@ -55,11 +73,13 @@ private Q_SLOTS:
     void writesAReportOfNothing();
     void goesOnWithoutAReport();
     void detectsInAllFotosOfTheFolder();
+    void leavesReportsWhenTheProgramEnds_data();
+    void leavesReportsWhenTheProgramEnds();
 
 private:
     void add(const QString &folder, int count);
-    /** Runs the search with these sections in the configuration. */
-    void search(const QByteArray &sections);
+    /** Runs the search with these sections in the configuration; the program ends at a line of the log with @p lastLine in it. */
+    void search(const QByteArray &sections, const QString &lastLine = QString());
     QStringList logged(const QString &part) const;
     QString proposalFile(const QString &name) const { return m_folder->filePath(QStringLiteral("data/VELMORA/proposals/") + name); }
 
@@ -90,7 +110,7 @@ void tst_NyEventFinderOccasions::add(const QString &folder, int count)
     }
 }
 
-void tst_NyEventFinderOccasions::search(const QByteArray &sections)
+void tst_NyEventFinderOccasions::search(const QByteArray &sections, const QString &lastLine)
 {
     QVERIFY(TestSupport::writeFile(m_folder->filePath(QStringLiteral("config/VELMORA/quilloservice.xml")),
         "<?xml version=\"1.0\"?><quilloservice><recentFiles minimumPhotos=\"2\"/>" + sections + "</quilloservice>"));
@@ -98,6 +118,7 @@ void tst_NyEventFinderOccasions::search(const QByteArray &sections)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder->filePath(QStringLiteral("config")));
     environment.insert(QStringLiteral("XDG_DATA_HOME"), m_folder->filePath(QStringLiteral("data")));
+    environment.insert(QStringLiteral("NY_TEST_LAST_LINE"), lastLine);
     child.setProcessEnvironment(environment);
     child.start(QCoreApplication::applicationFilePath(), QStringList{QStringLiteral("--find-event"), m_root} + m_paths);
     QVERIFY(child.waitForFinished(30000));
@@ -297,12 +318,47 @@ void tst_NyEventFinderOccasions::detectsInAllFotosOfTheFolder()
     QCOMPARE(logged(QStringLiteral("ms elapsed for #photos: 10")).size(), 1);
 }
 
+void tst_NyEventFinderOccasions::leavesReportsWhenTheProgramEnds_data()
+{
+    QTest::addColumn<QByteArray>("mode");
+    QTest::addColumn<QString>("lastLine");
+    QTest::addColumn<int>("detections");
+    QTest::addColumn<int>("reports");
+    QTest::newRow("before a photo") << QByteArray("eventAll") << QStringLiteral("Writing last Event") << 0 << 0;
+    QTest::newRow("after a folder") << QByteArray("eventAll") << QStringLiteral("OccassionDetection time") << 1 << 0;
+    // The warning about a picture that cannot be read.
+    QTest::newRow("within a report") << QByteArray("none") << QStringLiteral("broken.jpg") << 0 << 1;
+}
+
+void tst_NyEventFinderOccasions::leavesReportsWhenTheProgramEnds()
+{
+    QFETCH(QByteArray, mode);
+    QFETCH(QString, lastLine);
+    QFETCH(int, detections);
+    QFETCH(int, reports);
+    add(QStringLiteral("2024/2024-05-11 Hochzeit"), 4);
+    add(QStringLiteral("2024/2024-12-24 Weihnachten"), 3);
+    QVERIFY(TestSupport::writeFile(m_root + QStringLiteral("/2024/2024-12-24 Weihnachten/broken.jpg"), "no picture"));
+    const QStringList names{QStringLiteral("classification.event.all.html"), QStringLiteral("classification.event.ofInterest.html")};
+    for (const QString &name : names)
+        QVERIFY(TestSupport::writeFile(proposalFile(name), "whole report"));
+    search("<debug printClassification=\"true\"/><eventFinder detectOccasions=\"" + mode + "\"/>", lastLine);
+    QVERIFY(!logged(lastLine).isEmpty());
+    QCOMPARE(logged(QStringLiteral("ms elapsed for #photos: ")).size(), detections);
+    QCOMPARE(logged(QStringLiteral("renderClassificationListRequest (")).size(), reports);
+    for (const QString &name : names)
+        QCOMPARE(TestSupport::readFile(proposalFile(name)), QByteArray("whole report"));
+    QCOMPARE(QDir(proposalFile(QString())).entryList({QStringLiteral("*.html")}, QDir::Files, QDir::Name), names);
+}
+
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
-    if (arguments.size() > 2 && arguments.at(1) == u"--find-event")
+    auto application = std::make_unique<QCoreApplication>(argc, argv);
+    const QStringList arguments = application->arguments();
+    if (arguments.size() > 2 && arguments.at(1) == u"--find-event") {
+        applicationOfChild = application.release();
         return runChild(arguments.at(2), arguments.sliced(3));
+    }
     tst_NyEventFinderOccasions test;
     return QTest::qExec(&test, argc, argv);
 }
