@@ -3,7 +3,9 @@
 #include <NyTranslation.h>
 
 #include <QCoreApplication>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
 
@@ -21,6 +23,8 @@ private Q_SLOTS:
     void differencesAreFound();
     void complete_data() { languageRows(); }
     void complete();
+    void upToDate_data() { languageRows(); }
+    void upToDate();
     void embedded_data() { languageRows(); }
     void embedded();
     void noGermanInEnglish();
@@ -28,7 +32,7 @@ private Q_SLOTS:
     void fileNameOfProposals();
 
 private:
-    static QStringList languages() { return QString::fromLatin1(NY_LANGUAGES).split(u';'); }
+    static QStringList languages() { return QString::fromLatin1(NY_LANGUAGES).split(u'|'); }
     static void languageRows();
     static TranslationFile file(const QString &language)
     {
@@ -129,6 +133,26 @@ void tst_Translations::complete()
     QCOMPARE(texts.sourceLanguage, u"de_DE"_s);
     QVERIFY(texts.texts.size() > 100);
     VERIFY_NONE(texts.faults());
+}
+
+void tst_Translations::upToDate()
+{
+    QFETCH(QString, language);
+    const QTemporaryDir folder;
+    const QString made = folder.filePath(u"made.ts"_s);
+    QProcess process;
+    process.start(QStringLiteral(NY_LUPDATE),
+        QString::fromUtf8(NY_LUPDATE_ARGUMENTS).split(u'|') + QStringList{u"-target-language"_s, language, u"-ts"_s, made});
+    QVERIFY2(process.waitForFinished(30000) && process.exitCode() == 0, qPrintable(process.errorString()));
+    // Such as a class without Q_OBJECT, whose texts would be looked for in another context than they are in.
+    const QByteArray complaints = process.readAllStandardError();
+    QVERIFY2(complaints.isEmpty(), complaints.constData());
+
+    const TranslationFile current = TranslationFile::read(made);
+    QCOMPARE(current.error, QString());
+    const QStringList differences = file(language).differences(current);
+    QVERIFY2(differences.isEmpty(),
+        qPrintable(u"Build the target update-translations and fill in what is unfinished:\n  "_s + differences.join(u"\n  "_s)));
 }
 
 void tst_Translations::embedded()
