@@ -1,5 +1,7 @@
 #include "NyVisionMemory.h"
 
+#include <utility>
+
 #include <NyFoto.h>
 #include <NyOrrinVisionedMediaItem.h>
 
@@ -47,11 +49,10 @@ public:
         const auto old = m_old.constFind(content.location);
         if (old == m_old.constEnd() || old->stamp != content.stamp)
             return nullptr;
-        insert(content.location, m_old.take(content.location));
-        return &*m_young.constFind(content.location);
+        return &insert(content.location, m_old.take(content.location));
     }
 
-    void insert(const QString &location, Entry entry)
+    const Entry &insert(const QString &location, Entry entry)
     {
         if (const auto stale = m_young.constFind(location); stale != m_young.constEnd()) {
             m_youngBytes -= stale->bytes;
@@ -62,7 +63,7 @@ public:
             m_youngBytes = 0;
         }
         m_youngBytes += entry.bytes;
-        m_young.insert(location, std::move(entry));
+        return *m_young.insert(location, std::move(entry));
     }
 
     QMutex mutex;
