@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <optional>
 
@@ -55,21 +56,39 @@ bool isUsable(const NyOrrinVisionedMediaItem &item)
     return seen.crispness >= SmearedCrispness || seen.detail >= SmearedDetailOfContrast * seen.contrast;
 }
 
-/** Of two photos in the order of time. */
-bool areCloseInTime(const NyOrrinMediaItem &left, const NyOrrinMediaItem &right)
+/**
+ * What tells near-duplicates. These lie close together in memory: photos without a date of their own that were copied at once all
+ * count as taken within minutes, and then each of tens of thousands is compared with each.
+ */
+struct Trace
 {
-    if (!left.hasTimestamp() || !right.hasTimestamp())
+    explicit Trace(const NyOrrinVisionedMediaItem &item)
+        : timestamp(item.item().timestamp())
+        , hash(item.descriptors().descriptors().hash)
+        , hasTimestamp(item.item().hasTimestamp())
+        , hasHash(item.descriptors().isValid())
+    {
+    }
+
+    long long timestamp;
+    std::uint64_t hash;
+    bool hasTimestamp;
+    bool hasHash;
+};
+
+/** Of two photos in the order of time. */
+bool areCloseInTime(const Trace &left, const Trace &right)
+{
+    if (!left.hasTimestamp || !right.hasTimestamp)
         return false;
     // Unsigned, so that the difference of absurd times does not overflow.
-    const auto apart = static_cast<unsigned long long>(right.timestamp()) - static_cast<unsigned long long>(left.timestamp());
+    const auto apart = static_cast<unsigned long long>(right.timestamp) - static_cast<unsigned long long>(left.timestamp);
     return apart <= static_cast<unsigned long long>(NyOrrinCurator::DuplicateDistanceMs);
 }
 
-bool lookAlike(const NyOrrinVisionedMediaItem &left, const NyOrrinVisionedMediaItem &right)
+bool lookAlike(const Trace &left, const Trace &right)
 {
-    return left.descriptors().isValid() && right.descriptors().isValid()
-        && orrin::ImageStatistics::hashDistance(left.descriptors().descriptors().hash, right.descriptors().descriptors().hash)
-        <= NyOrrinCurator::DuplicateBits;
+    return left.hasHash && right.hasHash && orrin::ImageStatistics::hashDistance(left.hash, right.hash) <= NyOrrinCurator::DuplicateBits;
 }
 
 /** Of two near-duplicates: what the user said counts first, then what is seen. */
@@ -233,6 +252,7 @@ std::vector<NyOrrinCuratedMediaItem> NyOrrinCurator::curate(std::vector<NyOrrinV
         return left.item().timestamp() < right.item().timestamp();
     });
     std::vector<NyOrrinVisionedMediaItem> kept;
+    std::vector<Trace> traces;
     for (NyOrrinVisionedMediaItem &item : items) {
         if (m_home && item.item().coordinate()) {
             if (const std::optional<QDate> day = dayOf(item.item()))
@@ -242,19 +262,21 @@ std::vector<NyOrrinCuratedMediaItem> NyOrrinCurator::curate(std::vector<NyOrrinV
             continue;
         std::vector<std::size_t> alike;
         bool isBest = true;
-        for (std::size_t i = kept.size(); i-- > 0;) {
-            if (!areCloseInTime(kept[i].item(), item.item()))
-                break;
-            if (!lookAlike(kept[i], item))
+        const Trace trace(item);
+        for (std::size_t i = traces.size(); i-- > 0 && areCloseInTime(traces[i], trace);) {
+            if (!lookAlike(traces[i], trace))
                 continue;
             alike.push_back(i);
             isBest = isBest && isBetter(item, kept[i]);
         }
         if (!isBest)
             continue;
-        for (const std::size_t i : alike)
+        for (const std::size_t i : alike) {
             kept.erase(kept.begin() + static_cast<std::ptrdiff_t>(i));
+            traces.erase(traces.begin() + static_cast<std::ptrdiff_t>(i));
+        }
         kept.push_back(std::move(item));
+        traces.push_back(trace);
     }
     std::vector<NyOrrinCuratedMediaItem> result;
     result.reserve(kept.size());
