@@ -13,6 +13,12 @@ function(ny_add_translations TARGET)
     set(files ${NY_LANGUAGES})
     list(TRANSFORM files PREPEND "${NY_TRANSLATIONS_FOLDER}/velmora_")
     list(TRANSFORM files APPEND ".ts")
+    foreach(language file IN ZIP_LISTS NY_LANGUAGES files)
+        # Qt's function would have the build make the file, over what update-translations has put there.
+        if(NOT EXISTS "${file}")
+            file(WRITE "${file}" "<!DOCTYPE TS>\n<TS version=\"2.1\" language=\"${language}\" sourcelanguage=\"de_DE\"/>\n")
+        endif()
+    endforeach()
     # A text that is not translated yet stays German.
     qt_add_lrelease(${TARGET} TS_FILES ${files} QM_FILES_OUTPUT_VARIABLE compiled OPTIONS -silent -nounfinished)
     qt_add_resources(${TARGET} translations
