@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include <NyFotoAccess.h>
@@ -82,8 +83,8 @@ NyOccasionInfoList NyEventFinderOccasionDetector::detectOccasion(const NyFotoLis
     }
 
     NyOrrinCurator curator = NySingleton<NyOrrinAccess>::instance().getCurator();
-    const std::vector<NyOrrinCuratedMediaItem> curated = curator.curate(items);
-    std::vector<NyOrrinOccasion> occasions = curator.getOccasion(curated);
+    std::vector<NyOrrinCuratedMediaItem> curated = curator.curate(std::move(items));
+    std::vector<NyOrrinOccasion> occasions = curator.getOccasion(std::move(curated));
     std::sort(occasions.begin(), occasions.end(), compareOccasions);
     NyOccasionInfoList result;
     for (const NyOrrinOccasion &occasion : occasions)

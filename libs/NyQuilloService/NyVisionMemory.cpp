@@ -33,6 +33,17 @@ qint64 bytesOf(const QString &location, const std::optional<NyOrrinVisionedMedia
     return bytes;
 }
 
+/** The item without the names of all scenes but the first, which are most of its size and which no album is judged by. */
+NyOrrinVisionedMediaItem withoutFurtherScenes(const NyOrrinVisionedMediaItem &item)
+{
+    orrin::Descriptors seen = item.descriptors().descriptors();
+    if (seen.scenes.size() > 1) {
+        seen.scenes.resize(1);
+        seen.scenes.shrink_to_fit();
+    }
+    return {item.item(), NyOrrinVisionDescriptors(std::move(seen))};
+}
+
 } // namespace
 
 /** Two generations: what is asked for moves to the young one, and when that is full it becomes the old one. */
@@ -120,6 +131,7 @@ void NyVisionMemory::remember(const Content &content, const NyOrrinVisionedMedia
 {
     if (!content.isValid() || !item.descriptors().isValid())
         return;
+    const std::optional<NyOrrinVisionedMediaItem> kept = withoutFurtherScenes(item);
     const QMutexLocker locker(&d->mutex);
-    d->insert(content.location, {content.stamp, item, bytesOf(content.location, item)});
+    d->insert(content.location, {content.stamp, kept, bytesOf(content.location, kept)});
 }

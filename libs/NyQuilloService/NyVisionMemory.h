@@ -22,7 +22,8 @@ class NyOrrinVisionedMediaItem;
 class NYQUILLOSERVICE_EXPORT NyVisionMemory : public NySingleton<NyVisionMemory>
 {
 public:
-    static constexpr qint64 MaximumBytes = 32 * 1024 * 1024;
+    /** Some tens of thousands of photos: a search that has to look at many photos again never ends before the next one begins. */
+    static constexpr qint64 MaximumBytes = 128 * 1024 * 1024;
 
     /** A photo as it lies on the disk now. Invalid, and never remembered, when there is no such file. */
     struct Content

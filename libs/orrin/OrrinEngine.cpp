@@ -94,6 +94,8 @@ Descriptors Engine::describe(const ImageView &image) noexcept
         }
     } catch (const std::exception &problem) {
         d->warn(std::string("a photo could not be looked at: ") + problem.what());
+    } catch (...) {
+        d->warn("a photo could not be looked at");
     }
     return result;
 }

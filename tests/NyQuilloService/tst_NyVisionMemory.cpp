@@ -35,6 +35,7 @@ class tst_NyVisionMemory : public QObject
 private Q_SLOTS:
     void knowsNothingAtFirst();
     void remembersWhatWasSeen();
+    void keepsWhatAlbumsAreJudgedBy();
     void remembersWhatCannotBeShown();
     void noticesAChangedFile();
     void ignoresWhatIsNoFile();
@@ -60,6 +61,29 @@ void tst_NyVisionMemory::remembersWhatWasSeen()
     QCOMPARE(item->item().id(), QStringLiteral("file:///a.jpg"));
     QCOMPARE(item->descriptors().descriptors().sharpness, 12.5F);
     QVERIFY(!memory.item(content(QStringLiteral("/b.jpg"))));
+}
+
+void tst_NyVisionMemory::keepsWhatAlbumsAreJudgedBy()
+{
+    orrin::Descriptors descriptors;
+    descriptors.isValid = true;
+    descriptors.hash = 42;
+    descriptors.scenes = {{"beach", 0.75F}, {"forest", 0.25F}};
+    descriptors.occasions = {{"beach", 0.6F}, {"hiking", 0.1F}};
+    NyOrrinVisionDescriptorsBuilder builder;
+    builder.setDescriptors(descriptors);
+    NyVisionMemory memory;
+    memory.remember(content(QStringLiteral("/a.jpg")), {NyOrrinMediaItemBuilder().setRating(4).build(), builder.build()});
+    const std::optional<NyOrrinVisionedMediaItem> item = memory.item(content(QStringLiteral("/a.jpg")));
+    QVERIFY(item);
+    QCOMPARE(item->item().rating(), 4);
+    const orrin::Descriptors &kept = item->descriptors().descriptors();
+    QCOMPARE(kept.hash, std::uint64_t(42));
+    QCOMPARE(kept.occasions.size(), std::size_t(2));
+    QCOMPARE(kept.occasions.at(1).keyword, std::string("hiking"));
+    // Whether a model looked at the photo counts, the names of what it saw do not.
+    QCOMPARE(kept.scenes.size(), std::size_t(1));
+    QCOMPARE(kept.scenes.front().label, std::string("beach"));
 }
 
 void tst_NyVisionMemory::remembersWhatCannotBeShown()
