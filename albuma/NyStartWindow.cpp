@@ -417,13 +417,11 @@ void NyStartWindow::updateState()
                 tr("&Erneut versuchen")};
         } else {
             const auto &config = NyQuilloServiceConfig::instance();
-            content = {u"ico_quilloservice"_s, tr("Noch keine Vorschläge"),
-                tr("Sobald in „%1“ genug neue Fotos liegen, mindestens %2, entsteht daraus ein Vorschlag, und Sie werden "
-                   "benachrichtigt. Weitere Vorschläge kommen von %3, %4 Uhr, bis %5.")
-                    .arg(pictures, NyTranslation::locale().toString(config.minimumPhotos()),
-                        NyTranslation::locale().dayName(config.preferredDaysStart()), QString::number(config.preferredHourStart()),
-                        NyTranslation::locale().dayName(config.preferredDaysEnd())),
-                QString()};
+            const QString first = tr("Sobald in „%1“ genug neue Fotos liegen, mindestens %2, entsteht daraus ein Vorschlag.")
+                                      .arg(pictures, NyTranslation::locale().toString(config.minimumPhotos()));
+            const QString further
+                = furtherProposalsText(config.preferredDaysStart(), config.preferredHourStart(), config.preferredDaysEnd());
+            content = {u"ico_quilloservice"_s, tr("Noch keine Vorschläge"), QStringList{first, further}.join(u' ').trimmed(), QString()};
         }
         break;
     }
@@ -666,4 +664,14 @@ void NyStartWindow::dropEvent(QDropEvent *event)
         return;
     event->acceptProposedAction();
     Q_EMIT openRequested(path);
+}
+
+QString NyStartWindow::furtherProposalsText(int firstDay, int firstHour, int lastDay)
+{
+    const auto isDay = [](int day) { return day >= Qt::Monday && day <= Qt::Sunday; };
+    if (!isDay(firstDay) || !isDay(lastDay))
+        return {};
+    const QLocale locale = NyTranslation::locale();
+    return tr("Weitere Vorschläge kommen von %1, %2 Uhr, bis %3.")
+        .arg(locale.dayName(firstDay), QString::number(firstHour), locale.dayName(lastDay));
 }

@@ -35,6 +35,9 @@ public:
     explicit NyStartWindow(NyStartScreenSettings &settings);
     ~NyStartWindow() override;
 
+    /** When proposals come, for people; days from 1 = Monday to 7. Empty when the days are no days of the week. */
+    static QString furtherProposalsText(int firstDay, int firstHour, int lastDay);
+
     /** Says what could not be done; an empty text takes the message away. */
     void setError(const QString &error);
     /** Takes one proposal as read; what the user opened is kept in the settings. */

@@ -1277,8 +1277,12 @@ which is not there now. Connect the drive that the folder is on, or choose anoth
         <translation>No proposals yet</translation>
     </message>
     <message>
-        <source>Sobald in „%1“ genug neue Fotos liegen, mindestens %2, entsteht daraus ein Vorschlag, und Sie werden benachrichtigt. Weitere Vorschläge kommen von %3, %4 Uhr, bis %5.</source>
-        <translation>As soon as there are enough new photos in “%1”, at least %2, they become a proposal, and you are notified. Further proposals come from %3, %4:00, until %5.</translation>
+        <source>Sobald in „%1“ genug neue Fotos liegen, mindestens %2, entsteht daraus ein Vorschlag.</source>
+        <translation>As soon as there are enough new photos in “%1”, at least %2, they become a proposal.</translation>
+    </message>
+    <message>
+        <source>Weitere Vorschläge kommen von %1, %2 Uhr, bis %3.</source>
+        <translation>Further proposals come from %1, %2:00, until %3.</translation>
     </message>
     <message>
         <source>„%1“ kann nicht geöffnet werden: Die Projektdatei

@@ -138,6 +138,9 @@ private Q_SLOTS:
     void quittingFromTheBook();
     void aBookStartedDirectlyEndsTheProgram();
 
+    void tellsWhenProposalsCome_data();
+    void tellsWhenProposalsCome();
+
 private:
     /** A window that is shown, active and has read the folder. */
     bool start();
@@ -845,6 +848,25 @@ void tst_NyStartWindow::aBookStartedDirectlyEndsTheProgram()
     QTest::keyClick(windows.bookWindow(), Qt::Key_Home, Qt::AltModifier);
     QTRY_VERIFY(windows.startWindow() && windows.startWindow()->isVisible());
     QVERIFY(!windows.bookWindow());
+}
+
+void tst_NyStartWindow::tellsWhenProposalsCome_data()
+{
+    QTest::addColumn<int>("firstDay");
+    QTest::addColumn<int>("lastDay");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("as it comes") << 4 << 6 << u"Weitere Vorschläge kommen von Donnerstag, 12 Uhr, bis Samstag."_s;
+    QTest::newRow("the whole week") << 1 << 7 << u"Weitere Vorschläge kommen von Montag, 12 Uhr, bis Sonntag."_s;
+    QTest::newRow("no day to begin with") << 0 << 7 << QString();
+    QTest::newRow("no day to end with") << 1 << 8 << QString();
+}
+
+void tst_NyStartWindow::tellsWhenProposalsCome()
+{
+    QFETCH(int, firstDay);
+    QFETCH(int, lastDay);
+    QFETCH(QString, text);
+    QCOMPARE(NyStartWindow::furtherProposalsText(firstDay, 12, lastDay), text);
 }
 
 QTEST_MAIN(tst_NyStartWindow)
