@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <utility>
 
 #include <QtCore/QDateTime>
 #include <QtCore/QHash>
@@ -211,18 +212,28 @@ void addPlaces(const std::vector<NyOrrinCuratedMediaItem> &items, const std::sha
         evidence[entry.key()][Place] = entry.value();
 }
 
+/** How many photos were taken on each day, those from south of the equator apart. */
+using PhotosOfDays = std::map<std::pair<QDate, bool>, int>;
+
+PhotosOfDays photosOfDays(const std::vector<NyOrrinCuratedMediaItem> &items)
+{
+    PhotosOfDays result;
+    for (const NyOrrinCuratedMediaItem &item : items) {
+        const bool isSouthern = item.item().coordinate() && item.item().coordinate()->latitude < 0.0;
+        if (const std::optional<QDate> day = dayOf(item.item()))
+            ++result[{*day, isSouthern}];
+    }
+    return result;
+}
+
 /** The mean over the photos: an album of a whole year is not a Christmas album because it ends in December. */
-double calendarFactor(const QString &keyword, const std::vector<NyOrrinCuratedMediaItem> &items)
+double calendarFactor(const QString &keyword, const PhotosOfDays &photos)
 {
     double sum = 0.0;
     int count = 0;
-    for (const NyOrrinCuratedMediaItem &item : items) {
-        const std::optional<QDate> day = dayOf(item.item());
-        if (!day)
-            continue;
-        const bool isSouthern = item.item().coordinate() && item.item().coordinate()->latitude < 0.0;
-        sum += NyOrrinCalendar::factor(keyword, *day, isSouthern);
-        ++count;
+    for (const auto &[day, photosOfDay] : photos) {
+        sum += photosOfDay * NyOrrinCalendar::factor(keyword, day.first, day.second);
+        count += photosOfDay;
     }
     return count > 0 ? sum / count : 1.0;
 }
@@ -297,11 +308,12 @@ std::vector<NyOrrinOccasion> NyOrrinCurator::getOccasion(std::vector<NyOrrinCura
     addVision(items, evidence);
     if (!titles.isWork)
         addPlaces(items, m_home, evidence);
+    const PhotosOfDays photos = photosOfDays(items);
     for (const auto &[keyword, sources] : evidence) {
         double doubt = 1.0;
         for (const double source : sources)
             doubt *= 1.0 - std::min(source, HighestEvidence);
-        const double odds = (1.0 - doubt) / doubt * calendarFactor(keyword, items);
+        const double odds = (1.0 - doubt) / doubt * calendarFactor(keyword, photos);
         const double probability = odds / (1.0 + odds);
         if (probability < thresholdOf(keyword))
             continue;
