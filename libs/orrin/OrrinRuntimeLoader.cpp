@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include "OrrinRuntime.h"
 #include "OrrinRuntimeTable.h"
@@ -35,24 +36,44 @@ private:
 
     LoadedRuntime()
     {
+        const std::string folder = ownFolder();
         for (const char *name : LibraryNames) {
-            void *const library = ::dlopen(name, RTLD_LAZY | RTLD_LOCAL);
-            if (!library) {
-                // The first name is the one to install.
-                if (m_error.empty())
-                    m_error = ::dlerror();
-                continue;
-            }
-            // Asked of this one library: the whole process would answer with the function below.
-            if (const auto getApiBase = reinterpret_cast<GetApiBase>(::dlsym(library, "OrtGetApiBase"))) {
-                m_base = getApiBase();
-                m_error.clear();
+            if (const std::string file = folder + name; !folder.empty() && ::access(file.c_str(), F_OK) == 0 && load(file))
                 return;
-            }
-            if (m_error.empty())
-                m_error = std::string(name) + " is not ONNX Runtime";
-            ::dlclose(library);
+            if (load(name))
+                return;
         }
+    }
+
+    /** Where this library lies, with a slash at the end; an installation may have its own runtime there. */
+    static std::string ownFolder()
+    {
+        Dl_info info{};
+        if (::dladdr(reinterpret_cast<const void *>(&LoadedRuntime::instance), &info) == 0 || !info.dli_fname)
+            return {};
+        const std::string path = info.dli_fname;
+        return path.substr(0, path.rfind('/') + 1);
+    }
+
+    bool load(const std::string &name)
+    {
+        void *const library = ::dlopen(name.c_str(), RTLD_LAZY | RTLD_LOCAL);
+        if (!library) {
+            // The first name is the one to install.
+            if (m_error.empty())
+                m_error = ::dlerror();
+            return false;
+        }
+        // Asked of this one library: the whole process would answer with the function below.
+        if (const auto getApiBase = reinterpret_cast<GetApiBase>(::dlsym(library, "OrtGetApiBase"))) {
+            m_base = getApiBase();
+            m_error.clear();
+            return true;
+        }
+        if (m_error.empty())
+            m_error = name + " is not ONNX Runtime";
+        ::dlclose(library);
+        return false;
     }
 
     const OrtApiBase *m_base = nullptr;
