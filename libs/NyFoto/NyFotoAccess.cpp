@@ -48,11 +48,6 @@ bool has(NyCachingOption option, NyCachingOption bit)
 
 NyBackgroundTask::~NyBackgroundTask() = default;
 
-NyFotoFileStamp NyFotoAccess::fileStamp(const NyFoto &foto)
-{
-    return foto.isLocalFile() ? NyFotoFileStamp::ofFile(foto.location()) : NyFotoFileStamp();
-}
-
 bool NyFotoAccess::isVideo(const NyFoto &foto)
 {
     static constexpr const char16_t *const extensions[] = {
@@ -139,7 +134,7 @@ NyDrawable NyFotoAccess::drawable(const NyFoto &foto, const QSize &boxPx, const 
     if (!foto.isLocalFile() || isVideo(foto) || boxPx.isEmpty())
         return {};
     NyFotoCacheManager &cache = NyFotoCacheManager::instance();
-    const NyFotoFileStamp stamp = fileStamp(foto);
+    const NyFotoFileStamp stamp = NyFotoFileStamp::ofFile(foto.location());
     if (has(option, NyCachingOption::LookIntoCache)) {
         const QImage image = cache.drawable(foto.location(), stamp, boxPx);
         if (!image.isNull()) {

@@ -5,7 +5,6 @@
 
 #include "NyDrawable.h"
 #include "NyFoto.h"
-#include "NyFotoFileStamp.h"
 #include "NyFotoMetaData.h"
 #include "NyGeoPosition.h"
 #include "nyfoto_export.h"
@@ -59,9 +58,6 @@ public:
 class NYFOTO_EXPORT NyFotoAccess
 {
 public:
-    /** What tells whether a photo is still the one that was read; without a size when there is no such file. */
-    static NyFotoFileStamp fileStamp(const NyFoto &foto);
-
     /** By the file's name alone. */
     static bool isVideo(const NyFoto &foto);
 
