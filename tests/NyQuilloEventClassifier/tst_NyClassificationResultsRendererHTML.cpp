@@ -13,11 +13,9 @@
 
 #include "PictureTree.h"
 #include "TestSupport.h"
+#include "WithoutRootPowers.h"
 
-#include <linux/capability.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 using Kind = NyEventFolderTypeEnum;
@@ -201,30 +199,6 @@ Result result(const QString &path, Kind kind, const QList<NyOccasionInfo> &occas
     folder.setOccasionInformation(NyOccasionInfoList(occasions));
     return folder;
 }
-
-/** Takes away from this thread what lets root read everything, for as long as it lives. */
-class WithoutPrivileges
-{
-public:
-    WithoutPrivileges()
-    {
-        ::syscall(SYS_capget, &m_header, m_kept);
-        __user_cap_data_struct reduced[2] = {m_kept[0], m_kept[1]};
-        reduced[0].effective &= ~((1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH));
-        m_header = {_LINUX_CAPABILITY_VERSION_3, 0};
-        ::syscall(SYS_capset, &m_header, reduced);
-    }
-    ~WithoutPrivileges()
-    {
-        m_header = {_LINUX_CAPABILITY_VERSION_3, 0};
-        ::syscall(SYS_capset, &m_header, m_kept);
-    }
-    Q_DISABLE_COPY_MOVE(WithoutPrivileges)
-
-private:
-    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct m_kept[2] = {};
-};
 
 } // namespace
 
@@ -481,7 +455,7 @@ private Q_SLOTS:
         QTest::failOnWarning(QRegularExpression(u"."_s));
         Page page;
         {
-            const WithoutPrivileges withoutPrivileges;
+            const WithoutRootPowers withoutPrivileges;
             page = rendered(
                 {result(tree.path(u"Da"_s), Kind::Event), result(tree.path(u"Zu"_s), Kind::Event), result(tree.path(u"Weg"_s), Kind::Event),
                     result(tree.path(u"Datei"_s), Kind::Event), result(tree.path(u".Verborgen"_s), Kind::Event), Result()},

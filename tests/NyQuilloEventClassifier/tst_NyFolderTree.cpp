@@ -8,10 +8,9 @@
 
 #include "PictureTree.h"
 #include "TestSupport.h"
+#include "WithoutRootPowers.h"
 
-#include <linux/capability.h>
-#include <sys/syscall.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -36,30 +35,6 @@ QStringList inOrder(const NyFolderTree &tree, int index = 0)
         names += inOrder(tree, child);
     return names;
 }
-
-/** Takes away from this thread what lets root read everything, for as long as it lives. */
-class WithoutPrivileges
-{
-public:
-    WithoutPrivileges()
-    {
-        ::syscall(SYS_capget, &m_header, m_kept);
-        __user_cap_data_struct reduced[2] = {m_kept[0], m_kept[1]};
-        reduced[0].effective &= ~((1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH));
-        m_header = {_LINUX_CAPABILITY_VERSION_3, 0};
-        ::syscall(SYS_capset, &m_header, reduced);
-    }
-    ~WithoutPrivileges()
-    {
-        m_header = {_LINUX_CAPABILITY_VERSION_3, 0};
-        ::syscall(SYS_capset, &m_header, m_kept);
-    }
-    Q_DISABLE_COPY_MOVE(WithoutPrivileges)
-
-private:
-    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct m_kept[2] = {};
-};
 
 } // namespace
 
@@ -209,7 +184,7 @@ private Q_SLOTS:
         QVERIFY(::chmod(QFile::encodeName(pictures.path(u"closed"_s)).constData(), 0) == 0);
         TestSupport::LogRecorder log;
         {
-            const WithoutPrivileges unprivileged;
+            const WithoutRootPowers unprivileged;
             for (int round = 0; round < 2; ++round)
                 QCOMPARE(relativePaths(pictures, NyFolderTree(pictures.root(), Filters)), (QStringList{u"."_s, u"open"_s}));
         }

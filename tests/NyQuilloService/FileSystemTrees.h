@@ -7,15 +7,15 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <linux/capability.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <QByteArray>
 #include <QString>
+
+#include "WithoutRootPowers.h"
 
 /** Makes folders and files with any bytes in their names, as tests of file system code need them. */
 class TreeBuilder
@@ -85,24 +85,4 @@ private:
     }
 
     std::string m_root;
-};
-
-/** Lets permissions hold for this thread even when it runs as root. */
-class WithoutRootPowers
-{
-public:
-    WithoutRootPowers()
-    {
-        ::syscall(SYS_capget, &m_header, m_before);
-        __user_cap_data_struct reduced[2] = {m_before[0], m_before[1]};
-        reduced[0].effective &= ~((1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH));
-        ::syscall(SYS_capset, &m_header, reduced);
-    }
-    ~WithoutRootPowers() { ::syscall(SYS_capset, &m_header, m_before); }
-    WithoutRootPowers(const WithoutRootPowers &) = delete;
-    WithoutRootPowers &operator=(const WithoutRootPowers &) = delete;
-
-private:
-    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct m_before[2]{};
 };
