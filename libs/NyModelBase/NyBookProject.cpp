@@ -33,6 +33,19 @@ QList<QUrl> NyBookProject::photoUrls() const
     return urls;
 }
 
+const NyBookPage *NyBookProject::page(int index) const
+{
+    if (index == NyBookPlace::Cover)
+        return &cover;
+    return index >= 0 && index < pages.size() ? &pages.at(index) : nullptr;
+}
+
+const NyPlacedFoto *NyBookProject::photo(NyBookPlace place) const
+{
+    const NyBookPage *found = page(place.page);
+    return found && place.photo >= 0 && place.photo < found->photos.size() ? &found->photos.at(place.photo) : nullptr;
+}
+
 bool operator==(const NyBookProject &a, const NyBookProject &b)
 {
     return a.title == b.title && a.subtitle == b.subtitle && a.style == b.style && a.occasions == b.occasions

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "NyBookPage.h"
+#include "NyBookPlace.h"
 #include "NyDesignElementID.h"
 
 #include <QSizeF>
@@ -27,6 +28,10 @@ struct NYMODELBASE_EXPORT NyBookProject
     int spreadCount() const;
     /** The URLs of all photos, cover first, each once. */
     QList<QUrl> photoUrls() const;
+    /** The cover or the inner page with this index; null for any other. */
+    const NyBookPage *page(int index) const;
+    /** The photo there; null if there is none. */
+    const NyPlacedFoto *photo(NyBookPlace place) const;
 
     friend NYMODELBASE_EXPORT bool operator==(const NyBookProject &a, const NyBookProject &b);
 };

@@ -12,6 +12,7 @@ private Q_SLOTS:
     void printedDpiOfTurnedAndCropped();
     void unknownSize();
     void countsOfABook();
+    void placesInABook();
 };
 
 void tst_NyPlacedFoto::printedDpi()
@@ -64,6 +65,26 @@ void tst_NyPlacedFoto::countsOfABook()
     QCOMPARE(project.spreadCount(), 3);
     QCOMPARE(project.photoCount(), 3);
     QCOMPARE(project.photoUrls(), QList<QUrl>({b.url, a.url}));
+}
+
+void tst_NyPlacedFoto::placesInABook()
+{
+    NyBookProject project;
+    NyPlacedFoto a, b;
+    a.url = QUrl(u"file:///a.jpg"_s);
+    b.url = QUrl(u"file:///b.jpg"_s);
+    project.cover.photos = {b};
+    project.pages = {NyBookPage(), NyBookPage{{b, a}, {}}};
+    QCOMPARE(project.page(NyBookPlace::Cover), &project.cover);
+    QCOMPARE(project.page(1), &project.pages.at(1));
+    QCOMPARE(project.page(2), nullptr);
+    QCOMPARE(project.page(-2), nullptr);
+    QCOMPARE(project.photo({NyBookPlace::Cover, 0})->url, b.url);
+    QCOMPARE(project.photo({1, 1})->url, a.url);
+    QCOMPARE(project.photo({1, 2}), nullptr);
+    QCOMPARE(project.photo({1, -1}), nullptr);
+    QCOMPARE(project.photo({0, 0}), nullptr);
+    QCOMPARE(project.photo({7, 0}), nullptr);
 }
 
 QTEST_GUILESS_MAIN(tst_NyPlacedFoto)
