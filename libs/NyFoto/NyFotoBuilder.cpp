@@ -16,6 +16,9 @@
 #include "NyDirectoryConfig.h"
 #include "NyImageLoader.h"
 #include "NyMediaFormatList.h"
+#include "NyOnceWarning.h"
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace
 {
@@ -44,19 +47,25 @@ public:
     const NyFotoList &fotos() const { return m_fotos; }
 
 private:
+    // The same folders are walked at every detection of the service.
+    static void warnOfFolder(const QString &folder, const QString &fault)
+    {
+        NyOnceWarning::warn(u"NyFotoBuilder: cannot read the folder %1 %2"_s.arg(QDebug::toString(folder), fault));
+    }
+
     QStringList addFilesOf(const QString &folder)
     {
         const QByteArray nativeFolder = QFile::encodeName(folder);
         struct stat status;
         if (::stat(nativeFolder.constData(), &status) != 0) {
-            qWarning() << "NyFotoBuilder: cannot read the folder" << folder << qt_error_string();
+            warnOfFolder(folder, qt_error_string());
             return {};
         }
         if (!m_visited.insert({quint64(status.st_dev), quint64(status.st_ino)}).second)
             return {};
         const std::unique_ptr<DIR, int (*)(DIR *)> directory(::opendir(nativeFolder.constData()), &::closedir);
         if (!directory) {
-            qWarning() << "NyFotoBuilder: cannot read the folder" << folder << qt_error_string();
+            warnOfFolder(folder, qt_error_string());
             return {};
         }
         QStringList files;
@@ -69,8 +78,8 @@ private:
             QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
             const QString name = decoder(nativeName);
             if (decoder.hasError()) {
-                qWarning() << "NyFotoBuilder: a name in the folder" << folder
-                           << "is no valid UTF-8 and is left out:" << nativeName.toPercentEncoding();
+                NyOnceWarning::warn(u"NyFotoBuilder: a name in the folder %1 is no valid UTF-8 and is left out: %2"_s.arg(
+                    QDebug::toString(folder), QDebug::toString(nativeName.toPercentEncoding())));
                 continue;
             }
             unsigned char type = entry->d_type;

@@ -9,14 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include <QtCore/QDebug>
 #include <QtCore/QFile>
-#include <QtCore/QMutex>
-#include <QtCore/QMutexLocker>
-#include <QtCore/QSet>
 #include <QtCore/QStringDecoder>
 
 #include <NyDirectoryConfig.h>
+#include <NyOnceWarning.h>
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -42,21 +39,6 @@ struct FileIdHash
 {
     size_t operator()(const FileId &id) const noexcept { return std::hash<quint64>()(id.inode * 0x9e3779b97f4a7c15ULL ^ id.device); }
 };
-
-/** Warns once for each text: the same tree is walked again and again while the service runs. */
-void warnOnce(const QString &text)
-{
-    constexpr qsizetype Limit = 1000;
-    static QMutex mutex;
-    static QSet<QString> known;
-    {
-        const QMutexLocker locker(&mutex);
-        if (known.contains(text) || known.size() >= Limit)
-            return;
-        known.insert(text);
-    }
-    qWarning().noquote() << text;
-}
 
 bool isAscii(const char *text)
 {
@@ -196,7 +178,7 @@ private:
             const int error = errno;
             // A folder that went away while its parent was read is nothing to warn of.
             if (error != ENOENT || isStart)
-                warnOnce(QStringLiteral("Folder cannot be classified: ") + path + QStringLiteral(": ")
+                NyOnceWarning::warn(QStringLiteral("Folder cannot be classified: ") + path + QStringLiteral(": ")
                     + QString::fromLocal8Bit(std::strerror(error)));
             return false;
         }
@@ -209,7 +191,7 @@ private:
             const struct dirent *entry = ::readdir(directory.get());
             if (!entry) {
                 if (errno != 0)
-                    warnOnce(QStringLiteral("Folder cannot be read to its end: ") + path + QStringLiteral(": ")
+                    NyOnceWarning::warn(QStringLiteral("Folder cannot be read to its end: ") + path + QStringLiteral(": ")
                         + QString::fromLocal8Bit(std::strerror(errno)));
                 return true;
             }
@@ -240,7 +222,8 @@ private:
                 continue;
             const QString decoded = decodedName(name);
             if (decoded.isNull()) {
-                warnOnce(QStringLiteral("Folder name is not valid UTF-8, it is left out: ") + path + QLatin1Char('/') + readable(name));
+                NyOnceWarning::warn(
+                    QStringLiteral("Folder name is not valid UTF-8, it is left out: ") + path + QLatin1Char('/') + readable(name));
                 continue;
             }
             if (NyDirectoryConfig::isIgnorableFolderName(decoded) || m_config.isOwnDataFolder(childPath(path, decoded)))
