@@ -1,12 +1,22 @@
 #include "NyInstallationSettings.h"
 
+#include <cerrno>
+
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QDebug>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
+#include <QtCore/QThread>
+
+#include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "NyChildProcess.h"
+#include "NyDirectoryConfig.h"
 #include "NyPlatformIndependent.h"
 #include "NySettingsLock.h"
 
@@ -14,11 +24,32 @@ namespace
 {
 
 constexpr int LongestUninstallMs = 3000;
+constexpr int LongestInstallMs = 3000;
+constexpr int InstallPollMs = 20;
 
 bool isExecutableFile(const QString &path)
 {
     const QFileInfo file(path);
     return file.isFile() && file.isExecutable();
+}
+
+bool hasEnded(qint64 processId)
+{
+    // One that ended and that nobody has collected still has its id.
+    const int handle = int(::syscall(SYS_pidfd_open, pid_t(processId), 0));
+    if (handle < 0)
+        return errno == ESRCH;
+    pollfd ended{handle, POLLIN, 0};
+    const bool result = ::poll(&ended, 1, 0) > 0;
+    ::close(handle);
+    return result;
+}
+
+/** The service that runs; it takes its lock, and writes its id, when it has installed. */
+qint64 runningService()
+{
+    QFile file(NyDirectoryConfig::instance().serviceLockFile());
+    return file.open(QIODevice::ReadOnly) ? file.read(32).trimmed().toLongLong() : 0;
 }
 
 } // namespace
@@ -45,6 +76,8 @@ void NyInstallationSettings::setAutoStartService(bool value, bool alreadyInEffec
 {
     if (m_uninstalling && !m_uninstalling->waitForFinished(LongestUninstallMs))
         endUninstalling(Outcome::StillRunning);
+    if (!value)
+        waitForInstallation();
     const NySettingsLock lock;
     load(m_autoStartService);
     m_autoStartService.setValue(value);
@@ -74,9 +107,25 @@ bool NyInstallationSettings::isApplying() const
 
 void NyInstallationSettings::install(const QString &program)
 {
-    m_applyPending
-        = !NyPlatformIndependent::instance().runProgram(program, {QStringLiteral("--serviceMode"), QStringLiteral("i")}, QString());
+    m_installing = 0;
+    m_applyPending = !NyPlatformIndependent::instance().runProgram(
+        program, {QStringLiteral("--serviceMode"), QStringLiteral("i")}, QString(), &m_installing);
     Q_EMIT autoStartServiceSettingApplied(m_applyPending ? Outcome::ProgramFailed : Outcome::Applied);
+}
+
+void NyInstallationSettings::waitForInstallation()
+{
+    if (m_installing == 0)
+        return;
+    const QDeadlineTimer patience(LongestInstallMs);
+    while (runningService() != m_installing && !hasEnded(m_installing)) {
+        if (patience.hasExpired()) {
+            qWarning() << "program does not come to install:" << m_installing;
+            break;
+        }
+        QThread::msleep(InstallPollMs);
+    }
+    m_installing = 0;
 }
 
 void NyInstallationSettings::uninstall(const QString &program)

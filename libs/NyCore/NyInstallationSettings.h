@@ -38,7 +38,8 @@ public:
 
     /**
      * Stores the wish. @p alreadyInEffect: the caller has put the autostart entry in order itself, so nothing is left to apply.
-     * Waits first until an uninstallation that is under way has ended, since that would undo the wish; 3 s at most.
+     * Waits first until an uninstallation that is under way has ended, and to switch off until one that this object has started to
+     * install has done so, since either would undo the wish; 3 s at most for each.
      */
     void setAutoStartService(bool value, bool alreadyInEffect);
 
@@ -66,11 +67,14 @@ private:
     void install(const QString &program);
     void uninstall(const QString &program);
     void endUninstalling(Outcome outcome);
+    void waitForInstallation();
 
     mutable NyConfigItem<bool> m_autoStartService;
     mutable NyConfigItem<QString> m_mainProgramPath;
     mutable NyConfigItem<QString> m_quilloServicePath;
     bool m_applyPending = false;
+    /** The process that was started last to install; 0 when it is known to have come through. */
+    qint64 m_installing = 0;
     // Has no owner: to delete it would kill the program.
     QPointer<QProcess> m_uninstalling;
     QTimer m_uninstallTimer;

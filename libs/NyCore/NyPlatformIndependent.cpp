@@ -20,7 +20,8 @@ NyPlatformIndependent::~NyPlatformIndependent() = default;
 
 void NyPlatformIndependent::prepareProgram() { }
 
-bool NyPlatformIndependent::runProgram(const QString &path, const QStringList &arguments, const QString &workingDirectory) const
+bool NyPlatformIndependent::runProgram(
+    const QString &path, const QStringList &arguments, const QString &workingDirectory, qint64 *processId) const
 {
     const QFileInfo program(path);
     if (!program.isFile() || !program.isExecutable()) {
@@ -32,7 +33,7 @@ bool NyPlatformIndependent::runProgram(const QString &path, const QStringList &a
     process.setArguments(arguments);
     process.setWorkingDirectory(workingDirectory);
     NyChildProcess::prepare(process, NyChildProcess::Lifetime::Independent);
-    if (!process.startDetached()) {
+    if (!process.startDetached(processId)) {
         qWarning() << "program could not be started:" << path;
         return false;
     }

@@ -21,9 +21,10 @@ public:
      * Starts a program that lives on without the caller.
      *
      * False, with nothing started, when @p path is no executable file or the start fails. An empty working directory means
-     * the caller's.
+     * the caller's. @p processId gets the id of what was started.
      */
-    virtual bool runProgram(const QString &path, const QStringList &arguments, const QString &workingDirectory) const;
+    virtual bool runProgram(
+        const QString &path, const QStringList &arguments, const QString &workingDirectory, qint64 *processId = nullptr) const;
 
     /** Whether the platform itself keeps the last proposal at hand for the user, so that a menu need not offer it. */
     virtual bool remembersLastProposalElsewhere() const;

@@ -76,6 +76,9 @@ private Q_SLOTS:
     void installingTellsItsOutcome();
     void uninstallingGoesOnBeside();
     void theNextWishWaitsForTheUninstallation();
+    void switchingOffWaitsForTheInstallation_data();
+    void switchingOffWaitsForTheInstallation();
+    void switchingOffDoesNotWaitForever();
     void slowUninstallingIsLeftToItself();
     void theNextWishDoesNotWaitForever();
     void failedUninstallingLeavesTheWishPending_data();
@@ -217,6 +220,67 @@ void tst_NyInstallationSettings::theNextWishWaitsForTheUninstallation()
     QVERIFY(settings.autoStartService());
     QTRY_COMPARE(contentOf(mark), "u\ni\n"_ba);
     QVERIFY(settings.autoStartService());
+}
+
+void tst_NyInstallationSettings::switchingOffWaitsForTheInstallation_data()
+{
+    QTest::addColumn<QByteArray>("whenInstalled");
+    // As the service says that it runs.
+    QTest::newRow("stays as the running service") << QByteArray("echo $$ > 'LOCK'; exec sleep 1000");
+    QTest::newRow("ends, since another one runs") << QByteArray("exit 0");
+    QTest::newRow("breaks down") << QByteArray("kill -KILL $$");
+}
+
+void tst_NyInstallationSettings::switchingOffWaitsForTheInstallation()
+{
+    QFETCH(QByteArray, whenInstalled);
+    const QByteArray mark = m_folder->filePath(u"mark"_s).toUtf8();
+    const QByteArray store = NyDirectoryConfig::instance().settingsFile().toUtf8();
+    const QByteArray lockFile = NyDirectoryConfig::instance().serviceLockFile().toUtf8();
+    QVERIFY(QDir().mkpath(QFileInfo(QString::fromUtf8(lockFile)).absolutePath()));
+    // Like the service, it stores what it has done; to install it takes its time to come up.
+    makeProgram(m_script,
+        "if [ \"$2\" = u ]; then sed -i s/=true/=false/ '" + store + "'; echo u >> '" + mark
+            + "'; exit 0; fi\nsleep 0.5\nsed -i s/=false/=true/ '" + store + "'\necho i $$ >> '" + mark + "'\n"
+            + whenInstalled.replace("LOCK", lockFile));
+    storeSettings(u"[common]\nautoStartService=false\nquilloServicePath=\"%1\"\n"_s.arg(m_script));
+    NyInstallationSettings settings;
+    const Outcomes outcomes(settings);
+    settings.setAutoStartService(true, false);
+    settings.applyAutoStartServiceSetting();
+    settings.setAutoStartService(false, false);
+    settings.applyAutoStartServiceSetting();
+    QTRY_COMPARE(outcomes.all(), QList({Outcome::Applied, Outcome::Applied}));
+    const QList<QByteArray> said = contentOf(QString::fromUtf8(mark)).trimmed().split('\n');
+    QCOMPARE(said.size(), 2);
+    QVERIFY(said.first().startsWith("i "));
+    QCOMPARE(said.last(), "u");
+    QVERIFY(!settings.autoStartService());
+    if (whenInstalled.contains("sleep"))
+        QCOMPARE(::kill(pid_t(said.first().mid(2).toLongLong()), SIGTERM), 0);
+    QFile::remove(QString::fromUtf8(lockFile));
+}
+
+void tst_NyInstallationSettings::switchingOffDoesNotWaitForever()
+{
+    const QString mark = m_folder->filePath(u"mark"_s);
+    const QString go = m_folder->filePath(u"go"_s);
+    makeProgram(m_script,
+        "echo \"$2\" >> '" + mark.toUtf8() + "'; [ \"$2\" = u ] || while [ ! -e '" + go.toUtf8()
+            + "' ]; do sleep 0.02; done; echo \"$2 ended\" >> '" + mark.toUtf8() + "'");
+    storeSettings(u"[common]\nquilloServicePath=\"%1\"\n"_s.arg(m_script));
+    NyInstallationSettings settings;
+    const Outcomes outcomes(settings);
+    settings.setAutoStartService(true, false);
+    settings.applyAutoStartServiceSetting();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^program does not come to install: "_s));
+    settings.setAutoStartService(false, false);
+    settings.applyAutoStartServiceSetting();
+    QTRY_COMPARE(outcomes.all(), QList({Outcome::Applied, Outcome::Applied}));
+    QVERIFY(contentOf(mark).startsWith("i\nu\n"));
+    makeProgram(go, "");
+    // Nobody's child, it must not outlive the folder.
+    QTRY_VERIFY(contentOf(mark).contains("i ended\n"));
 }
 
 void tst_NyInstallationSettings::slowUninstallingIsLeftToItself()

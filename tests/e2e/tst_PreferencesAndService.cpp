@@ -6,6 +6,7 @@
 #include <NyProgramConfig.h>
 #include <NyQuilloServiceController.h>
 #include <NyQuilloServiceSettings.h>
+#include <NyRunningServiceLock.h>
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void cleanup();
     void anotherFolderReachesTheServiceAtOnce();
     void switchedOnAndOff();
+    void switchedOnAndOffAtOnce();
 
 private:
     static QString entryPath() { return QDir::homePath() + QStringLiteral("/.config/autostart/velmora.dorn.quillo.desktop"); }
@@ -98,6 +100,36 @@ void tst_PreferencesAndService::switchedOnAndOff()
     QVERIFY(!NyInstallationSettings().autoStartService());
     // The running service has ended: the request of the page, or that of the uninstallation.
     QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("removing")), 10000);
+}
+
+void tst_PreferencesAndService::switchedOnAndOffAtOnce()
+{
+    ServiceUnderTest service;
+    // A service that comes up slowly, as after the start of the machine.
+    const QString program = QDir::homePath() + QStringLiteral("/slow service");
+    QVERIFY(writeFile(program,
+        "#!/bin/sh\n[ \"$2\" = i ] && sleep 1\nexec '" + QFile::encodeName(service.binary(QStringLiteral("quilloservice")))
+            + "' \"$@\"\n"));
+    QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    QVERIFY(writeFile(configFolder() + QStringLiteral("/settings.ini"),
+        "[common]\nautoStartService=false\nquilloServicePath=\"" + QFile::encodeName(program) + "\"\n"));
+    for (int i = 0; i < 2; ++i) {
+        NyPreferencesWindow window;
+        mainSwitch(window)->click();
+        window.accept();
+        QTRY_COMPARE_WITH_TIMEOUT(window.result(), int(QDialog::Accepted), 10000);
+        QCOMPARE(window.problem(), QString());
+    }
+    QVERIFY(!QFile::exists(entryPath()));
+    QVERIFY(!NyInstallationSettings().autoStartService());
+    // The one that was started has installed before that, and has heard that it is to end.
+    QTRY_VERIFY_WITH_TIMEOUT(NyRunningServiceLock().acquire(0), 10000);
+    const QStringList switches = service.eventLog().filter(QStringLiteral("setAutoStartService"));
+    QCOMPARE(switches,
+        (QStringList{
+            QStringLiteral("setAutoStartService VALUE:1 SOURCE:service"), QStringLiteral("setAutoStartService VALUE:0 SOURCE:service")}));
+    QVERIFY(!QFile::exists(entryPath()));
+    QVERIFY(!NyInstallationSettings().autoStartService());
 }
 
 QTEST_MAIN(tst_PreferencesAndService)
