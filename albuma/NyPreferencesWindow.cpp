@@ -1,5 +1,7 @@
 #include "NyPreferencesWindow.h"
 
+#include <utility>
+
 #include <QAccessible>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -76,6 +78,11 @@ NyPreferencesWindow::NyPreferencesWindow(QWidget *parent)
     connect(m_buttons, &QDialogButtonBox::rejected, this, &NyPreferencesWindow::reject);
 
     connect(&NyInstallationSettings::instance(), &NyInstallationSettings::autoStartServiceSettingApplied, this, [this](Outcome outcome) {
+        if (std::exchange(m_isAcceptDue, false)) {
+            setBusy(false);
+            accept();
+            return;
+        }
         if (!m_saving)
             return;
         m_outcome = outcome;
@@ -112,6 +119,12 @@ void NyPreferencesWindow::accept()
             return;
     }
     NyInstallationSettings &installation = NyInstallationSettings::instance();
+    // The end of an uninstallation leaves a request to end, which the page would have lifted too early.
+    if (installation.isApplying()) {
+        m_isAcceptDue = true;
+        setBusy(true);
+        return;
+    }
     const bool formerWish = installation.autoStartService();
     const QString formerFolder = NyQuilloServiceSettings::instance().searchHomeFolder();
 
@@ -265,6 +278,7 @@ void NyPreferencesWindow::done(int result)
     keepGeometry();
     // Whoever closes a busy window does not want to see it again when the service has ended.
     m_saving = false;
+    m_isAcceptDue = false;
     setBusy(false);
     QDialog::done(result);
 }

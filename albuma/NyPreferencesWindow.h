@@ -67,6 +67,7 @@ private:
     QPointer<QWidget> m_lastFocus;
     bool m_saving = false;
     bool m_busy = false;
+    bool m_isAcceptDue = false;
     bool m_folderChanged = false;
     std::optional<NyInstallationSettings::Outcome> m_outcome;
 };

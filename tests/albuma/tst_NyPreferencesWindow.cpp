@@ -96,6 +96,8 @@ private Q_SLOTS:
     void switchingOn();
     void switchingOffDoesNotBlock();
     void closedWhileTheServiceEnds();
+    void savedAgainWhileTheServiceEnds();
+    void closedAgainWhileTheServiceEnds();
     void theServiceDoesNotEnd();
     void theProgramOfTheServiceIsMissing();
     void switchingOffFails();
@@ -331,6 +333,65 @@ void tst_NyPreferencesWindow::closedWhileTheServiceEnds()
     QVERIFY(writeFile(go, ""));
     QTRY_VERIFY(!NyInstallationSettings::instance().isApplying());
     QCOMPARE(finished.size(), 1);
+    QVERIFY(QFile::remove(go));
+}
+
+void tst_NyPreferencesWindow::savedAgainWhileTheServiceEnds()
+{
+    const QString go = m_folder.filePath(u"go"_s);
+    const QByteArray request = NyQuilloServiceController::terminationFilePath().toUtf8();
+    // An uninstallation asks a running service to end, at its own end.
+    const FakeService service("[ \"$2\" = i ] || { while [ ! -e '" + go.toUtf8() + "' ]; do sleep 0.02; done; touch '" + request + "'; }");
+    QVERIFY(service.storeSettings(true));
+    {
+        Shown shown;
+        QVERIFY(shown.isComplete());
+        shown.autoStart->click();
+        shown.ok->click();
+        QVERIFY(shown.window.isBusy());
+        shown.cancel->click();
+    }
+    Shown again;
+    QVERIFY(again.isComplete());
+    QVERIFY(!again.autoStart->isChecked());
+    again.autoStart->click();
+    again.ok->click();
+    QVERIFY(again.window.isBusy());
+    QVERIFY(!again.ok->isEnabled());
+    again.window.accept();
+    QVERIFY(again.window.isVisible());
+    QVERIFY(!NyInstallationSettings().autoStartService());
+    QVERIFY(writeFile(go, ""));
+    QTRY_VERIFY(!again.window.isVisible());
+    QCOMPARE(again.window.result(), int(QDialog::Accepted));
+    QTRY_COMPARE(service.starts(), QStringList({u"--serviceMode u"_s, u"--serviceMode i"_s}));
+    QVERIFY(NyInstallationSettings().autoStartService());
+    // The new service would end at the next change of the folder.
+    QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
+    QVERIFY(QFile::remove(go));
+}
+
+void tst_NyPreferencesWindow::closedAgainWhileTheServiceEnds()
+{
+    const QString go = m_folder.filePath(u"go"_s);
+    const FakeService service("while [ ! -e '" + go.toUtf8() + "' ]; do sleep 0.02; done");
+    QVERIFY(service.storeSettings(true));
+    Shown shown;
+    QVERIFY(shown.isComplete());
+    shown.autoStart->click();
+    shown.ok->click();
+    shown.cancel->click();
+    Shown again;
+    QVERIFY(again.isComplete());
+    again.autoStart->click();
+    again.ok->click();
+    QVERIFY(again.window.isBusy());
+    again.cancel->click();
+    QVERIFY(!again.window.isVisible());
+    QVERIFY(writeFile(go, ""));
+    QTRY_VERIFY(!NyInstallationSettings::instance().isApplying());
+    QVERIFY(!NyInstallationSettings().autoStartService());
+    QCOMPARE(service.starts(), QStringList({u"--serviceMode u"_s}));
     QVERIFY(QFile::remove(go));
 }
 
