@@ -1,9 +1,6 @@
 #include "NyStartScreenSettings.h"
 
-#include <QFileInfo>
 #include <QStringList>
-
-#include <NyDirectoryConfig.h>
 
 namespace
 {
@@ -92,14 +89,4 @@ void NyStartScreenSettings::setOpenedIds(const QSet<QString> &ids)
         return;
     m_openedIds.setValue(joined);
     save(m_openedIds);
-}
-
-bool NyStartScreenSettings::canBeStored()
-{
-    const QFileInfo file(NyDirectoryConfig::instance().settingsFile());
-    // The file is replaced whole, so that its folder counts; one that is missing yet is made in the next one above.
-    QFileInfo folder(file.absolutePath());
-    while (!folder.exists() && !folder.isRoot())
-        folder = QFileInfo(folder.absolutePath());
-    return folder.isDir() && folder.isWritable() && (!file.exists() || (file.isFile() && file.isWritable()));
 }

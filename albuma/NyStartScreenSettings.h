@@ -36,9 +36,6 @@ public:
     /** Reads anew what another window of the program, in a process of its own, may have stored. */
     void reloadOpenedIds();
 
-    /** Whether what is set outlives this run, as far as the files' permissions tell. */
-    static bool canBeStored();
-
 private:
     void setOpenedIds(const QSet<QString> &ids);
 

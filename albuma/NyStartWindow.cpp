@@ -438,6 +438,7 @@ void NyStartWindow::updateService()
     const bool isFree = !NyInstallationSettings::instance().isApplying();
     m_service->setEnabled(isFree);
     m_serviceBox->setEnabled(isFree);
+    m_empty->button()->setEnabled(isFree);
     updateState();
 }
 
@@ -506,7 +507,7 @@ void NyStartWindow::markAllAsRead()
     m_model.markAllAsRead();
     updateTexts();
     updateActions();
-    if (!NyStartScreenSettings::canBeStored()) {
+    if (!m_settings.isEverythingSaved()) {
         m_message->setMessage(NyMessageBar::Kind::Hint,
             tr("Dass Sie die Vorschläge gelesen haben, gilt nur, bis Sie das Programm beenden: Die Einstellungen in\n%1\nkönnen nicht "
                "gespeichert werden.")
@@ -530,7 +531,7 @@ void NyStartWindow::switchService(bool on)
         m_recommendations.deactivateRecommendations();
     }
     // What could not be written is kept in memory, so that it looks as if it had been.
-    if (m_recommendations.recommendationsActivated() != on || !NyStartScreenSettings::canBeStored()) {
+    if (m_recommendations.recommendationsActivated() != on || !m_settings.isEverythingSaved()) {
         setError(tr("Die Einstellung kann nicht gespeichert werden. Sie gehört in die Datei\n%1")
                      .arg(NyDirectoryConfig::instance().settingsFile()));
     }
@@ -636,12 +637,14 @@ void NyStartWindow::changeEvent(QEvent *event)
     QMainWindow::changeEvent(event);
     if (event->type() != QEvent::ActivationChange || !isActiveWindow() || !m_stack)
         return;
-    // Meanwhile the service may have been switched elsewhere, and a notification may have opened a proposal.
+    // Meanwhile the service may have been switched elsewhere, a notification may have opened a proposal, and another window may
+    // have taken all as read or chosen another folder.
     updateService();
+    const NyProposalLister::Request before = request();
+    NyQuilloServiceSettings::instance().reloadForStartScreen();
     m_settings.reloadOpenedIds();
-    const QSet<QString> opened = m_settings.openedIds();
-    for (const QString &id : opened)
-        markAsRead(id);
+    if (request() != before)
+        m_folder.refresh();
 }
 
 void NyStartWindow::hideEvent(QHideEvent *event)

@@ -184,6 +184,12 @@ void NyQuilloServiceSettings::loadSettings()
     ensureRequiredFoldersExist();
 }
 
+void NyQuilloServiceSettings::reloadForStartScreen()
+{
+    load(m_lastStartScreenProposalViewDate);
+    load(m_searchHomeFolder);
+}
+
 void NyQuilloServiceSettings::saveSettings()
 {
     const NySettingsLock lock;

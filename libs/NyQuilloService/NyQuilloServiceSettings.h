@@ -84,6 +84,11 @@ public:
     void ensureRequiredFoldersExist();
 
     void loadSettings();
+    /**
+     * Reads anew what another window of the main program, in a process of its own, may have stored: the moment of the last view and
+     * the observed folder. Makes no folders.
+     */
+    void reloadForStartScreen();
     void saveSettings();
     /** Sets the date and the count of the proposals back and forgets which photos were used. */
     void resetSettings();

@@ -30,6 +30,7 @@
 #include "NyStartScreenSettings.h"
 #include "NyStartWindow.h"
 #include "ProposalFiles.h"
+#include "WithoutRootPowers.h"
 
 using namespace Qt::Literals::StringLiterals;
 using namespace ProposalFiles;
@@ -124,10 +125,13 @@ private Q_SLOTS:
     void aFileInPlaceOfTheFolder();
     void newProposalsAppear();
     void theSwitch();
+    void theSwitchWaitsForTheServicesEnd();
     void theSwitchWithoutAService();
     void theSwitchFollowsOthers();
     void settingsThatCannotBeStored();
     void marksOfAnotherProcessAreSeen();
+    void allReadInAnotherProcessIsSeen();
+    void aFolderChosenInAnotherProcessIsSeen();
     void geometryIsKept();
     void theOrderIsKept();
     void aBookThatIsDropped();
@@ -664,6 +668,29 @@ void tst_NyStartWindow::theSwitch()
     QCOMPARE(error(), QString());
 }
 
+void tst_NyStartWindow::theSwitchWaitsForTheServicesEnd()
+{
+    const QTemporaryDir place;
+    const QString go = place.filePath(u"go"_s);
+    m_service = std::make_unique<FakeService>("[ \"$2\" = i ] || while [ ! -e '" + go.toUtf8() + "' ]; do sleep 0.02; done");
+    QVERIFY(m_service->storeSettings(true));
+    QVERIFY(start());
+    auto *box = m_window->findChild<QCheckBox *>(u"serviceBox"_s);
+    box->click();
+    QCOMPARE(emptyTitle(), u"Automatische Produktvorschläge sind ausgeschaltet"_s);
+    // Neither of the two ways to switch on again is open before the service has been switched off.
+    auto *button = m_window->findChild<QPushButton *>(u"emptyButton"_s);
+    QVERIFY(button->isVisible());
+    QVERIFY(!button->isEnabled());
+    QVERIFY(!box->isEnabled());
+    QVERIFY(TestSupport::writeFile(go, ""));
+    QTRY_VERIFY(button->isEnabled());
+    QVERIFY(box->isEnabled());
+    button->click();
+    QTRY_COMPARE(m_service->starts(), QStringList({u"--serviceMode u"_s, u"--serviceMode i"_s}));
+    QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
+}
+
 void tst_NyStartWindow::theSwitchWithoutAService()
 {
     QVERIFY(TestSupport::writeFile(TestSupport::configFolder() + u"/settings.ini"_s, "[common]\nautoStartService=false\n"));
@@ -693,17 +720,39 @@ void tst_NyStartWindow::theSwitchFollowsOthers()
 
 void tst_NyStartWindow::settingsThatCannotBeStored()
 {
-    QVERIFY(NyStartScreenSettings::canBeStored());
+    QVERIFY(writeProposal(u"a.nqp"_s, u"Ostsee"_s, 100));
+    QVERIFY(start());
+    auto *box = m_window->findChild<QCheckBox *>(u"serviceBox"_s);
     const QString path = TestSupport::configFolder() + u"/settings.ini"_s;
-    const QByteArray before = TestSupport::readFile(path);
-    // A folder in the file's place stops root as well.
-    QVERIFY(QFile::remove(path));
-    QVERIFY(QDir().mkpath(path));
-    QVERIFY(!NyStartScreenSettings::canBeStored());
-    QVERIFY(QDir().rmdir(path));
-    QVERIFY(NyStartScreenSettings::canBeStored());
-    QVERIFY(TestSupport::writeFile(path, before));
-    QVERIFY(NyStartScreenSettings::canBeStored());
+    const auto hint = [this] {
+        const auto *text = m_window->findChild<QLabel *>(u"error"_s);
+        return text->isVisible() ? text->text() : QString();
+    };
+    {
+        // The file is replaced whole, so its folder is what counts.
+        QVERIFY(QFile::setPermissions(TestSupport::configFolder(), QFile::ReadOwner | QFile::ExeOwner));
+        const WithoutRootPowers powers;
+        box->click();
+        QTRY_VERIFY(box->isEnabled());
+        QVERIFY2(hint().startsWith(u"Die Einstellung kann nicht gespeichert werden."_s), qPrintable(hint()));
+        QVERIFY(hint().contains(path));
+        QVERIFY(TestSupport::readFile(path).contains("autoStartService=true"));
+        // It holds for this run all the same.
+        QVERIFY(!box->isChecked());
+        QCOMPARE(m_service->starts(), QStringList({u"--serviceMode u"_s}));
+
+        action(u"markAll"_s)->trigger();
+        QCOMPARE(m_window->model().unreadCount(), 0);
+        QVERIFY2(hint().startsWith(u"Dass Sie die Vorschläge gelesen haben, gilt nur, bis Sie das Programm beenden"_s), qPrintable(hint()));
+        QVERIFY(hint().contains(path));
+    }
+    QVERIFY(QFile::setPermissions(TestSupport::configFolder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    // What failed is written together with what comes next.
+    box->click();
+    QCOMPARE(hint(), QString());
+    QTRY_COMPARE(m_service->starts(), QStringList({u"--serviceMode u"_s, u"--serviceMode i"_s}));
+    QVERIFY(TestSupport::readFile(path).contains("lastStartScreenProposalView"));
+    QVERIFY(box->isChecked());
 }
 
 void tst_NyStartWindow::marksOfAnotherProcessAreSeen()
@@ -718,6 +767,49 @@ void tst_NyStartWindow::marksOfAnotherProcessAreSeen()
     m_window->activateWindow();
     QTRY_COMPARE(m_window->model().unreadCount(), 0);
     QCOMPARE(m_window->windowTitle(), u"VELMORA ALBUMA"_s);
+}
+
+void tst_NyStartWindow::allReadInAnotherProcessIsSeen()
+{
+    QVERIFY(writeProposal(u"a.nqp"_s, u"Ostsee"_s, 100));
+    QVERIFY(writeProposal(u"b.nqp"_s, u"Rom"_s, 200));
+    NyStartScreenSettings().addOpenedId(u"b.nqp"_s);
+    QVERIFY(start());
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    {
+        NyQuilloServiceSettings settings;
+        settings.loadSettings();
+        settings.setLastStartScreenProposalViewDate(QDateTime::currentDateTime().addSecs(1));
+        NyStartScreenSettings startScreen;
+        startScreen.clearOpenedIds();
+    }
+    QVERIFY(m_window->model().unreadCount() > 0);
+    m_window->activateWindow();
+    QTRY_COMPARE(m_window->model().unreadCount(), 0);
+    QCOMPARE(m_window->windowTitle(), u"VELMORA ALBUMA"_s);
+    QVERIFY(!action(u"markAll"_s)->isEnabled());
+    QCOMPARE(NyStartScreenRecommendationsInterface().getUnreadRecommendations(), 0);
+}
+
+void tst_NyStartWindow::aFolderChosenInAnotherProcessIsSeen()
+{
+    const QString before = NyQuilloServiceSettings::instance().searchHomeFolder();
+    QVERIFY(start());
+    QWidget other;
+    other.show();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    {
+        NyQuilloServiceSettings settings;
+        settings.loadSettings();
+        settings.setSearchHomeFolder(u"/nirgends/Fotos"_s);
+        settings.saveSettings();
+    }
+    m_window->activateWindow();
+    QTRY_COMPARE(emptyTitle(), u"Der Ordner mit Ihren Fotos ist nicht da"_s);
+    QVERIFY(m_window->findChild<QLabel *>(u"emptyText"_s)->text().contains(u"/nirgends/Fotos"_s));
+    NyQuilloServiceSettings::instance().setSearchHomeFolder(before);
 }
 
 void tst_NyStartWindow::geometryIsKept()
