@@ -2,6 +2,7 @@
 #include "TestSupport.h"
 
 #include <NySystemTrayService.h>
+#include <NyTrayWatcher.h>
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -110,6 +111,21 @@ void tst_TrayOnPanel::iconLivesWithThePanel()
     // The panel breaks down and is started again.
     stop(m_panel);
     QTRY_VERIFY(!isIconShown());
+    m_panel.start();
+    QVERIFY(m_panel.waitForStarted());
+    QVERIFY(QTest::qWaitFor(isIconShown, 20000));
+
+    // The panel goes for good and a tray of the X server takes its place: out of reach for this process, and no harm to it.
+    stop(m_panel);
+    QTRY_VERIFY(!isIconShown());
+    QProcess trayer;
+    trayer.start(u"trayer"_s, {u"--edge"_s, u"top"_s, u"--height"_s, u"24"_s});
+    QVERIFY(trayer.waitForStarted());
+    QTRY_VERIFY_WITH_TIMEOUT(NyTrayWatcher().isTrayThere(), 15000);
+    tray->setShowLastProposalActionEnabled(true);
+    QVERIFY(!QTest::qWaitFor(isIconShown, 1000));
+    stop(trayer);
+    // A panel that comes in the end gets the icon.
     m_panel.start();
     QVERIFY(m_panel.waitForStarted());
     QVERIFY(QTest::qWaitFor(isIconShown, 20000));
