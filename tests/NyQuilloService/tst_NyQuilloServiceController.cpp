@@ -85,6 +85,7 @@ private Q_SLOTS:
     void quitAndUnquitLeaveNoTraces();
     void picturesHomeMarker();
     void collectedMarkerReloadsThePicturesHome();
+    void aMarkerThatNobodyCollectedIsHeardOnce();
     void terminationFileSurvivesUninstalling();
     void terminationFileIsRemovedWhileInstalling();
     void removedMarkerFolderIsWatchedAgain();
@@ -420,13 +421,14 @@ void tst_NyQuilloServiceController::startsWhileABuilderRuns()
 
 void tst_NyQuilloServiceController::picturesHomePhotosAreUsedOnce()
 {
-    // The flag is spent even when the folder turned out to be empty: what lies there later is not taken by the next launch.
-    m_controller->launchCreateProductSuggestionProcessWithPicturesHomePhotos();
-    const LogRecorder log;
-    addPhotos(3);
-    m_controller->launchCreateProductSuggestionProcessWithPicturesHomePhotos();
-    QTRY_COMPARE(m_mainProgram->starts().size(), 1);
-    QVERIFY(log.containing(QStringLiteral("no recent files found")).isEmpty());
+    // The wish is spent even when the folder turned out to be empty: what lies there at the next launch is not taken.
+    int exitCode = -1;
+    const QByteArray output = runService("spent", {}, &exitCode);
+    QVERIFY2(exitCode == 0, output.constData());
+    QCOMPARE(output.count("QUILLO_SERVICE: no recent files found"), 2);
+    QCOMPARE(eventLog().count(QStringLiteral("launchCreateProductSuggestionProcess")), 2);
+    QCOMPARE(m_mainProgram->starts().size(), 0);
+    QCOMPARE(QDir(home()).entryList(QDir::Files).size(), 3);
 }
 
 void tst_NyQuilloServiceController::proposalFilenames()
@@ -750,6 +752,33 @@ void tst_NyQuilloServiceController::collectedMarkerReloadsThePicturesHome()
     NyFotoSettings::instance().saveSettings();
 }
 
+void tst_NyQuilloServiceController::aMarkerThatNobodyCollectedIsHeardOnce()
+{
+    // Left from a time at which no service ran; a service does not look at it when it starts.
+    m_controller.reset();
+    NyQuilloServiceController::handlePicturesHomeChange();
+    m_controller = std::make_unique<NyQuilloServiceController>();
+    QCoreApplication::processEvents();
+    QVERIFY(QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
+
+    const QString moved = QDir::homePath() + QStringLiteral("/moved");
+    NyFotoSettings stored;
+    stored.loadSettings();
+    stored.setPicturesHome(moved);
+    stored.saveSettings();
+    NyQuilloServiceController::handlePicturesHomeChange();
+    QTRY_COMPARE(NyFotoSettings::instance().picturesHome(), moved);
+    QVERIFY(!QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
+
+    // What is not stored would go with a second reading.
+    NyFotoSettings::instance().setPicturesHome(home());
+    const LogRecorder log;
+    QVERIFY(writeFile(NyQuilloServiceController::markerDir().absoluteFilePath(QStringLiteral("later")), ""));
+    QTRY_VERIFY(!log.containing(QStringLiteral("changes at watched file path")).isEmpty());
+    QCOMPARE(NyFotoSettings::instance().picturesHome(), home());
+    NyFotoSettings::instance().saveSettings();
+}
+
 void tst_NyQuilloServiceController::terminationFileSurvivesUninstalling()
 {
     NyQuilloServiceSettings::instance().setServiceMode(ServiceModeUninstall);
@@ -862,6 +891,20 @@ int runForced()
     look.start(20);
     return controller.runService({});
 }
+
+/** Asks for a proposal from the pictures home while that is empty, and for an ordinary one when it has photos. */
+int runSpent()
+{
+    NyQuilloServiceController &controller = NyQuilloServiceController::instance();
+    QTimer::singleShot(0, &controller, [&controller] {
+        controller.launchCreateProductSuggestionProcessWithPicturesHomePhotos();
+        for (int i = 0; i < 3; ++i)
+            writePhoto(NyFotoSettings::instance().picturesHomePath() + QStringLiteral("/p%1.jpg").arg(i), i);
+        controller.launchCreateProductSuggestionProcess();
+        controller.quit();
+    });
+    return controller.runService({});
+}
 }
 
 int main(int argc, char **argv)
@@ -876,6 +919,8 @@ int main(int argc, char **argv)
         return runToTheEnd();
     if (scenario == "forced")
         return runForced();
+    if (scenario == "spent")
+        return runSpent();
     tst_NyQuilloServiceController test;
     return QTest::qExec(&test, argc, argv);
 }

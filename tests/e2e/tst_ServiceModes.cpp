@@ -26,6 +26,7 @@ private Q_SLOTS:
     void textsComeAlone_data();
     void textsComeAlone();
     void install();
+    void uninstall_data();
     void uninstall();
     void uninstallEndsARunningService();
     void reset();
@@ -139,10 +140,20 @@ void tst_ServiceModes::install()
     QVERIFY(service.isRunning());
 }
 
+void tst_ServiceModes::uninstall_data()
+{
+    QTest::addColumn<bool>("isOn");
+    QTest::newRow("while autostart is on") << true;
+    QTest::newRow("while autostart is off already") << false;
+}
+
 void tst_ServiceModes::uninstall()
 {
+    QFETCH(bool, isOn);
     ServiceUnderTest service;
-    service.allowAutostart();
+    if (isOn)
+        service.allowAutostart();
+    QCOMPARE(autostart(), isOn);
     QVERIFY(writeFile(entryPath(), "[Desktop Entry]\n"));
     QDir().mkpath(service.markerFolder());
     QCOMPARE(service.run(mode(QStringLiteral("u"))), 0);
