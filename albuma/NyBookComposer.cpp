@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
+#include "NyBookGeometry.h"
 #include "NyBookPaginator.h"
 
 namespace
 {
 
-constexpr double GAP_MM = 4;
-constexpr double HEADING_MM = 11;
 /** Sharpness below which a photo is not blown up to a cover. */
 constexpr double COVER_SHARPNESS = 0.45;
 /** One photo in this many may be a hero, and two heroes are at least this far apart. */
@@ -72,16 +71,11 @@ NyBookPage cover(const NyBookComposer::Request &request, const QSizeF &pageMm)
 {
     NyBookPage page;
     const NyFotoFacts &facts = request.photos.at(NyBookComposer::coverPhoto(request.photos));
-    const double side = 18;
-    const QRectF area(side, 17, pageMm.width() - 2 * side, 134);
-    const NyPageLayout::Result layout = NyPageLayout::arrange({{facts.sizePx, true}}, area, 0);
+    const NyPageLayout::Result layout = NyPageLayout::arrange({{facts.sizePx, true}}, NyBookGeometry::coverPhotoArea(pageMm), 0);
     page.photos = {placed(facts, layout.rectsMm.constFirst())};
-    const QRectF titleRect(side, area.bottom() + 8, area.width(), 24);
-    page.texts.append(text(NyBookText::Role::Title, request.words.title, titleRect, 34, Qt::AlignHCenter));
-    if (!request.words.subtitle.isEmpty()) {
-        const QRectF subtitleRect(side, titleRect.bottom() + 2, area.width(), 10);
-        page.texts.append(text(NyBookText::Role::Subtitle, request.words.subtitle, subtitleRect, 14, Qt::AlignHCenter));
-    }
+    page.texts.append(NyBookComposer::coverTitle(request.words.title, pageMm));
+    if (!request.words.subtitle.isEmpty())
+        page.texts.append(NyBookComposer::coverSubtitle(request.words.subtitle, pageMm));
     return page;
 }
 
@@ -95,6 +89,16 @@ qsizetype NyBookComposer::coverPhoto(const QList<NyFotoFacts> &photos)
     const auto best
         = std::max_element(photos.cbegin(), photos.cend(), [&](const NyFotoFacts &a, const NyFotoFacts &b) { return rank(a) < rank(b); });
     return best - photos.cbegin();
+}
+
+NyBookText NyBookComposer::coverTitle(const QString &words, const QSizeF &pageMm)
+{
+    return text(NyBookText::Role::Title, words, NyBookGeometry::coverTitleRect(pageMm), 34, Qt::AlignHCenter);
+}
+
+NyBookText NyBookComposer::coverSubtitle(const QString &words, const QSizeF &pageMm)
+{
+    return text(NyBookText::Role::Subtitle, words, NyBookGeometry::coverSubtitleRect(pageMm), 14, Qt::AlignHCenter);
 }
 
 int NyBookComposer::lowResolutionCount(const NyBookProject &project)
@@ -120,13 +124,13 @@ NyBookProject NyBookComposer::compose(const Request &request)
     project.cover = cover(request, project.pageSizeMm);
 
     NyPageGeometry geometry;
-    geometry.areaMm = QRectF(QPointF(0, 0), project.pageSizeMm).adjusted(MarginMm, MarginMm, -MarginMm, -MarginMm);
-    geometry.gapMm = GAP_MM;
+    geometry.areaMm = NyBookGeometry::pageArea(project.pageSizeMm);
+    geometry.gapMm = NyBookGeometry::GapMm;
     const QDate firstDay = request.photos.constFirst().captureTime.date();
     const QDate lastDay = request.photos.constLast().captureTime.date();
     // A book about one day has its date on the cover; headings would only repeat it.
     const bool withHeadings = firstDay != lastDay;
-    geometry.headingMm = withHeadings ? HEADING_MM : 0;
+    geometry.headingMm = withHeadings ? NyBookGeometry::HeadingMm : 0;
 
     const QList<bool> hero = heroes(request.photos, geometry.areaMm);
     QList<NyPaginatorFoto> sequence;
@@ -142,7 +146,7 @@ NyBookProject NyBookComposer::compose(const Request &request)
             page.photos.append(placed(request.photos.at(paginated.firstPhoto + i), paginated.layout.rectsMm.at(i)));
         if (withHeadings && paginated.beginsDay) {
             const QDate day = sequence.at(paginated.firstPhoto).day;
-            const QRectF rect(geometry.areaMm.topLeft(), QSizeF(geometry.areaMm.width(), HEADING_MM - GAP_MM));
+            const QRectF rect = NyBookGeometry::headingRect(project.pageSizeMm);
             page.texts.append(text(NyBookText::Role::DayHeading, NyBookTitle::day(day), rect, 15, Qt::AlignLeft));
         }
         project.pages.append(page);

@@ -10,9 +10,6 @@
 class NyBookComposer
 {
 public:
-    /** Photos nearer to the paper's edge than this might be cut. */
-    static constexpr double MarginMm = 12;
-
     struct Request
     {
         /** In the order of the book, at least one. */
@@ -27,6 +24,10 @@ public:
 
     /** Index of the photo for the cover: the strongest of those that are sharp enough, else the strongest of all. */
     static qsizetype coverPhoto(const QList<NyFotoFacts> &photos);
+
+    /** The texts of the cover, where they lie and how they look there. */
+    static NyBookText coverTitle(const QString &words, const QSizeF &pageMm);
+    static NyBookText coverSubtitle(const QString &words, const QSizeF &pageMm);
 
     /** Photos that are printed with fewer pixels per inch than NyPageLayout::RecommendedDpi. */
     static int lowResolutionCount(const NyBookProject &project);

@@ -130,16 +130,6 @@ bool place(const Block &block, const QRectF &rect, double gapMm, QList<QRectF> &
     return place(*block.first, first, gapMm, rects) && place(*block.second, second, gapMm, rects);
 }
 
-/** Shrinks @p rect around its middle to the photo's exact aspect ratio and to what its pixels allow. */
-QRectF fitted(const QRectF &rect, const QSize &sizePx)
-{
-    const QSizeF limit = NyPageLayout::largestPrintMm(sizePx);
-    const double scale = std::min({rect.width() / sizePx.width(), rect.height() / sizePx.height(), limit.width() / sizePx.width()});
-    QRectF result(0, 0, sizePx.width() * scale, sizePx.height() * scale);
-    result.moveCenter(rect.center());
-    return result;
-}
-
 struct Scored
 {
     NyPageLayout::Result result;
@@ -164,7 +154,7 @@ Scored arrangedInOrder(const QList<NyLayoutFoto> &photos, const QRectF &areaMm, 
         double covered = 0;
         double shortest = std::numeric_limits<double>::infinity();
         for (int i = 0; i < count; ++i) {
-            const QRectF rect = fitted(rects.at(i), photos.at(i).sizePx);
+            const QRectF rect = NyPageLayout::fitted(rects.at(i), photos.at(i).sizePx);
             rects[i] = rect;
             const double area = rect.width() * rect.height();
             covered += area;
@@ -179,9 +169,18 @@ Scored arrangedInOrder(const QList<NyLayoutFoto> &photos, const QRectF &areaMm, 
 
 }
 
-QSizeF NyPageLayout::largestPrintMm(const QSize &sizePx)
+QSizeF NyPageLayout::largestPrintMm(const QSizeF &sizePx)
 {
-    return QSizeF(sizePx) * MM_PER_INCH / MinimumDpi;
+    return sizePx * MM_PER_INCH / MinimumDpi;
+}
+
+QRectF NyPageLayout::fitted(const QRectF &rectMm, const QSizeF &sizePx)
+{
+    const QSizeF limit = largestPrintMm(sizePx);
+    const double scale = std::min({rectMm.width() / sizePx.width(), rectMm.height() / sizePx.height(), limit.width() / sizePx.width()});
+    QRectF result(0, 0, sizePx.width() * scale, sizePx.height() * scale);
+    result.moveCenter(rectMm.center());
+    return result;
 }
 
 NyPageLayout::Result NyPageLayout::arrange(const QList<NyLayoutFoto> &photos, const QRectF &areaMm, double gapMm)

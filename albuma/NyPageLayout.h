@@ -45,5 +45,8 @@ public:
     static Result arrange(const QList<NyLayoutFoto> &photos, const QRectF &areaMm, double gapMm);
 
     /** The largest size in mm at which a picture of @p sizePx still has MinimumDpi. */
-    static QSizeF largestPrintMm(const QSize &sizePx);
+    static QSizeF largestPrintMm(const QSizeF &sizePx);
+
+    /** Shrinks @p rectMm around its middle to the exact shape of a picture of @p sizePx and to what its pixels allow. */
+    static QRectF fitted(const QRectF &rectMm, const QSizeF &sizePx);
 };

@@ -2,17 +2,12 @@
 
 #include <algorithm>
 
-namespace
+QSizeF NyPlacedFoto::shownSizePx() const
 {
-
-QSizeF shownPixels(const NyPlacedFoto &foto)
-{
-    QSizeF turned = foto.sizePx;
-    if (foto.rotationDegrees % 180 != 0)
+    QSizeF turned = sizePx;
+    if (rotationDegrees % 180 != 0)
         turned.transpose();
-    return {turned.width() * foto.crop.width(), turned.height() * foto.crop.height()};
-}
-
+    return {turned.width() * crop.width(), turned.height() * crop.height()};
 }
 
 double NyPlacedFoto::printedDpi() const
@@ -20,13 +15,13 @@ double NyPlacedFoto::printedDpi() const
     if (sizePx.isEmpty() || rectMm.isEmpty())
         return 0;
     constexpr double mmPerInch = 25.4;
-    const QSizeF pixels = shownPixels(*this);
+    const QSizeF pixels = shownSizePx();
     return std::min(pixels.width() / rectMm.width(), pixels.height() / rectMm.height()) * mmPerInch;
 }
 
 double NyPlacedFoto::shownAspectRatio() const
 {
-    const QSizeF pixels = shownPixels(*this);
+    const QSizeF pixels = shownSizePx();
     return pixels.isEmpty() ? 0 : pixels.width() / pixels.height();
 }
 

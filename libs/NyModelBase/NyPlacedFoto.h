@@ -19,6 +19,8 @@ struct NYMODELBASE_EXPORT NyPlacedFoto
     /** Upright size in pixels when the photo was placed; empty if unknown. */
     QSize sizePx;
 
+    /** Pixels of what is shown, cut and turned; empty if the pixel size is unknown. */
+    QSizeF shownSizePx() const;
     /** Pixels per inch at the printed size, the smaller of both directions; 0 if the pixel size is unknown. */
     double printedDpi() const;
     /** Width by height of what is shown; 0 if the pixel size is unknown. */

@@ -37,6 +37,7 @@ void tst_NyPlacedFoto::printedDpiOfTurnedAndCropped()
     foto.crop = QRectF(0.25, 0, 0.5, 1);
     QCOMPARE(foto.printedDpi(), 150.0);
     QCOMPARE(foto.shownAspectRatio(), 0.25);
+    QCOMPARE(foto.shownSizePx(), QSizeF(750, 3000));
 }
 
 void tst_NyPlacedFoto::unknownSize()
@@ -46,6 +47,7 @@ void tst_NyPlacedFoto::unknownSize()
     foto.rectMm = QRectF(0, 0, 10, 10);
     QCOMPARE(foto.printedDpi(), 0.0);
     QCOMPARE(foto.shownAspectRatio(), 0.0);
+    QVERIFY(foto.shownSizePx().isEmpty());
 }
 
 void tst_NyPlacedFoto::countsOfABook()

@@ -1,61 +1,14 @@
 #include <QMap>
-#include <QRandomGenerator>
 #include <QTest>
 
+#include "ComposedBooks.h"
 #include "NyBookComposer.h"
+#include "NyBookGeometry.h"
 #include "NyPageLayout.h"
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace
-{
-
-enum class Mix { Landscape, Mixed, Wild, LowResolution };
-
-QList<NyFotoFacts> photos(int count, int days, Mix mix)
-{
-    QRandomGenerator random(quint32(count * 31 + days));
-    QList<NyFotoFacts> list;
-    for (int i = 0; i < count; ++i) {
-        NyFotoFacts facts;
-        facts.url = QUrl(u"file:///p/%1.jpg"_s.arg(i));
-        facts.captureTime = QDateTime(QDate(2024, 7, 1).addDays(qint64(i) * days / count), QTime(10, 0));
-        facts.flaw = NyFotoFacts::Flaw::None;
-        facts.sharpness = random.bounded(1.0);
-        facts.exposure = random.bounded(1.0);
-        switch (mix) {
-        case Mix::Landscape:
-            facts.sizePx = QSize(4032, 3024);
-            break;
-        case Mix::Mixed:
-            facts.sizePx = random.bounded(3) == 0 ? QSize(3024, 4032) : QSize(6000, 4000);
-            break;
-        case Mix::Wild:
-            facts.sizePx = QSize(random.bounded(100, 8000), random.bounded(100, 8000));
-            if (i % 10 == 3)
-                facts.sizePx = QSize(10000, 1000);
-            if (i % 10 == 7)
-                facts.sizePx = QSize(1000, 10000);
-            break;
-        case Mix::LowResolution:
-            facts.sizePx = QSize(640, 480);
-            break;
-        }
-        list.append(facts);
-    }
-    return list;
-}
-
-NyBookProject book(const QList<NyFotoFacts> &facts)
-{
-    NyBookComposer::Request request;
-    request.photos = facts;
-    request.words = {u"Titel"_s, u"Juli 2024"_s};
-    request.style.id = NyDesignElementID(u"velmora.style.test"_s);
-    return NyBookComposer::compose(request);
-}
-
-}
+using namespace ComposedBooks;
 
 class tst_NyBookComposer : public QObject
 {
@@ -96,7 +49,7 @@ void tst_NyBookComposer::everyPhotoOnceAndInOrder()
     QFETCH(int, mix);
     const QList<NyFotoFacts> facts = photos(count, days, Mix(mix));
     const NyBookProject project = book(facts);
-    const double margin = NyBookComposer::MarginMm;
+    const double margin = NyBookGeometry::MarginMm;
     const QRectF inside = QRectF(QPointF(0, 0), project.pageSizeMm).adjusted(margin, margin, -margin, -margin);
     constexpr double slack = 1e-6;
     qsizetype next = 0;
