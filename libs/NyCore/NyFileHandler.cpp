@@ -4,25 +4,25 @@
 #include <QtCore/QFile>
 #include <QtCore/QSaveFile>
 
-bool NyFileHandler::writeBinaryFile(const QFileInfo &file, const QByteArray &content)
+bool NyFileHandler::writeBinaryFile(const QFileInfo &file, const QByteArray &content, QString *reason)
 {
     const QString path = file.absoluteFilePath();
     QSaveFile saved(path);
-    if (!saved.open(QIODevice::WriteOnly)) {
+    const auto fail = [&] {
         qWarning().noquote() << "cannot write" << path << saved.errorString();
+        if (reason)
+            *reason = saved.errorString();
         return false;
-    }
+    };
+    if (!saved.open(QIODevice::WriteOnly))
+        return fail();
     // commit() alone reports success after a buffered write that did not fit on the disk, and leaves an empty file.
     if (saved.write(content) != content.size() || !saved.flush() || saved.error() != QFileDevice::NoError) {
-        qWarning().noquote() << "cannot write" << path << saved.errorString();
+        fail();
         saved.cancelWriting();
         return false;
     }
-    if (!saved.commit()) {
-        qWarning().noquote() << "cannot write" << path << saved.errorString();
-        return false;
-    }
-    return true;
+    return saved.commit() || fail();
 }
 
 bool NyFileHandler::deleteFiles(const QFileInfoList &files)

@@ -152,7 +152,9 @@ void tst_NyFileHandler::missingFolder()
 {
     const QString path = m_folder->filePath(u"not there/file"_s);
     ignoreWarning(u"cannot write"_s, path);
-    QVERIFY(!NyFileHandler::writeBinaryFile(QFileInfo(path), "a"));
+    QString reason;
+    QVERIFY(!NyFileHandler::writeBinaryFile(QFileInfo(path), "a", &reason));
+    QVERIFY(!reason.isEmpty());
     QVERIFY(!QFile::exists(m_folder->filePath(u"not there"_s)));
 }
 
@@ -193,7 +195,9 @@ void tst_NyFileHandler::fullDiskKeepsTheOldFile()
     QVERIFY(NyFileHandler::writeBinaryFile(QFileInfo(path), "old"));
     QVERIFY(disk.fill(left));
     ignoreWarning(u"cannot write"_s, path);
-    QVERIFY(!NyFileHandler::writeBinaryFile(QFileInfo(path), QByteArray(size, 'n')));
+    QString reason;
+    QVERIFY(!NyFileHandler::writeBinaryFile(QFileInfo(path), QByteArray(size, 'n'), &reason));
+    QVERIFY(!reason.isEmpty());
     QCOMPARE(contentOf(path), "old");
     QCOMPARE(QDir(disk.path()).entryList(QDir::Files).size(), 2);
     QVERIFY(disk.clear());
