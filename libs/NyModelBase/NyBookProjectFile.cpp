@@ -16,7 +16,6 @@ namespace
 using namespace Qt::Literals::StringLiterals;
 
 constexpr auto FORMAT_NAME = "velmora-book"_L1;
-constexpr qint64 MAXIMUM_BYTES = 64 * 1024 * 1024;
 /** Sides of a page beyond this are no book but a broken file. */
 constexpr double MAXIMUM_PAGE_MM = 2000;
 constexpr int MAXIMUM_PAGES = 10000;
@@ -305,7 +304,9 @@ QByteArray NyBookProjectFile::toJson(const NyBookProject &project)
         {u"cover"_s, pageToJson(project.cover)},
         {u"pages"_s, pages},
     };
-    return QJsonDocument(root).toJson(QJsonDocument::Indented);
+    const QJsonDocument document(root);
+    const QByteArray indented = document.toJson(QJsonDocument::Indented);
+    return indented.size() <= MaximumBytes ? indented : document.toJson(QJsonDocument::Compact);
 }
 
 NyBookProjectFile::Result NyBookProjectFile::fromJson(const QByteArray &json, const QString &name)
@@ -335,10 +336,10 @@ NyBookProjectFile::Result NyBookProjectFile::load(const QFileInfo &file)
         return {std::nullopt, tr("Das Buchprojekt \"%1\" ist nicht vorhanden.").arg(name)};
     if (!device.open(QIODevice::ReadOnly))
         return {std::nullopt, tr("Das Buchprojekt \"%1\" kann nicht geöffnet werden: %2").arg(name, device.errorString())};
-    const QByteArray json = device.read(MAXIMUM_BYTES + 1);
+    const QByteArray json = device.read(MaximumBytes + 1);
     if (device.error() != QFileDevice::NoError)
         return {std::nullopt, tr("Das Buchprojekt \"%1\" kann nicht gelesen werden: %2").arg(name, device.errorString())};
-    if (json.size() > MAXIMUM_BYTES)
+    if (json.size() > MaximumBytes)
         return {std::nullopt, tr("Die Datei \"%1\" ist zu groß für ein Buchprojekt.").arg(name)};
     return fromJson(json, name);
 }

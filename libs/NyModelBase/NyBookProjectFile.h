@@ -19,6 +19,8 @@ class NYMODELBASE_EXPORT NyBookProjectFile
 public:
     /** The version that this program writes, and the newest that it reads. */
     static constexpr int FormatVersion = 1;
+    /** A larger file is not read. */
+    static constexpr qint64 MaximumBytes = 64 * 1024 * 1024;
 
     /** Either a project or the reason why there is none, fit to be shown: it names the file and the place in it. */
     struct Result
@@ -27,9 +29,9 @@ public:
         QString error;
     };
 
+    /** Indented for people to read, unless that alone would make the file larger than MaximumBytes. */
     static QByteArray toJson(const NyBookProject &project);
     /** @p name stands for the file in the error text. */
     static Result fromJson(const QByteArray &json, const QString &name);
-    /** Reads at most 64 MiB; a larger file is refused. */
     static Result load(const QFileInfo &file);
 };

@@ -94,6 +94,7 @@ private Q_SLOTS:
     void damagedBytesNeverDoHarm();
     void loadOfMissingFileAndFolder();
     void loadRoundTrip();
+    void hugeBookIsWrittenDensely();
 };
 
 void tst_NyBookProjectFile::roundTrip()
@@ -283,6 +284,22 @@ void tst_NyBookProjectFile::loadRoundTrip()
     const NyBookProjectFile::Result result = NyBookProjectFile::load(QFileInfo(file));
     QVERIFY2(result.project, qPrintable(result.error));
     QVERIFY(*result.project == sampleProject());
+}
+
+void tst_NyBookProjectFile::hugeBookIsWrittenDensely()
+{
+    NyPlacedFoto foto;
+    foto.url = QUrl(u"file:///a"_s);
+    foto.rectMm = QRectF(1, 2, 3, 4);
+    foto.sizePx = QSize(3000, 2000);
+    NyBookProject project = sampleProject();
+    // About 110 bytes each, and more than three times as many with the indentation.
+    project.pages = QList<NyBookPage>(200, NyBookPage{QList<NyPlacedFoto>(1000, foto), {}});
+    const QByteArray json = NyBookProjectFile::toJson(project);
+    QVERIFY(json.size() <= NyBookProjectFile::MaximumBytes);
+    QVERIFY(!json.contains('\n'));
+    project.pages.resize(2);
+    QVERIFY(NyBookProjectFile::toJson(project).contains('\n'));
 }
 
 QTEST_GUILESS_MAIN(tst_NyBookProjectFile)
