@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include <QBuffer>
 #include <QDateTime>
 #include <QDebug>
 #include <QDir>
@@ -19,21 +18,16 @@
 #include <NyPreInstalledDesignElementRegistry.h>
 
 #include "NyBookComposer.h"
-#include "NyBookRenderer.h"
 #include "NyBookTitle.h"
 #include "NyFotoAnalyser.h"
 #include "NyFotoSelection.h"
 #include "NyPageLayout.h"
+#include "NyProposalCompanions.h"
 
 namespace
 {
 
 using namespace Qt::Literals::StringLiterals;
-
-QFileInfo besides(const QFileInfo &target, const QString &ending)
-{
-    return QFileInfo(target.absoluteFilePath() + ending);
-}
 
 NyDesignStyle chosenStyle(const QStringList &ids)
 {
@@ -66,7 +60,7 @@ QString NyBookBuilder::checkTarget() const
     const QString path = QDir::toNativeSeparators(m_target.absoluteFilePath());
     if (!QFileInfo(m_target.absolutePath()).isDir())
         return tr("Der Ordner für den Vorschlag \"%1\" ist nicht vorhanden.").arg(path);
-    for (const QFileInfo &file : {m_target, besides(m_target, u".png"_s), besides(m_target, u".json"_s)}) {
+    for (const QFileInfo &file : {m_target, NyProposalCompanions::previewOf(m_target), NyProposalCompanions::descriptionOf(m_target)}) {
         if (file.exists() || file.isSymLink())
             return tr("Die Datei \"%1\" ist schon vorhanden.").arg(QDir::toNativeSeparators(file.absoluteFilePath()));
     }
@@ -92,20 +86,16 @@ QList<NyFotoFacts> NyBookBuilder::analyse(const NyFotoList &photos)
 
 QByteArray NyBookBuilder::description(const NyBookProject &project, const QList<NyFotoFacts> &photos) const
 {
-    const QJsonObject object{
+    QJsonObject object{
         // Readers take the moment as a 32-bit number and count what is beyond as 0.
         {u"creationDateEpoch"_s, std::min<qint64>(project.creationDateEpoch, std::numeric_limits<qint32>::max())},
-        {u"headline"_s, project.title},
-        {u"subline"_s, project.subtitle},
         {u"menu"_s, NyJsonParser::createMenuJson(m_target.fileName())},
-        {u"photoCount"_s, project.photoCount()},
-        {u"pageCount"_s, int(project.pages.size())},
         {u"occasions"_s, QJsonArray::fromStringList(project.occasions)},
         {u"dateFrom"_s, photos.constFirst().captureTime.date().toString(Qt::ISODate)},
         {u"dateTo"_s, photos.constLast().captureTime.date().toString(Qt::ISODate)},
         {u"style"_s, project.style.toString()},
-        {u"lowResolutionCount"_s, NyBookComposer::lowResolutionCount(project)},
     };
+    NyProposalCompanions::describe(object, project);
     return QJsonDocument(object).toJson(QJsonDocument::Indented);
 }
 
@@ -116,8 +106,8 @@ QString NyBookBuilder::write(const NyBookProject &project, const QByteArray &pre
         QFileInfo file;
         QByteArray content;
     } parts[] = {
-        {besides(m_target, u".png"_s), preview},
-        {besides(m_target, u".json"_s), description},
+        {NyProposalCompanions::previewOf(m_target), preview},
+        {NyProposalCompanions::descriptionOf(m_target), description},
         {m_target, NyBookProjectFile::toJson(project)},
     };
     QString error = checkTarget();
@@ -165,9 +155,8 @@ QString NyBookBuilder::build(const NyFotoList &photos)
     if (const int count = NyBookComposer::lowResolutionCount(project); count > 0)
         qInfo() << "builder:" << count << "photos are printed with less than" << NyPageLayout::RecommendedDpi << "dpi";
 
-    QByteArray preview;
-    QBuffer buffer(&preview);
-    if (!buffer.open(QIODevice::WriteOnly) || !NyBookRenderer::coverImage(project, request.style, PreviewWidthPx).save(&buffer, "PNG"))
+    const QByteArray preview = NyProposalCompanions::preview(project, request.style);
+    if (preview.isEmpty())
         return tr("Die Vorschau des Buchs kann nicht gezeichnet werden.");
     error = write(project, preview, description(project, selection.photos));
     if (error.isEmpty())

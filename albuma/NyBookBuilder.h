@@ -37,7 +37,6 @@ class NyBookBuilder
 public:
     /** The most photos that a proposal takes. */
     static constexpr int MaximumPhotos = 160;
-    static constexpr int PreviewWidthPx = 960;
 
     explicit NyBookBuilder(const NyBuilderRequest &request);
 

@@ -150,6 +150,33 @@
     </message>
 </context>
 <context>
+    <name>NyBookDocument</name>
+    <message>
+        <source>Titel ändern</source>
+        <translation>Change title</translation>
+    </message>
+    <message>
+        <source>Foto entfernen</source>
+        <translation>Remove photo</translation>
+    </message>
+    <message>
+        <source>Das Foto &quot;%1&quot; kann nicht gelesen werden.</source>
+        <translation>The photo &quot;%1&quot; cannot be read.</translation>
+    </message>
+    <message>
+        <source>Foto ersetzen</source>
+        <translation>Replace photo</translation>
+    </message>
+    <message>
+        <source>Es ist zu groß, um wieder gelesen zu werden.</source>
+        <translation>It is too large to be read again.</translation>
+    </message>
+    <message>
+        <source>Das Buch &quot;%1&quot; kann nicht gespeichert werden: %2</source>
+        <translation>The book &quot;%1&quot; cannot be saved: %2</translation>
+    </message>
+</context>
+<context>
     <name>NyBookProjectFile</name>
     <message>
         <source>hier wird ein Objekt erwartet</source>
