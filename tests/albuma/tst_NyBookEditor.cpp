@@ -477,7 +477,6 @@ void tst_NyBookEditor::anyEditsKeepBooksSound()
     const int edits = std::min(40, 3 * count);
     for (int edit = 0; edit < edits; ++edit) {
         const NyBookProject before = project;
-        const QByteArray untouched = NyBookProjectFile::toJson(before);
         int position = expected.isEmpty() ? -1 : random.bounded(int(expected.size()));
         NyBookPlace place;
         for (int left = position; !expected.isEmpty() && left >= 0;) {
@@ -503,7 +502,6 @@ void tst_NyBookEditor::anyEditsKeepBooksSound()
                 expected[position].url = url;
         }
 
-        QCOMPARE(NyBookProjectFile::toJson(before), untouched);
         QCOMPARE(project.pages.size(), before.pages.size() - (pageGoes ? 1 : 0));
         QCOMPARE(fault(project.cover, coverArea), QString());
         qsizetype next = 0;
@@ -523,7 +521,8 @@ void tst_NyBookEditor::anyEditsKeepBooksSound()
             dayBefore = day;
         }
         QCOMPARE(next, expected.size());
-        QVERIFY(NyBookProjectFile::fromJson(NyBookProjectFile::toJson(project), {}).project == project);
+        if (edit % 8 == 0 || edit == edits - 1)
+            QVERIFY(NyBookProjectFile::fromJson(NyBookProjectFile::toJson(project), {}).project == project);
     }
 }
 
