@@ -549,7 +549,9 @@ void NyStartWindow::showServiceOutcome(NyInstallationSettings::Outcome outcome)
         setError(tr("Der Dienst für automatische Produktvorschläge ist nicht installiert. Gesucht wurde\n%1").arg(program));
         break;
     case Outcome::ProgramFailed:
-        setError(tr("Der Dienst für automatische Produktvorschläge kann nicht gestartet werden:\n%1").arg(program));
+        setError(m_recommendations.recommendationsActivated()
+                ? tr("Der Dienst für automatische Produktvorschläge kann nicht gestartet werden:\n%1").arg(program)
+                : tr("Der Dienst für automatische Produktvorschläge kann nicht abgeschaltet werden:\n%1").arg(program));
         break;
     case Outcome::StillRunning:
         setError(tr("Der Dienst für automatische Produktvorschläge ist noch nicht beendet."));

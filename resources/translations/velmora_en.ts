@@ -1447,6 +1447,12 @@ Macht aus Ihren Fotos Fotobücher. Mit Qt %3.</source>
 
 Turns your photos into photo books. With Qt %3.</translation>
     </message>
+    <message>
+        <source>Der Dienst für automatische Produktvorschläge kann nicht abgeschaltet werden:
+%1</source>
+        <translation>The service for automatic product proposals cannot be switched off:
+%1</translation>
+    </message>
 </context>
 <context>
     <name>NySystemTrayService</name>

@@ -127,6 +127,8 @@ private Q_SLOTS:
     void theSwitch();
     void theSwitchWaitsForTheServicesEnd();
     void theSwitchWithoutAService();
+    void theSwitchThatFails_data();
+    void theSwitchThatFails();
     void theSwitchFollowsOthers();
     void settingsThatCannotBeStored();
     void marksOfAnotherProcessAreSeen();
@@ -702,6 +704,31 @@ void tst_NyStartWindow::theSwitchWithoutAService()
     QVERIFY(!NyInstallationSettings().autoStartService());
     QVERIFY(error().contains(u"nicht installiert"_s));
     QVERIFY(error().contains(u"quilloservice"_s));
+}
+
+void tst_NyStartWindow::theSwitchThatFails_data()
+{
+    QTest::addColumn<bool>("isOn");
+    QTest::addColumn<QByteArray>("program");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("on") << false << QByteArray("#!/nowhere/interpreter\n") << u"kann nicht gestartet werden"_s;
+    QTest::newRow("off") << true << QByteArray("#!/bin/sh\nexit 7\n") << u"kann nicht abgeschaltet werden"_s;
+}
+
+void tst_NyStartWindow::theSwitchThatFails()
+{
+    QFETCH(bool, isOn);
+    QFETCH(QByteArray, program);
+    QFETCH(QString, text);
+    QVERIFY(m_service->storeSettings(isOn));
+    QVERIFY(TestSupport::writeFile(m_service->path(), program));
+    QVERIFY(start());
+    auto *box = m_window->findChild<QCheckBox *>(u"serviceBox"_s);
+    QCOMPARE(box->isChecked(), isOn);
+    box->click();
+    QTRY_VERIFY2(error().contains(text), qPrintable(error()));
+    QVERIFY(error().contains(m_service->path()));
+    QVERIFY(box->isEnabled());
 }
 
 void tst_NyStartWindow::theSwitchFollowsOthers()
