@@ -138,6 +138,13 @@ void ServiceUnderTest::pretendItIs(const QDateTime &moment)
     m_environment.insert(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
 }
 
+void ServiceUnderTest::quickenTime(int factor)
+{
+    m_environment.insert(QStringLiteral("LD_PRELOAD"), fakeTimeLibrary());
+    m_environment.insert(QStringLiteral("FAKETIME"), QStringLiteral("+0 x%1").arg(factor));
+    m_environment.insert(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
+}
+
 bool ServiceUnderTest::hasFakeTime()
 {
     return !fakeTimeLibrary().isEmpty();

@@ -32,6 +32,8 @@ public:
     QProcessEnvironment &environment() { return m_environment; }
     /** Runs with a wall clock that begins at `moment` (local) and goes on at its normal pace. */
     void pretendItIs(const QDateTime &moment);
+    /** Runs with all clocks, those of timers too, faster by this factor. */
+    void quickenTime(int factor);
     static bool hasFakeTime();
 
     /** Runs a copy of the service from a folder that holds no main program unless the test puts one there; its path. */

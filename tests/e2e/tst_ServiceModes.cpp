@@ -31,6 +31,8 @@ private Q_SLOTS:
     void uninstallEndsARunningService();
     void reset();
     void autostartQuery();
+    void firstCollection_data();
+    void firstCollection();
     void normalRunWithoutDisplay();
     void normalRunDespiteWindowlessWords_data();
     void normalRunDespiteWindowlessWords();
@@ -205,6 +207,36 @@ void tst_ServiceModes::autostartQuery()
     service.allowAutostart();
     QCOMPARE(service.run(mode(QStringLiteral("s"))), 1);
     QVERIFY(!QFile::exists(entryPath()));
+}
+
+void tst_ServiceModes::firstCollection_data()
+{
+    QTest::addColumn<QByteArray>("sections");
+    QTest::addColumn<int>("factor");
+    QTest::addColumn<int>("waitS");
+    QTest::newRow("after ten minutes") << QByteArray() << 60 << 600;
+    QTest::newRow("after five seconds with debugging features") << QByteArray("<debug enabled='true'/>") << 1 << 5;
+}
+
+void tst_ServiceModes::firstCollection()
+{
+    QFETCH(QByteArray, sections);
+    QFETCH(int, factor);
+    QFETCH(int, waitS);
+    if (!ServiceUnderTest::hasFakeTime())
+        QSKIP("libfaketime is not installed");
+    ServiceUnderTest service;
+    service.writeConfiguration(sections);
+    service.allowAutostart();
+    if (factor > 1)
+        service.quickenTime(factor);
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    service.start();
+    const QByteArray line = "QUILLO_SERVICE: starting first check for recent files";
+    QTRY_VERIFY_WITH_TIMEOUT(service.output().contains(line), 1000 * waitS / factor + 10000);
+    // A coarse timer keeps to its time within 5 %.
+    QVERIFY2(sinceStart.elapsed() >= 950 * waitS / factor, qPrintable(QString::number(sinceStart.elapsed())));
 }
 
 void tst_ServiceModes::normalRunWithoutDisplay()
