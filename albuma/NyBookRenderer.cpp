@@ -17,7 +17,11 @@ constexpr double MM_PER_POINT = 25.4 / 72.0;
 constexpr double SMALLEST_FONT_SHARE = 0.45;
 /** White frame around the cover's photo. */
 constexpr double COVER_FRAME_MM = 2.2;
+/** The frame and the shadow around it. */
+constexpr double COVER_MARGIN_MM = 6;
 constexpr double ACCENT_LINE_MM = 26;
+/** Up to here four neighbours of a pixel see all of a picture that is painted smaller. */
+constexpr double SHARP_SHRINK = 2.1;
 
 QFont fontOf(const QString &families)
 {
@@ -46,8 +50,12 @@ void NyBookRenderer::paint(
     painter.fillRect(target, kind == PageKind::Cover ? m_style.coverBackground : m_style.pageBackground);
     const double unitsPerMm = target.width() / pageMm.width();
     const auto toTarget = [&](const QRectF &mm) { return QRectF(target.topLeft() + mm.topLeft() * unitsPerMm, mm.size() * unitsPerMm); };
+    const double margin = kind == PageKind::Cover ? COVER_MARGIN_MM * unitsPerMm : 1;
+    const QRectF exposed = painter.clipBoundingRect().adjusted(-margin, -margin, margin, margin);
     for (const NyPlacedFoto &foto : page.photos) {
         const QRectF rect = toTarget(foto.rectMm);
+        if (!rect.intersects(exposed))
+            continue;
         if (kind == PageKind::Cover) {
             const double frame = COVER_FRAME_MM * unitsPerMm;
             const QRectF framed = rect.adjusted(-frame, -frame, frame, frame);
@@ -86,16 +94,25 @@ void NyBookRenderer::paintPhoto(
         break;
     }
     QImage image = picture.image;
-    if (foto.rotationDegrees != 0)
-        image = image.transformed(QTransform().rotate(foto.rotationDegrees));
-    // The painter looks at four neighbours only; shrinking by more than that would leave jagged edges.
-    const double shrink = image.width() * foto.crop.width() / (rect.width() * devicePixelRatio);
-    if (shrink > 1.6)
+    // The picture stays as it is and the painter turns: a copy of a large picture costs more than painting the part that is seen.
+    const bool isLying = foto.rotationDegrees % 180 != 0;
+    const QRectF crop = QTransform().translate(0.5, 0.5).rotate(-foto.rotationDegrees).translate(-0.5, -0.5).mapRect(foto.crop);
+    const double targetWidth = isLying ? rect.height() : rect.width();
+    const double shrink = image.width() * crop.width() / (targetWidth * devicePixelRatio);
+    if (shrink > SHARP_SHRINK && !picture.isInterim)
         image = image.scaled(QSizeF(image.width() / shrink, image.height() / shrink).toSize().expandedTo(QSize(1, 1)),
             Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    const QRectF source(foto.crop.x() * image.width(), foto.crop.y() * image.height(), foto.crop.width() * image.width(),
-        foto.crop.height() * image.height());
-    painter.drawImage(rect, image, source);
+    const QRectF source(crop.x() * image.width(), crop.y() * image.height(), crop.width() * image.width(), crop.height() * image.height());
+    if (foto.rotationDegrees == 0) {
+        painter.drawImage(rect, image, source);
+        return;
+    }
+    painter.save();
+    painter.translate(rect.center());
+    painter.rotate(foto.rotationDegrees);
+    const QSizeF turned = isLying ? rect.size().transposed() : rect.size();
+    painter.drawImage(QRectF(QPointF(-turned.width() / 2, -turned.height() / 2), turned), image, source);
+    painter.restore();
 }
 
 QSize NyBookRenderer::boxPx(const NyPlacedFoto &foto, const QSizeF &units, double devicePixelRatio)
@@ -103,10 +120,11 @@ QSize NyBookRenderer::boxPx(const NyPlacedFoto &foto, const QSizeF &units, doubl
     QSizeF whole(units.width() / foto.crop.width(), units.height() / foto.crop.height());
     if (foto.rotationDegrees % 180 != 0)
         whole.transpose();
-    // A tiny crop of a huge picture must not ask for more than any screen or memory has.
+    // A tiny crop of a huge picture must not ask for more than any screen or memory has, nor a broken one for nothing.
     constexpr double largestPx = 20000;
+    const auto bounded = [&](double px) { return px > 1 ? int(std::ceil(std::min(px, largestPx))) : 1; };
     whole *= devicePixelRatio;
-    return {int(std::ceil(std::clamp(whole.width(), 1.0, largestPx))), int(std::ceil(std::clamp(whole.height(), 1.0, largestPx)))};
+    return {bounded(whole.width()), bounded(whole.height())};
 }
 
 void NyBookRenderer::paintMissing(QPainter &painter, const QString &name, const QRectF &rect) const
@@ -127,24 +145,35 @@ void NyBookRenderer::paintMissing(QPainter &painter, const QString &name, const 
     painter.restore();
 }
 
-void NyBookRenderer::paintText(QPainter &painter, const NyBookText &text, PageKind kind, const QRectF &rect, double unitsPerMm) const
+NyBookRenderer::FittedText NyBookRenderer::fitted(const NyBookText &text, const QRectF &rect, double unitsPerMm) const
 {
     const bool isTitle = text.role == NyBookText::Role::Title || text.role == NyBookText::Role::DayHeading;
-    QFont font = fontOf(isTitle ? m_style.titleFonts : m_style.bodyFonts);
+    FittedText result{fontOf(isTitle ? m_style.titleFonts : m_style.bodyFonts), 0, {}};
     const int vertical = text.role == NyBookText::Role::Title ? Qt::AlignVCenter : Qt::AlignTop;
-    const int flags = int(text.alignment) | vertical | Qt::TextWordWrap;
+    result.flags = int(text.alignment) | vertical | Qt::TextWordWrap;
     const double wanted = text.fontSizePt * MM_PER_POINT * unitsPerMm;
     double size = wanted;
     // Hinted glyph widths do not shrink evenly, so the fitting size is found by trying.
     for (; size > wanted * SMALLEST_FONT_SHARE; size *= 0.94) {
-        font.setPixelSize(std::max(1, int(std::lround(size))));
-        const QRectF needed = QFontMetricsF(font).boundingRect(rect, flags, text.text);
-        if (needed.height() <= rect.height() * 1.02 && needed.width() <= rect.width() * 1.001)
+        result.font.setPixelSize(std::max(1, int(std::lround(size))));
+        result.words = QFontMetricsF(result.font).boundingRect(rect, result.flags, text.text);
+        if (result.words.height() <= rect.height() * 1.02 && result.words.width() <= rect.width() * 1.001)
             break;
     }
-    painter.setFont(font);
+    return result;
+}
+
+QRectF NyBookRenderer::wordsRect(const NyBookText &text, const QRectF &rect, double unitsPerMm) const
+{
+    return text.text.trimmed().isEmpty() ? QRectF() : fitted(text, rect, unitsPerMm).words;
+}
+
+void NyBookRenderer::paintText(QPainter &painter, const NyBookText &text, PageKind kind, const QRectF &rect, double unitsPerMm) const
+{
+    const FittedText fit = fitted(text, rect, unitsPerMm);
+    painter.setFont(fit.font);
     painter.setPen(kind == PageKind::Cover ? m_style.coverTextColor : m_style.textColor);
-    painter.drawText(rect, flags, text.text);
+    painter.drawText(rect, fit.flags, text.text);
 }
 
 QImage NyBookRenderer::coverImage(const NyBookProject &project, const NyDesignStyle &style, int widthPx)

@@ -56,6 +56,9 @@ private Q_SLOTS:
     void missingAndLoading();
     void textIsDrawnInsideItsRectangle_data();
     void textIsDrawnInsideItsRectangle();
+    void asksOnlyForWhatTheClipShows();
+    void interimPictureIsPaintedAsItIs();
+    void tellsWhereTheWordsAre();
     void coverImage();
 
 private:
@@ -179,6 +182,74 @@ void tst_NyBookRenderer::textIsDrawnInsideItsRectangle()
     }
     QVERIFY(inside > 100);
     QCOMPARE(outside, 0);
+}
+
+void tst_NyBookRenderer::asksOnlyForWhatTheClipShows()
+{
+    NyBookPage page;
+    page.photos = {photo(QRectF(10, 10, 80, 60)), photo(QRectF(150, 10, 80, 60)), photo(QRectF(10, 120, 80, 60))};
+    page.photos[1].url = QUrl(u"file:///p/b.jpg"_s);
+    page.photos[2].url = QUrl(u"file:///p/c.jpg"_s);
+    QStringList asked;
+    const auto source = [&](const QUrl &url, const QSize &box) {
+        asked.append(url.fileName());
+        return Picture{Picture::State::Ready, fourFields(box)};
+    };
+    const QImage whole = paint(page, NyBookRenderer::PageKind::Inner, source);
+    QCOMPARE(asked, (QStringList{u"a.jpg"_s, u"b.jpg"_s, u"c.jpg"_s}));
+    asked.clear();
+    // The second photo's middle; two pixels are a millimetre.
+    const QRect clip(360, 60, 40, 40);
+    QImage part(whole.size(), QImage::Format_RGB32);
+    part.fill(Qt::black);
+    QPainter painter(&part);
+    painter.setClipRect(clip);
+    const NyBookRenderer renderer(testStyle(), source);
+    renderer.paint(painter, page, NyBookRenderer::PageKind::Inner, QSizeF(280, 210), QRectF(part.rect()), 1.0);
+    painter.end();
+    QCOMPARE(asked, QStringList{u"b.jpg"_s});
+    QCOMPARE(part.copy(clip), whole.copy(clip));
+    QCOMPARE(part.pixelColor(100, 60), QColor(Qt::black));
+}
+
+void tst_NyBookRenderer::interimPictureIsPaintedAsItIs()
+{
+    // One white column in eight: painted smaller with care it is grey, without it stays white or black.
+    QImage columns(1280, 960, QImage::Format_RGB32);
+    columns.fill(Qt::black);
+    for (int x = 0; x < columns.width(); x += 8) {
+        for (int y = 0; y < columns.height(); ++y)
+            columns.setPixelColor(x, y, Qt::white);
+    }
+    NyBookPage page;
+    page.photos = {photo(QRectF(20, 20, 80, 60))};
+    const auto lightest = [&](bool isInterim) {
+        const QImage image = paint(page, NyBookRenderer::PageKind::Inner, [&](const QUrl &, const QSize &) {
+            return Picture{Picture::State::Ready, columns, isInterim};
+        });
+        int result = 0;
+        for (int x = 60; x < 180; ++x)
+            result = std::max(result, qGray(image.pixel(x, 100)));
+        return result;
+    };
+    QVERIFY(lightest(false) < 80);
+    QVERIFY(lightest(false) > 10);
+    QVERIFY(lightest(true) > 80 || lightest(true) < 10);
+}
+
+void tst_NyBookRenderer::tellsWhereTheWordsAre()
+{
+    const NyBookRenderer renderer(testStyle(), [](const QUrl &, const QSize &) { return Picture(); });
+    const QRectF rect(40, 40, 480, 60);
+    NyBookText text{NyBookText::Role::Title, u"Rom"_s, {}, 18};
+    const QRectF middle = renderer.wordsRect(text, rect, 2);
+    QVERIFY(rect.contains(middle));
+    QVERIFY(middle.width() < 120);
+    QVERIFY(std::abs(middle.center().x() - rect.center().x()) < 2);
+    text.alignment = Qt::AlignLeft;
+    QVERIFY(std::abs(renderer.wordsRect(text, rect, 2).left() - rect.left()) < 2);
+    text.text = u" \n"_s;
+    QVERIFY(renderer.wordsRect(text, rect, 2).isEmpty());
 }
 
 void tst_NyBookRenderer::coverImage()
