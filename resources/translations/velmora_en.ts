@@ -1102,6 +1102,33 @@
         <source>Seiten %1 und %2 von %3</source>
         <translation>Pages %1 and %2 of %3</translation>
     </message>
+    <message>
+        <source>%1, Foto %2 von %3</source>
+        <translation>%1, photo %2 of %3</translation>
+    </message>
+    <message>
+        <source>Gedruckt hätte es hier nur %1 dpi; empfohlen sind mindestens %2.</source>
+        <translation>It would be printed here with only %1 dpi; at least %2 are recommended.</translation>
+    </message>
+</context>
+<context>
+    <name>NySpreadViewAccessible</name>
+    <message>
+        <source>Auswählen</source>
+        <translation>Select</translation>
+    </message>
+    <message>
+        <source>Öffnen</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>Wählt das Foto aus</source>
+        <translation>Selects the photo</translation>
+    </message>
+    <message>
+        <source>Öffnet das Foto</source>
+        <translation>Opens the photo</translation>
+    </message>
 </context>
 <context>
     <name>NyStartWindow</name>

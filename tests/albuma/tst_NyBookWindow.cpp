@@ -2,7 +2,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -23,19 +22,14 @@ private Q_SLOTS:
     void closesWithTheKeyboard_data();
     void closesWithTheKeyboard();
     void pagesWithTheButtons();
-    void pagesWithWheelAndMouse();
-    void photosAppear();
-    void missingPhotoIsAGreyBox();
     void warnsAboutMissingPhotos();
     void suppressesWarnings();
     void emptyBook();
     void opensAProject();
     void brokenProjectShowsTheReason();
-    void cacheLoadsOnceAndLarger();
 
 private:
     NyBookProject project(int pages, const QString &photo) const;
-    QColor middleOfFirstPhoto(NySpreadView *view) const;
 
     QTemporaryDir m_dir;
     QString m_photo;
@@ -61,15 +55,6 @@ NyBookProject tst_NyBookWindow::project(int pages, const QString &photo) const
     for (int i = 0; i < pages; ++i)
         project.pages.append(NyBookPage{{foto}, {}});
     return project;
-}
-
-/** Colour at the middle of the left page's photo, of spread 1 and after. */
-QColor tst_NyBookWindow::middleOfFirstPhoto(NySpreadView *view) const
-{
-    const QImage shot = view->grab().toImage();
-    const double unitsPerMm = std::min((shot.width() - 56) / 560.0, (shot.height() - 56) / 210.0);
-    const QPointF origin((shot.width() - 560 * unitsPerMm) / 2, (shot.height() - 210 * unitsPerMm) / 2);
-    return shot.pixelColor((origin + QPointF(50, 60) * unitsPerMm).toPoint());
 }
 
 void tst_NyBookWindow::pagesWithTheKeyboard()
@@ -138,53 +123,6 @@ void tst_NyBookWindow::pagesWithTheButtons()
     QVERIFY(window.windowTitle().contains(u"VELMORA ALBUMA"_s));
 }
 
-void tst_NyBookWindow::pagesWithWheelAndMouse()
-{
-    NySpreadView view(project(6, m_photo), NyDesignStyle());
-    view.resize(800, 400);
-    QTest::mouseClick(&view, Qt::LeftButton, {}, QPoint(700, 200));
-    QCOMPARE(view.spread(), 1);
-    QTest::mouseClick(&view, Qt::RightButton, {}, QPoint(700, 200));
-    QCOMPARE(view.spread(), 1);
-    QTest::mouseClick(&view, Qt::LeftButton, {}, QPoint(100, 200));
-    QCOMPARE(view.spread(), 0);
-    const auto turn = [&](int delta) {
-        QWheelEvent event(
-            QPointF(10, 10), QPointF(10, 10), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&view, &event);
-    };
-    turn(-60);
-    QCOMPARE(view.spread(), 0);
-    turn(-60);
-    QCOMPARE(view.spread(), 1);
-    turn(-240);
-    QCOMPARE(view.spread(), 3);
-    turn(120);
-    QCOMPARE(view.spread(), 2);
-}
-
-void tst_NyBookWindow::photosAppear()
-{
-    NySpreadView view(project(4, m_photo), NyDesignStyle());
-    view.resize(1000, 480);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
-    view.setSpread(1);
-    QTRY_VERIFY(middleOfFirstPhoto(&view).green() > 120 && middleOfFirstPhoto(&view).red() < 40);
-    QTRY_VERIFY(view.isComplete());
-}
-
-void tst_NyBookWindow::missingPhotoIsAGreyBox()
-{
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"verschwunden\\.jpg"_s));
-    NySpreadView view(project(2, m_dir.filePath(u"verschwunden.jpg"_s)), NyDesignStyle());
-    view.resize(1000, 480);
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
-    view.setSpread(1);
-    QTRY_COMPARE(middleOfFirstPhoto(&view), QColor(0xdc, 0xdc, 0xdc));
-}
-
 void tst_NyBookWindow::warnsAboutMissingPhotos()
 {
     const QString missing = m_dir.filePath(u"verschwunden.jpg"_s);
@@ -251,25 +189,6 @@ void tst_NyBookWindow::brokenProjectShowsTheReason()
     auto *error = windows.startWindow()->findChild<QLabel *>(u"error"_s);
     QVERIFY(error->isVisible());
     QVERIFY(error->text().contains(path));
-}
-
-void tst_NyBookWindow::cacheLoadsOnceAndLarger()
-{
-    NyFotoImageCache cache;
-    const QSignalSpy changes(&cache, &NyFotoImageCache::changed);
-    const QUrl url = QUrl::fromLocalFile(m_photo);
-    const auto ask = [&](const QSize &box) { return cache.picture(url, box, NyFotoImageCache::Urgency::Visible); };
-    QVERIFY(ask(QSize(200, 150)).state == NyBookRenderer::Picture::State::Loading);
-    QVERIFY(ask(QSize(200, 150)).state == NyBookRenderer::Picture::State::Loading);
-    QTRY_COMPARE(changes.count(), 1);
-    QCOMPARE(ask(QSize(200, 150)).image.size(), QSize(200, 150));
-    QCOMPARE(ask(QSize(100, 75)).image.size(), QSize(200, 150));
-    QCOMPARE(cache.pendingCount(), 0);
-    // The small version stands in until the large one has come.
-    QCOMPARE(ask(QSize(400, 300)).image.size(), QSize(200, 150));
-    QTRY_COMPARE(changes.count(), 2);
-    QCOMPARE(ask(QSize(400, 300)).image.size(), QSize(400, 300));
-    QCOMPARE(changes.count(), 2);
 }
 
 QTEST_MAIN(tst_NyBookWindow)
