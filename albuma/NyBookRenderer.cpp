@@ -41,14 +41,16 @@ NyBookRenderer::NyBookRenderer(const NyDesignStyle &style, PictureSource source)
 {
 }
 
-void NyBookRenderer::paint(
-    QPainter &painter, const NyBookPage &page, PageKind kind, const QSizeF &pageMm, const QRectF &target, double devicePixelRatio) const
+void NyBookRenderer::paint(QPainter &painter, const NyBookPage &page, PageKind kind, const QSizeF &pageMm, const QRectF &target,
+    double devicePixelRatio, double bleedMm) const
 {
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
-    painter.setClipRect(target, Qt::IntersectClip);
-    painter.fillRect(target, kind == PageKind::Cover ? m_style.coverBackground : m_style.pageBackground);
     const double unitsPerMm = target.width() / pageMm.width();
+    const double bleed = bleedMm * unitsPerMm;
+    const QRectF paper = target.adjusted(-bleed, -bleed, bleed, bleed);
+    painter.setClipRect(paper, Qt::IntersectClip);
+    painter.fillRect(paper, kind == PageKind::Cover ? m_style.coverBackground : m_style.pageBackground);
     const auto toTarget = [&](const QRectF &mm) { return QRectF(target.topLeft() + mm.topLeft() * unitsPerMm, mm.size() * unitsPerMm); };
     const double margin = kind == PageKind::Cover ? COVER_MARGIN_MM * unitsPerMm : 1;
     const QRectF exposed = painter.clipBoundingRect().adjusted(-margin, -margin, margin, margin);

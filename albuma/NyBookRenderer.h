@@ -33,11 +33,12 @@ public:
     NyBookRenderer(const NyDesignStyle &style, PictureSource source);
 
     /**
-     * Paints @p page into @p target, whose proportions should be the page's. Units of the painter; @p devicePixelRatio px a unit.
-     * Photos outside the painter's clip are neither painted nor asked for.
+     * Paints @p page into @p target, whose proportions should be the page's. Units of the painter; @p devicePixelRatio px a unit. What
+     * reaches beyond the page is painted up to @p bleedMm around the target. Photos outside the painter's clip are neither painted nor
+     * asked for.
      */
     void paint(QPainter &painter, const NyBookPage &page, PageKind kind, const QSizeF &pageMm, const QRectF &target,
-        double devicePixelRatio) const;
+        double devicePixelRatio, double bleedMm = 0) const;
 
     /** The size in px of the whole upright picture when @p foto is painted into a rectangle of @p units. */
     static QSize boxPx(const NyPlacedFoto &foto, const QSizeF &units, double devicePixelRatio);

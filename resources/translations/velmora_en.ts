@@ -177,6 +177,21 @@
     </message>
 </context>
 <context>
+    <name>NyBookPdf</name>
+    <message>
+        <source>Die Datei &quot;%1&quot; kann nicht geschrieben werden: Die Seiten haben keine druckbare Größe.</source>
+        <translation>The file &quot;%1&quot; cannot be written: the pages have no size that can be printed.</translation>
+    </message>
+    <message>
+        <source>Die Datei &quot;%1&quot; kann nicht geschrieben werden.</source>
+        <translation>The file &quot;%1&quot; cannot be written.</translation>
+    </message>
+    <message>
+        <source>Für die Datei &quot;%1&quot; ist nicht genug Platz vorhanden.</source>
+        <translation>There is not enough room for the file &quot;%1&quot;.</translation>
+    </message>
+</context>
+<context>
     <name>NyBookProjectFile</name>
     <message>
         <source>hier wird ein Objekt erwartet</source>
