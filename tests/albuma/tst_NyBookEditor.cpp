@@ -234,11 +234,15 @@ void tst_NyBookEditor::headingMovesOn()
     NyBookProject project = book(photos(12, 2, Mix::Landscape));
     project.pages[0].photos.resize(1);
     QVERIFY(project.pages.at(1).texts.isEmpty());
+    // Smaller than they could be, so that laying them out anew differs from shrinking them.
+    project.pages[1].photos = {placed(1, QRectF(20, 60, 80, 60)), placed(2, QRectF(120, 60, 80, 60)), placed(3, QRectF(20, 130, 80, 60))};
     const NyBookProject after = NyBookEditor::withoutPhoto(project, {0, 0});
     QCOMPARE(after.pages.size(), project.pages.size() - 1);
     QCOMPARE(after.pages.at(0).texts, project.pages.at(0).texts);
-    QCOMPARE(after.pages.at(0).photos.size(), project.pages.at(1).photos.size());
-    QCOMPARE(fault(after.pages.at(0), NyBookGeometry::pageArea(project.pageSizeMm)), QString());
+    QRectF below = NyBookGeometry::pageArea(project.pageSizeMm);
+    below.setTop(below.top() + NyBookGeometry::HeadingMm);
+    const QList<NyLayoutFoto> shapes(3, {QSize(4000, 3000), false});
+    QCOMPARE(rects(after.pages.at(0)), NyPageLayout::arrange(shapes, below, NyBookGeometry::GapMm).rectsMm);
     QCOMPARE(after.pages.mid(1), project.pages.mid(2));
 }
 
@@ -396,6 +400,14 @@ void tst_NyBookEditor::coverPhotoIsReplaced()
     other.cover.photos[0].rectMm = QRectF(40, 60, 160, 120);
     const NyBookProject after = NyBookEditor::withPhoto(other, {NyBookPlace::Cover, 0}, picture(u"a.jpg"_s), QSize(3000, 4000));
     QCOMPARE(after.cover.photos.at(0).rectMm, QRectF(75, 60, 90, 120));
+
+    NyBookProject low = project;
+    low.pageSizeMm = QSizeF(280, 140);
+    low.cover.photos[0].rectMm = QRectF(40, 20, 120, 90);
+    low.cover.texts.clear();
+    const NyBookProject lowAfter = NyBookEditor::withPhoto(low, {NyBookPlace::Cover, 0}, picture(u"a.jpg"_s), QSize(3000, 4000));
+    QCOMPARE(lowAfter.cover.photos.at(0).rectMm, QRectF(66.25, 20, 67.5, 90));
+
     other.cover.photos.append(placed(3, QRectF(20, 20, 40, 30)));
     const NyBookPage two = NyBookEditor::withPhoto(other, {NyBookPlace::Cover, 1}, picture(u"a.jpg"_s), QSize(3000, 4000)).cover;
     QCOMPARE(two.photos.at(0), other.cover.photos.at(0));
