@@ -25,6 +25,7 @@ constexpr int deepest = 30;
 // Bits of AT-SPI's set of states.
 constexpr uint checkedState = 4;
 constexpr uint enabledState = 8;
+constexpr uint selectedState = 23;
 constexpr uint showingState = 25;
 
 QVariant call(const QString &bus, const QString &service, const QString &path, const QString &interface, const QString &method,
@@ -157,6 +158,9 @@ void DesktopUser::collect(const QString &service, const QString &path, int depth
             thing.description = property(m_busName, childService, childPath, QStringLiteral("Description"));
             thing.isChecked = isStateSet(states, checkedState);
             thing.isEnabled = isStateSet(states, enabledState);
+            thing.isSelected = isStateSet(states, selectedState);
+            thing.service = childService;
+            thing.path = childPath;
             const QVariant extents = call(m_busName, childService, childPath, QStringLiteral("org.a11y.atspi.Component"),
                 QStringLiteral("GetExtents"), {QVariant::fromValue(uint(0))});
             if (extents.canConvert<QDBusArgument>()) {
@@ -275,6 +279,12 @@ bool DesktopUser::clickOn(const Condition &condition)
 bool DesktopUser::doubleClickOn(const Condition &condition)
 {
     return pressOn(condition, 2);
+}
+
+bool DesktopUser::act(const Thing &thing, int action) const
+{
+    return call(m_busName, thing.service, thing.path, QStringLiteral("org.a11y.atspi.Action"), QStringLiteral("DoAction"), {action})
+        .toBool();
 }
 
 bool DesktopUser::write(const QString &lineName, const QString &text)

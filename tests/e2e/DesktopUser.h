@@ -28,6 +28,10 @@ public:
         QRect place;
         bool isChecked = false;
         bool isEnabled = false;
+        bool isSelected = false;
+        /** Where the accessibility bus has it. */
+        QString service;
+        QString path;
     };
     using Condition = std::function<bool(const Thing &)>;
 
@@ -58,6 +62,8 @@ public:
     bool click(const QString &role, const QString &name);
     bool clickOn(const Condition &condition);
     bool doubleClickOn(const Condition &condition);
+    /** Does what the thing offers as its action with this number; false if it offers none or refuses. */
+    bool act(const Thing &thing, int action) const;
     /** Selects what the line with this name holds and writes the text (ASCII) in its place. */
     bool write(const QString &lineName, const QString &text);
     static bool key(const QString &keys);
