@@ -365,11 +365,16 @@ void NySpreadView::resizeEvent(QResizeEvent *event)
         place({std::nullopt, m_middleShare});
 }
 
-void NySpreadView::scrollContentsBy(int, int)
+void NySpreadView::scrollContentsBy(int dx, int dy)
 {
     if (!m_isPlacing)
         m_middleShare = shareAt(middle());
-    viewport()->update();
+    // What stays is only moved, but for the frame, which does not scroll, and for moves by parts of a pixel.
+    const double ratio = devicePixelRatioF();
+    if (m_isPlacing || isFocusFrameShown() || ratio != std::floor(ratio))
+        viewport()->update();
+    else
+        viewport()->scroll(dx, dy);
 }
 
 // ---- Painting ----
@@ -412,6 +417,9 @@ void NySpreadView::paintEvent(QPaintEvent *event)
     const NyBookRenderer pageRenderer = renderer();
     const QSizeF pageMm = NySpreadGeometry::sizeMm(m_project, 0);
     const NyBookPage empty;
+    // Where pages meet within a pixel, the desk would shine through.
+    if (spread.pages().size() == 2)
+        painter.fillRect(spread.rect(), m_style.pageBackground);
     for (const NySpreadGeometry::Page &page : spread.pages())
         pageRenderer.paint(painter, page.page ? *page.page : empty, page.kind, pageMm, page.rect, ratio);
     if (spread.pages().size() == 2)
@@ -445,7 +453,7 @@ void NySpreadView::paintSelection(QPainter &painter, const NySpreadGeometry &spr
         // Between two white lines the colour is told from any photo, whatever it shows at its edge.
         frame(rect, QColor(255, 255, 255, 220), 7);
         frame(rect, highlight, 4);
-    } else if (hasFocus() && m_isKeyboardFocus) {
+    } else if (isFocusFrameShown()) {
         frame(QRectF(viewport()->rect()).adjusted(2, 2, -2, -2), highlight, 2);
     }
 }

@@ -143,6 +143,7 @@ private:
     void showToolTip(const QPoint &point, const QPoint &globalPos);
     QStringList photoNames() const;
 
+    bool isFocusFrameShown() const { return hasFocus() && m_isKeyboardFocus && !m_selected; }
     double pictureShare(const NySpreadGeometry &spread, const QRectF &seen, double memoryShare) const;
     void prefetch(int spread);
     void paintSelection(QPainter &painter, const NySpreadGeometry &spread) const;

@@ -156,6 +156,7 @@ private Q_SLOTS:
     void accessibleActions();
 
     void deskFollowsThePalette();
+    void deskDoesNotShineThroughTheFold();
     void brokenBooks_data();
     void brokenBooks();
     void thousandPhotos();
@@ -1164,6 +1165,27 @@ void tst_NySpreadView::deskFollowsThePalette()
         view.setPalette(palette);
         QVERIFY(std::abs(colorAt(view, desk).lightness() - window.lightness()) < 24);
         QCOMPARE(colorAt(view, paper), QColor(Qt::white));
+    }
+}
+
+void tst_NySpreadView::deskDoesNotShineThroughTheFold()
+{
+    NyBookProject project = book();
+    project.pages[0].photos.clear();
+    project.pages[1].photos.clear();
+    NySpreadView view(project, NyDesignStyle());
+    QPalette palette = view.palette();
+    palette.setColor(QPalette::Window, Qt::black);
+    view.setPalette(palette);
+    view.setSpread(1);
+    SHOW(view);
+    for (const double zoom : {1.0, 2.1, 3.3, 5.7}) {
+        view.setZoom(zoom);
+        const QImage shot = view.viewport()->grab().toImage();
+        // The fold's shadow is soft, so that neighbours hardly differ.
+        const int y = shot.height() / 2;
+        for (int x = shot.width() / 2 - 40; x < shot.width() / 2 + 40; ++x)
+            QVERIFY(std::abs(qGray(shot.pixel(x, y)) - qGray(shot.pixel(x + 1, y))) < 12);
     }
 }
 
