@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <deque>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -16,12 +18,16 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
+#include <QFuture>
 #include <QHash>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
 #include <QSet>
 #include <QTemporaryFile>
+#include <QThread>
+#include <QThreadPool>
+#include <QtConcurrent/QtConcurrentRun>
 
 #include <NyImageLoader.h>
 #include <NyTranslation.h>
@@ -42,6 +48,9 @@ constexpr int UNITS_PER_INCH = 1200;
 constexpr double SMALLEST_PAGE_MM = 10;
 /** ISO 32000-1, annex C.2: 14,400 points a side. */
 constexpr double LARGEST_PAGE_MM = 5000;
+/** Each takes the memory of a decoded photo: four of a usual camera, or one that is huge. */
+constexpr int MOST_LOADED_AT_A_TIME = 4;
+constexpr qint64 MOST_PIXELS_LOADED_AT_A_TIME = 64'000'000;
 /** What the photos' places are painted with begins with this. */
 constexpr auto MARKER_SCHEME = "marker"_L1;
 
@@ -331,21 +340,37 @@ private:
         }
     }
 
+    /** Several photos at a time, but no more than have room in memory together. */
     void load(const QString &folder)
     {
         m_spool = std::make_unique<Spool>(folder);
         m_stored.resize(m_photos.size());
+        // Ends last: it waits for what is still being read.
+        QThreadPool pool;
+        pool.setMaxThreadCount(std::clamp(QThread::idealThreadCount(), 1, MOST_LOADED_AT_A_TIME));
+        std::deque<QFuture<std::optional<NyPrintPhoto>>> ahead;
+        qint64 pixelsAhead = 0;
+        const auto pixelsOf = [this](qsizetype i) { return qint64(m_photos.at(i).uprightPx.width()) * m_photos.at(i).uprightPx.height(); };
+        qsizetype next = 0;
         for (qsizetype i = 0; i < m_photos.size(); ++i) {
-            checkCancelled();
-            Photo &photo = m_photos[i];
-            if (!photo.isMissing) {
-                if (std::optional<NyPrintPhoto> loaded = NyPrintPhoto::load(photo.path, photo.uprightPx, photo.need))
-                    m_stored[i] = store(std::move(*loaded));
-                else
-                    photo.isMissing = true;
+            for (; next < m_photos.size() && ahead.size() < size_t(pool.maxThreadCount()); ++next) {
+                if (!ahead.empty() && pixelsAhead + pixelsOf(next) > MOST_PIXELS_LOADED_AT_A_TIME)
+                    break;
+                pixelsAhead += pixelsOf(next);
+                ahead.push_back(QtConcurrent::run(&pool, [photo = m_photos.at(next)]() -> std::optional<NyPrintPhoto> {
+                    return photo.isMissing ? std::nullopt : NyPrintPhoto::load(photo.path, photo.uprightPx, photo.need);
+                }));
             }
+            checkCancelled();
+            std::optional<NyPrintPhoto> loaded = ahead.front().takeResult();
+            ahead.pop_front();
+            pixelsAhead -= pixelsOf(i);
+            if (loaded)
+                m_stored[i] = store(std::move(*loaded));
+            else
+                m_photos[i].isMissing = true;
             // What is missing is never written.
-            report(photo.isMissing ? 2 : 1);
+            report(loaded ? 1 : 2);
         }
     }
 

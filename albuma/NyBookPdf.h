@@ -15,7 +15,8 @@
  * Pages are laid out by NyBookRenderer, with their texts as texts and their fonts embedded. Every page has the trim box of the book's
  * page and BleedMm around it; what reaches beyond the trim is painted up to the bleed's edge. A photo file is stored once however often the
  * book shows it (see NyPrintPhoto), with its own colour profile or as sRGB, and without the metadata of its file. Memory does not grow with
- * the number of photos: until the PDF is written they lie in a nameless file beside it. Any thread; owns nothing but copies.
+ * the number of photos: until the PDF is written they lie in a nameless file beside it. Any thread; photos are read by up to four more
+ * while it writes. Owns nothing but copies.
  */
 class NyBookPdf
 {
