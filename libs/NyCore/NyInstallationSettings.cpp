@@ -24,7 +24,7 @@ namespace
 {
 
 constexpr int LongestUninstallMs = 3000;
-constexpr int LongestInstallMs = 3000;
+constexpr int LongestInstallMs = 5000;
 constexpr int InstallPollMs = 20;
 
 bool isExecutableFile(const QString &path)

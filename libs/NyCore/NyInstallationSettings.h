@@ -39,7 +39,7 @@ public:
     /**
      * Stores the wish. @p alreadyInEffect: the caller has put the autostart entry in order itself, so nothing is left to apply.
      * Waits first until an uninstallation that is under way has ended, and to switch off until one that this object has started to
-     * install has done so, since either would undo the wish; 3 s at most for each.
+     * install has done so, since either would undo the wish; 3 s at most for the one, 5 s for the other.
      */
     void setAutoStartService(bool value, bool alreadyInEffect);
 

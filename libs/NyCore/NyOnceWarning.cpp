@@ -5,17 +5,28 @@
 #include <QtCore/QMutexLocker>
 #include <QtCore/QSet>
 
+namespace
+{
+
+struct Known
+{
+    QMutex mutex;
+    QSet<QString> texts;
+};
+
+} // namespace
+
 void NyOnceWarning::warn(const QString &text)
 {
-    static QMutex mutex;
-    static QSet<QString> known;
+    // Never destroyed: a search may still run while the process ends.
+    static Known *const known = new Known;
     bool isLast = false;
     {
-        const QMutexLocker locker(&mutex);
-        if (known.contains(text) || known.size() > MostTexts)
+        const QMutexLocker locker(&known->mutex);
+        if (known->texts.contains(text) || known->texts.size() > MostTexts)
             return;
-        isLast = known.size() == MostTexts;
-        known.insert(text);
+        isLast = known->texts.size() == MostTexts;
+        known->texts.insert(text);
     }
     qWarning().noquote() << text;
     if (isLast)

@@ -108,7 +108,7 @@ void tst_PreferencesAndService::switchedOnAndOffAtOnce()
     // A service that comes up slowly, as after the start of the machine.
     const QString program = QDir::homePath() + QStringLiteral("/slow service");
     QVERIFY(writeFile(program,
-        "#!/bin/sh\n[ \"$2\" = i ] && sleep 1\nexec '" + QFile::encodeName(service.binary(QStringLiteral("quilloservice")))
+        "#!/bin/sh\n[ \"$2\" = i ] && sleep 0.5\nexec '" + QFile::encodeName(service.binary(QStringLiteral("quilloservice")))
             + "' \"$@\"\n"));
     QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     QVERIFY(writeFile(configFolder() + QStringLiteral("/settings.ini"),
