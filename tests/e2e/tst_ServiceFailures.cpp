@@ -84,7 +84,7 @@ void tst_ServiceFailures::brokenSettings()
     QVERIFY(service.isRunning());
     QTRY_VERIFY(QFile::exists(configFolder() + QStringLiteral("/settings.ini.broken")));
     QCOMPARE(readFile(configFolder() + QStringLiteral("/settings.ini.broken")), QByteArray(4096, '\0'));
-    QVERIFY(service.output().contains("settings.ini"));
+    QTRY_VERIFY(service.output().contains("settings.ini"));
     // The defaults hold, and what is stored from now on is kept.
     service.terminate();
     QCOMPARE(service.waitForEnd(), 0);
