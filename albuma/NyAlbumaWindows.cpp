@@ -1,25 +1,30 @@
 #include "NyAlbumaWindows.h"
 
+#include <utility>
+
 #include <QDebug>
 #include <QFileDialog>
 #include <QGuiApplication>
-#include <QMessageBox>
-#include <QScreen>
 #include <QWindow>
 
-#include <NyBookProjectFile.h>
 #include <NyDirectoryConfig.h>
 #include <NyPreInstalledDesignElementRegistry.h>
 
 #include "NyPreferencesWindow.h"
-#include "NySpreadView.h"
 
 NyAlbumaWindows::NyAlbumaWindows(NyLoadWarnings warnings)
     : m_warnings(warnings)
 {
+    connect(&m_loading, &QFutureWatcherBase::finished, this, [this] {
+        setLoading(false);
+        handleLoaded(m_loading.result());
+    });
 }
 
-NyAlbumaWindows::~NyAlbumaWindows() = default;
+NyAlbumaWindows::~NyAlbumaWindows()
+{
+    setLoading(false);
+}
 
 void NyAlbumaWindows::showStart()
 {
@@ -36,22 +41,44 @@ void NyAlbumaWindows::showStart()
 
 void NyAlbumaWindows::openProject(const QString &path)
 {
-    const NyBookProjectFile::Result result = NyBookProjectFile::load(QFileInfo(path));
-    if (!result.project) {
-        qWarning().noquote() << result.error;
+    setLoading(true);
+    m_loading.setFuture(NyBookDocument::load(path));
+}
+
+void NyAlbumaWindows::setLoading(bool loading)
+{
+    if (loading == m_isLoading)
+        return;
+    m_isLoading = loading;
+    if (loading)
+        QGuiApplication::setOverrideCursor(Qt::BusyCursor);
+    else
+        QGuiApplication::restoreOverrideCursor();
+}
+
+void NyAlbumaWindows::handleLoaded(const NyBookDocument::Loaded &book)
+{
+    if (!book.project) {
+        qWarning().noquote() << book.error;
         if (m_book) {
-            auto *message = new QMessageBox(QMessageBox::Warning, m_book->windowTitle(), result.error, QMessageBox::Ok, m_book.get());
-            message->setTextFormat(Qt::PlainText);
-            message->setAttribute(Qt::WA_DeleteOnClose);
-            message->open();
+            m_book->showError(book.error);
             return;
         }
         showStart();
-        m_start->setError(result.error);
+        m_start->setError(book.error);
         return;
     }
+    if (m_book)
+        m_book->leave([this, book] { showBook(book); });
+    else
+        showBook(book);
+}
+
+void NyAlbumaWindows::showBook(const NyBookDocument::Loaded &book)
+{
     const auto &registry = NyPreInstalledDesignElementRegistry::instance();
-    auto window = std::make_unique<NyBookWindow>(*result.project, registry.firstKnownStyle({result.project->style}), m_warnings);
+    auto window = std::make_unique<NyBookWindow>(
+        std::make_unique<NyBookDocument>(book), registry.firstKnownStyle({book.project->style}), m_warnings);
     connect(window.get(), &NyBookWindow::openRequested, this, &NyAlbumaWindows::askForProject);
     connect(window.get(), &NyBookWindow::startRequested, this, &NyAlbumaWindows::leaveBook);
     connect(window.get(), &NyBookWindow::quitRequested, this, [this] { m_isQuitting = true; });
@@ -59,18 +86,17 @@ void NyAlbumaWindows::openProject(const QString &path)
         // Before the book is gone: the program ends with its last window.
         if (m_start && !m_isQuitting)
             showStart();
-        takeBookAway();
+        takeAway(std::move(m_book));
     });
-    takeBookAway();
-    m_book = std::move(window);
-    const QSize available = m_book->screen()->availableSize();
-    m_book->resize(m_book->sizeHint().boundedTo(available * 0.95));
-    m_book->show();
+    if (m_book)
+        window->setGeometry(m_book->geometry());
+    window->show();
+    takeAway(std::exchange(m_book, std::move(window)));
     if (m_start) {
         hideStart();
         m_start->setError(QString());
     }
-    markAsRead(path);
+    markAsRead(book.path);
 }
 
 void NyAlbumaWindows::hideStart()
@@ -83,19 +109,23 @@ void NyAlbumaWindows::hideStart()
         window->setFramePosition(place);
 }
 
-void NyAlbumaWindows::takeBookAway()
+void NyAlbumaWindows::takeAway(std::unique_ptr<NyBookWindow> window)
 {
-    if (!m_book)
+    if (!window)
         return;
     // It may be the sender of what leads here.
-    m_book->disconnect(this);
-    m_book.release()->deleteLater();
+    window->disconnect(this);
+    window->hide();
+    window.release()->deleteLater();
 }
 
 void NyAlbumaWindows::leaveBook()
 {
-    showStart();
-    m_book->close();
+    m_book->leave([this] {
+        // Before the book is gone: the program ends with its last window.
+        showStart();
+        takeAway(std::move(m_book));
+    });
 }
 
 void NyAlbumaWindows::markAsRead(const QString &path)

@@ -2,8 +2,10 @@
 
 #include <memory>
 
+#include <QFutureWatcher>
 #include <QObject>
 
+#include "NyBookDocument.h"
 #include "NyBookWindow.h"
 #include "NyStartScreenSettings.h"
 #include "NyStartWindow.h"
@@ -21,18 +23,24 @@ public:
     ~NyAlbumaWindows() override;
 
     void showStart();
-    /** Shows the book in place of what is shown; if it cannot be read, that stays, or the start window comes, with the reason. */
+    /**
+     * Shows the book, as soon as it has been read, in place of what is shown. If it cannot be read, that stays, or the start window
+     * comes, with the reason; so it does if the user does not want to give up a book with changes.
+     */
     void openProject(const QString &path);
 
     NyBookWindow *bookWindow() const { return m_book.get(); }
     NyStartWindow *startWindow() const { return m_start.get(); }
 
 private:
+    void handleLoaded(const NyBookDocument::Loaded &book);
+    void showBook(const NyBookDocument::Loaded &book);
     void askForProject();
     void showPreferences();
     void markAsRead(const QString &path);
     void hideStart();
-    void takeBookAway();
+    void takeAway(std::unique_ptr<NyBookWindow> window);
+    void setLoading(bool loading);
     void leaveBook();
 
     NyLoadWarnings m_warnings;
@@ -40,4 +48,7 @@ private:
     std::unique_ptr<NyStartWindow> m_start;
     std::unique_ptr<NyBookWindow> m_book;
     bool m_isQuitting = false;
+    /** The book that is being read; one that was asked for before it is forgotten. */
+    QFutureWatcher<NyBookDocument::Loaded> m_loading;
+    bool m_isLoading = false;
 };

@@ -1,27 +1,55 @@
 #pragma once
 
-#include <QMainWindow>
+#include <functional>
+#include <memory>
+#include <optional>
 
-#include <NyBookProject.h>
+#include <QMainWindow>
+#include <QPointer>
+
+#include <NyBookPlace.h>
 #include <NyDesignStyle.h>
 
+#include "NyBookPdf.h"
+
+class QAction;
 class QLabel;
+class QMenu;
+class QMessageBox;
+class QProgressDialog;
 class QPushButton;
+class QToolButton;
+class NyBookDocument;
+class NyBookPdfExport;
+class NyBookWordsEdit;
+class NyMessageBar;
 class NySpreadView;
 
 /** Whether the user is told about photos that a book cannot find. */
 enum class NyLoadWarnings { Show, Suppress };
 
-/** A window in which one book can be paged through. GUI thread. */
+/**
+ * A window in which one book is paged through, edited, saved and exported. GUI thread; decoding, saving and exporting happen on
+ * others.
+ */
 class NyBookWindow : public QMainWindow
 {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(NyBookWindow)
 public:
-    NyBookWindow(const NyBookProject &project, const NyDesignStyle &style, NyLoadWarnings warnings);
+    NyBookWindow(std::unique_ptr<NyBookDocument> document, const NyDesignStyle &style, NyLoadWarnings warnings);
     ~NyBookWindow() override;
 
     NySpreadView *view() const { return m_view; }
+    NyBookDocument *document() const { return m_document.get(); }
+
+    /**
+     * Calls @p then as soon as the book may be given up: at once if nothing has changed, else after the user has saved it or does
+     * without; never if the user wants to stay.
+     */
+    void leave(std::function<void()> then);
+    /** Told above the book until it is closed or outdated. */
+    void showError(const QString &text);
 
 Q_SIGNALS:
     /** The user wants to open another book. */
@@ -34,17 +62,66 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
-    QWidget *createTop(const NyBookProject &project);
+    void createContent();
     QWidget *createBottom();
     void createActions();
-    void updateControls();
-    void lookForMissingPhotos(const NyBookProject &project);
+    void createMenus();
+    void createToolBar();
+    QMessageBox *createQuestion(const QString &name, const QString &text, const QString &information);
+    void connectDocument();
 
+    void showBook();
+    void updateActions();
+    void updateTitle();
+    void lookForMissingPhotos();
+    void showMenu(NyBookPlace place, const QPoint &globalPosition);
+    void showHelp();
+
+    void save();
+    void saveAs();
+    void askAboutConflict();
+    void replacePhoto(NyBookPlace place);
+    void askForPdf();
+    void exportPdf(const QString &path, NyBookPdf::MissingPhotos missingPhotos);
+    void showExportResult(const QString &path, const NyBookPdf::Result &result);
+    void askAboutMissingPhotos(const QString &path, const QStringList &missing);
+    QString proposedPdfPath() const;
+
+    std::unique_ptr<NyBookDocument> m_document;
+    NyDesignStyle m_style;
+    std::unique_ptr<NyBookPdfExport> m_export;
+    QPointer<QProgressDialog> m_progress;
+    /** What was to be done after a save that is still going on. */
+    std::function<void()> m_afterSave;
+    QString m_pdfFolder;
+    bool m_isLeaving = false;
+
+    NyMessageBar *m_message = nullptr;
+    NyBookWordsEdit *m_words = nullptr;
     NySpreadView *m_view = nullptr;
-    QLabel *m_warning = nullptr;
     QLabel *m_position = nullptr;
     QPushButton *m_previous = nullptr;
     QPushButton *m_next = nullptr;
+    QToolButton *m_zoom = nullptr;
+
+    QAction *m_open = nullptr;
+    QAction *m_start = nullptr;
+    QAction *m_save = nullptr;
+    QAction *m_saveAs = nullptr;
+    QAction *m_exportPdf = nullptr;
+    QAction *m_close = nullptr;
+    QAction *m_quit = nullptr;
+    QAction *m_undo = nullptr;
+    QAction *m_redo = nullptr;
+    QAction *m_editTitle = nullptr;
+    QAction *m_replace = nullptr;
+    QAction *m_remove = nullptr;
+    QAction *m_zoomIn = nullptr;
+    QAction *m_zoomOut = nullptr;
+    QAction *m_zoomToFit = nullptr;
+    QAction *m_fullScreen = nullptr;
 };

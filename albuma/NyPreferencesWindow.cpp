@@ -14,14 +14,14 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-#include <NyConfigItem.h>
 #include <NyDirectoryConfig.h>
 #include <NyFotoSettings.h>
 #include <NyFotoStartDirSelectionBox.h>
 #include <NyPreferencesQuilloServiceInstallation.h>
 #include <NyQuilloServiceController.h>
 #include <NyQuilloServiceSettings.h>
-#include <NySettings.h>
+
+#include "NyWindowParts.h"
 
 namespace
 {
@@ -31,9 +31,9 @@ using Outcome = NyInstallationSettings::Outcome;
 
 constexpr int MinimumWidth = 480;
 
-NyConfigItem<QString> geometryItem()
+QString geometryKey()
 {
-    return NyConfigItem<QString>(QString(), QString(), u"preferencesWindowGeometry"_s, true);
+    return u"preferencesWindowGeometry"_s;
 }
 
 }
@@ -99,7 +99,7 @@ NyPreferencesWindow::NyPreferencesWindow(QWidget *parent)
     pointOutUnreadableFolder();
 
     setMinimumWidth(MinimumWidth);
-    restoreLastGeometry();
+    NyWindowParts::restoreGeometry(this, geometryKey());
 }
 
 NyPreferencesWindow::~NyPreferencesWindow() = default;
@@ -275,26 +275,10 @@ void NyPreferencesWindow::growToContent()
 
 void NyPreferencesWindow::done(int result)
 {
-    keepGeometry();
+    NyWindowParts::keepGeometry(this, geometryKey());
     // Whoever closes a busy window does not want to see it again when the service has ended.
     m_saving = false;
     m_isAcceptDue = false;
     setBusy(false);
     QDialog::done(result);
-}
-
-void NyPreferencesWindow::restoreLastGeometry()
-{
-    NyConfigItem<QString> item = geometryItem();
-    NySettings().load(item);
-    restoreGeometry(QByteArray::fromBase64(item.value().toLatin1()));
-}
-
-void NyPreferencesWindow::keepGeometry() const
-{
-    NyConfigItem<QString> item = geometryItem();
-    const NySettings settings;
-    settings.load(item);
-    item.setValue(QString::fromLatin1(saveGeometry().toBase64()));
-    settings.save(item);
 }

@@ -54,8 +54,6 @@ private:
     QString serviceProblem() const;
     /** Why no photos will be found in the folder; empty if it can be read or is no folder of this machine. */
     static QString folderProblem(const QString &folder);
-    void restoreLastGeometry();
-    void keepGeometry() const;
 
     QList<NyPreferencesBox *> m_items;
     NyFotoStartDirSelectionBox *m_photoFolderBox = nullptr;

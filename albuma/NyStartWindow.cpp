@@ -21,13 +21,10 @@
 #include <QScreen>
 #include <QSignalBlocker>
 #include <QStackedWidget>
-#include <QToolBar>
-#include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include <NyDirectoryConfig.h>
-#include <NyGUIWidgetsConfig.h>
 #include <NyProgramConfig.h>
 #include <NyQuilloServiceConfig.h>
 #include <NyQuilloServiceController.h>
@@ -40,6 +37,7 @@
 #include "NyProposalDelegate.h"
 #include "NyProposalView.h"
 #include "NyStartScreenSettings.h"
+#include "NyWindowParts.h"
 
 namespace
 {
@@ -50,11 +48,6 @@ using namespace std::chrono_literals;
 constexpr QSize FirstSize(1080, 760);
 /** What takes longer shows that it is at work. */
 constexpr auto Patience = 1s;
-
-QIcon icon(const QString &id)
-{
-    return NyGUIWidgetsConfig::instance().loadIconById(id);
-}
 
 QString programName()
 {
@@ -84,11 +77,11 @@ NyStartWindow::NyStartWindow(NyStartScreenSettings &settings)
     , m_folder([this] { return request(); })
 {
     setWindowTitle(programName());
-    setWindowIcon(icon(u"ico_albuma"_s));
+    setWindowIcon(NyWindowParts::icon(u"ico_albuma"_s));
     setAcceptDrops(true);
     createActions();
     createMenus();
-    createToolBar();
+    NyWindowParts::addToolBar(this, {m_openBook, nullptr, m_open, m_delete, m_markAll}, Qt::ToolButtonTextBesideIcon);
     createContent();
     if (!restoreGeometry(m_settings.geometry()))
         resize(FirstSize.boundedTo(screen()->availableSize() * 0.9));
@@ -126,12 +119,7 @@ NyStartWindow::~NyStartWindow()
 void NyStartWindow::createActions()
 {
     const auto create = [this](const QString &name, const QString &text, const QString &iconId, const QKeySequence &key) {
-        auto *action = new QAction(text, this);
-        if (!iconId.isEmpty())
-            action->setIcon(icon(iconId));
-        action->setObjectName(name);
-        action->setShortcut(key);
-        return action;
+        return NyWindowParts::createAction(this, name, text, iconId, key);
     };
     m_openBook = create(u"openBook"_s, tr("Buch ö&ffnen …"), u"ico_open_book"_s, QKeySequence::Open);
     m_openBook->setIconText(tr("Buch öffnen"));
@@ -199,30 +187,8 @@ void NyStartWindow::createMenus()
     QAction *contents = help->addAction(tr("&Hilfe zu den Vorschlägen"));
     contents->setShortcut(QKeySequence::HelpContents);
     connect(contents, &QAction::triggered, this, &NyStartWindow::showHelp);
-    QAction *about = help->addAction(icon(u"ico_info"_s), tr("Ü&ber %1").arg(programName()));
+    QAction *about = help->addAction(NyWindowParts::icon(u"ico_info"_s), tr("Ü&ber %1").arg(programName()));
     connect(about, &QAction::triggered, this, &NyStartWindow::showAbout);
-}
-
-void NyStartWindow::createToolBar()
-{
-    auto *bar = new QToolBar(tr("Werkzeugleiste"), this);
-    bar->setObjectName(u"toolBar"_s);
-    bar->setMovable(false);
-    bar->setIconSize(QSize(24, 24));
-    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    bar->addAction(m_openBook);
-    bar->addSeparator();
-    bar->addActions({m_open, m_delete, m_markAll});
-    addToolBar(bar);
-    const QList<QAction *> actions = bar->actions();
-    for (const QAction *action : actions) {
-        // Tool bars leave the keyboard out unless told otherwise.
-        if (auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(const_cast<QAction *>(action)))) {
-            button->setFocusPolicy(Qt::TabFocus);
-            button->setAccessibleName(action->iconText());
-        }
-    }
 }
 
 QWidget *NyStartWindow::createHeader()
@@ -601,19 +567,22 @@ void NyStartWindow::showHelp()
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setObjectName(u"help"_s);
     box->setWindowTitle(tr("Hilfe zu den Vorschlägen"));
-    box->setIconPixmap(icon(u"ico_quilloservice"_s).pixmap(QSize(64, 64), devicePixelRatioF()));
+    box->setIconPixmap(NyWindowParts::icon(u"ico_quilloservice"_s).pixmap(QSize(64, 64), devicePixelRatioF()));
     box->setTextFormat(Qt::RichText);
-    const auto row = [](const QString &keys, const QString &text) {
-        return u"<tr><td style='padding-right: 24px'><b>%1</b></td><td>%2</td></tr>"_s.arg(keys, text);
-    };
-    box->setText(
-        tr("<p>Ist der Dienst eingeschaltet, sucht er im Hintergrund nach neuen Fotos und macht aus denen eines Ereignisses einen "
-           "Vorschlag für ein Fotobuch. Öffnen Sie ihn, um darin zu blättern. Was Ihnen nicht gefällt, löschen Sie; Ihre Fotos bleiben "
-           "dabei, wo sie sind.</p>")
-        + u"<table>"_s + row(tr("Pfeiltasten"), tr("einen Vorschlag auswählen")) + row(tr("Eingabe"), tr("den Vorschlag öffnen"))
-        + row(tr("Entf"), tr("den Vorschlag löschen")) + row(tr("Menütaste"), tr("das Menü des Vorschlags"))
-        + row(tr("Strg+M"), tr("alle als gelesen markieren")) + row(tr("Strg+O"), tr("ein Buch aus einer Datei öffnen"))
-        + row(tr("F5"), tr("die Liste neu lesen")) + row(tr("Strg+Q"), tr("beenden")) + u"</table>"_s);
+    box->setText(NyWindowParts::helpText(
+        tr("Ist der Dienst eingeschaltet, sucht er im Hintergrund nach neuen Fotos und macht aus denen eines Ereignisses einen "
+           "Vorschlag für ein Fotobuch. Öffnen Sie ihn, um darin zu blättern und ihn zu ändern. Was Ihnen nicht gefällt, löschen Sie; "
+           "Ihre Fotos bleiben dabei, wo sie sind."),
+        {
+            {tr("Pfeiltasten"), tr("einen Vorschlag auswählen")},
+            {tr("Eingabe"), tr("den Vorschlag öffnen")},
+            {tr("Entf"), tr("den Vorschlag löschen")},
+            {tr("Menütaste"), tr("das Menü des Vorschlags")},
+            {tr("Strg+M"), tr("alle als gelesen markieren")},
+            {tr("Strg+O"), tr("ein Buch aus einer Datei öffnen")},
+            {tr("F5"), tr("die Liste neu lesen")},
+            {tr("Strg+Q"), tr("beenden")},
+        }));
     box->addButton(QMessageBox::Ok);
     box->open();
 }
@@ -624,7 +593,7 @@ void NyStartWindow::showAbout()
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setObjectName(u"about"_s);
     box->setWindowTitle(tr("Über %1").arg(programName()));
-    box->setIconPixmap(icon(u"ico_albuma"_s).pixmap(QSize(64, 64), devicePixelRatioF()));
+    box->setIconPixmap(NyWindowParts::icon(u"ico_albuma"_s).pixmap(QSize(64, 64), devicePixelRatioF()));
     box->setTextFormat(Qt::PlainText);
     box->setText(programName());
     const auto &version = NyVersionConfig::instance();

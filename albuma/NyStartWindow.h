@@ -66,7 +66,6 @@ protected:
 private:
     void createActions();
     void createMenus();
-    void createToolBar();
     void createContent();
     QWidget *createHeader();
     NyProposalLister::Request request() const;

@@ -459,10 +459,6 @@
         <translation>&amp;Open Book…</translation>
     </message>
     <message>
-        <source>&amp;Schließen</source>
-        <translation>&amp;Close</translation>
-    </message>
-    <message>
         <source>&amp;Blättern</source>
         <translation>&amp;Pages</translation>
     </message>
@@ -497,6 +493,301 @@
     <message>
         <source>&amp;Beenden</source>
         <translation>&amp;Quit</translation>
+    </message>
+    <message>
+        <source>Vorschläge</source>
+        <translation>Proposals</translation>
+    </message>
+    <message>
+        <source>&amp;Speichern</source>
+        <translation>&amp;Save</translation>
+    </message>
+    <message>
+        <source>Speichern &amp;unter …</source>
+        <translation>Save &amp;as …</translation>
+    </message>
+    <message>
+        <source>Als &amp;PDF exportieren …</source>
+        <translation>&amp;Export as PDF …</translation>
+    </message>
+    <message>
+        <source>PDF exportieren</source>
+        <translation>Export PDF</translation>
+    </message>
+    <message>
+        <source>S&amp;chließen</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>&amp;Rückgängig</source>
+        <translation>&amp;Undo</translation>
+    </message>
+    <message>
+        <source>Rückgängig</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>&amp;Wiederholen</source>
+        <translation>&amp;Redo</translation>
+    </message>
+    <message>
+        <source>Wiederholen</source>
+        <translation>Redo</translation>
+    </message>
+    <message>
+        <source>&amp;Titel ändern</source>
+        <translation>Edit &amp;title</translation>
+    </message>
+    <message>
+        <source>Foto &amp;ersetzen …</source>
+        <translation>Rep&amp;lace photo …</translation>
+    </message>
+    <message>
+        <source>Foto ersetzen</source>
+        <translation>Replace photo</translation>
+    </message>
+    <message>
+        <source>Foto ent&amp;fernen</source>
+        <translation>Re&amp;move photo</translation>
+    </message>
+    <message>
+        <source>&amp;Vergrößern</source>
+        <translation>Zoom &amp;in</translation>
+    </message>
+    <message>
+        <source>Ver&amp;kleinern</source>
+        <translation>Zoom &amp;out</translation>
+    </message>
+    <message>
+        <source>&amp;Ganze Doppelseite</source>
+        <translation>&amp;Whole spread</translation>
+    </message>
+    <message>
+        <source>V&amp;ollbild</source>
+        <translation>&amp;Full screen</translation>
+    </message>
+    <message>
+        <source>B&amp;earbeiten</source>
+        <translation>&amp;Edit</translation>
+    </message>
+    <message>
+        <source>&amp;Ansicht</source>
+        <translation>&amp;View</translation>
+    </message>
+    <message>
+        <source>&amp;Hilfe</source>
+        <translation>&amp;Help</translation>
+    </message>
+    <message>
+        <source>&amp;Hilfe zum Buch</source>
+        <translation>&amp;Help on the book</translation>
+    </message>
+    <message>
+        <source>&amp;Rückgängig: %1</source>
+        <translation>&amp;Undo: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Wiederholen: %1</source>
+        <translation>&amp;Redo: %1</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1%</translation>
+    </message>
+    <message>
+        <source>Vergrößerung: %1</source>
+        <translation>Zoom: %1</translation>
+    </message>
+    <message>
+        <source>Hilfe zum Buch</source>
+        <translation>Help on the book</translation>
+    </message>
+    <message>
+        <source>Blättern Sie durch das Buch, und machen Sie es zu Ihrem: Klicken Sie auf ein Foto, um es zu ersetzen oder zu entfernen, und auf den Titel, um ihn zu ändern. Ihre Fotos selbst werden nie verändert.</source>
+        <translation>Page through the book and make it yours: click a photo to replace or remove it, and the title to change it. Your photos themselves are never changed.</translation>
+    </message>
+    <message>
+        <source>Pfeiltasten</source>
+        <translation>Arrow keys</translation>
+    </message>
+    <message>
+        <source>blättern</source>
+        <translation>turn pages</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>das nächste Foto auswählen</source>
+        <translation>select the next photo</translation>
+    </message>
+    <message>
+        <source>Eingabe</source>
+        <translation>Enter</translation>
+    </message>
+    <message>
+        <source>das ausgewählte Foto ersetzen</source>
+        <translation>replace the selected photo</translation>
+    </message>
+    <message>
+        <source>Entf</source>
+        <translation>Del</translation>
+    </message>
+    <message>
+        <source>das ausgewählte Foto entfernen</source>
+        <translation>remove the selected photo</translation>
+    </message>
+    <message>
+        <source>F2</source>
+        <translation>F2</translation>
+    </message>
+    <message>
+        <source>den Titel ändern</source>
+        <translation>edit the title</translation>
+    </message>
+    <message>
+        <source>Strg+Z</source>
+        <translation>Ctrl+Z</translation>
+    </message>
+    <message>
+        <source>den letzten Schritt zurücknehmen</source>
+        <translation>undo the last step</translation>
+    </message>
+    <message>
+        <source>Strg+S</source>
+        <translation>Ctrl+S</translation>
+    </message>
+    <message>
+        <source>speichern</source>
+        <translation>save</translation>
+    </message>
+    <message>
+        <source>Strg+E</source>
+        <translation>Ctrl+E</translation>
+    </message>
+    <message>
+        <source>als PDF exportieren</source>
+        <translation>export as a PDF</translation>
+    </message>
+    <message>
+        <source>Strg+Mausrad</source>
+        <translation>Ctrl+wheel</translation>
+    </message>
+    <message>
+        <source>vergrößern und verkleinern</source>
+        <translation>zoom in and out</translation>
+    </message>
+    <message>
+        <source>F11</source>
+        <translation>F11</translation>
+    </message>
+    <message>
+        <source>Vollbild</source>
+        <translation>full screen</translation>
+    </message>
+    <message>
+        <source>Möchten Sie die Änderungen an „%1“ speichern?</source>
+        <translation>Do you want to save the changes to “%1”?</translation>
+    </message>
+    <message>
+        <source>Sonst gehen sie verloren.</source>
+        <translation>Otherwise they are lost.</translation>
+    </message>
+    <message>
+        <source>&amp;Verwerfen</source>
+        <translation>&amp;Discard</translation>
+    </message>
+    <message>
+        <source>&amp;Abbrechen</source>
+        <translation>&amp;Cancel</translation>
+    </message>
+    <message>
+        <source>Buch speichern</source>
+        <translation>Save book</translation>
+    </message>
+    <message>
+        <source>Fotobücher (*.nqp *.nqpx)</source>
+        <translation>Photo books (*.nqp *.nqpx)</translation>
+    </message>
+    <message>
+        <source>Die Datei
+%1
+ist inzwischen von einem anderen Programm geändert worden.</source>
+        <translation>Another program has changed the file
+%1
+in the meantime.</translation>
+    </message>
+    <message>
+        <source>Wenn Sie sie überschreiben, gehen jene Änderungen verloren.</source>
+        <translation>If you overwrite it, those changes are lost.</translation>
+    </message>
+    <message>
+        <source>&amp;Überschreiben</source>
+        <translation>&amp;Overwrite</translation>
+    </message>
+    <message>
+        <source>Fotos (%1)</source>
+        <translation>Photos (%1)</translation>
+    </message>
+    <message>
+        <source>Fotobuch</source>
+        <translation>Photo book</translation>
+    </message>
+    <message>
+        <source>Als PDF exportieren</source>
+        <translation>Export as PDF</translation>
+    </message>
+    <message>
+        <source>PDF-Dateien (*.pdf *.PDF)</source>
+        <translation>PDF files (*.pdf *.PDF)</translation>
+    </message>
+    <message>
+        <source>Das Buch wird als PDF geschrieben …</source>
+        <translation>Writing the book as a PDF …</translation>
+    </message>
+    <message>
+        <source>Das Buch liegt als PDF in
+%1</source>
+        <translation>The book is now a PDF in
+%1</translation>
+    </message>
+    <message>
+        <source>1 Foto hat für seine Größe wenige Bildpunkte und wirkt gedruckt vielleicht unscharf.</source>
+        <translation>1 photo has few pixels for its size and may look blurred in print.</translation>
+    </message>
+    <message>
+        <source>%1 Fotos haben für ihre Größe wenige Bildpunkte und wirken gedruckt vielleicht unscharf.</source>
+        <translation>%1 photos have few pixels for their size and may look blurred in print.</translation>
+    </message>
+    <message>
+        <source>und %1 weitere</source>
+        <translation>and %1 more</translation>
+    </message>
+    <message>
+        <source>Für das PDF fehlen Fotos. Möchten Sie es trotzdem schreiben?</source>
+        <translation>Photos for the PDF are missing. Do you want to write it all the same?</translation>
+    </message>
+    <message>
+        <source>Ihre Plätze bleiben leer:
+%1</source>
+        <translation>Their places stay empty:
+%1</translation>
+    </message>
+    <message>
+        <source>&amp;Trotzdem schreiben</source>
+        <translation>&amp;Write anyway</translation>
+    </message>
+</context>
+<context>
+    <name>NyBookWordsEdit</name>
+    <message>
+        <source>Titel</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>Untertitel</source>
+        <translation>Subtitle</translation>
     </message>
 </context>
 <context>
@@ -1232,10 +1523,6 @@
         <translation>&amp;About %1</translation>
     </message>
     <message>
-        <source>Werkzeugleiste</source>
-        <translation>Toolbar</translation>
-    </message>
-    <message>
         <source>Ihre Fotobuch-Vorschläge</source>
         <translation>Your Photo Book Proposals</translation>
     </message>
@@ -1410,10 +1697,6 @@ cannot be saved.</translation>
         <translation>Help on Proposals</translation>
     </message>
     <message>
-        <source>&lt;p&gt;Ist der Dienst eingeschaltet, sucht er im Hintergrund nach neuen Fotos und macht aus denen eines Ereignisses einen Vorschlag für ein Fotobuch. Öffnen Sie ihn, um darin zu blättern. Was Ihnen nicht gefällt, löschen Sie; Ihre Fotos bleiben dabei, wo sie sind.&lt;/p&gt;</source>
-        <translation>&lt;p&gt;While the service is switched on, it looks for new photos in the background and turns those of one event into a proposal for a photo book. Open it to page through it. Delete what you do not like; your photos stay where they are.&lt;/p&gt;</translation>
-    </message>
-    <message>
         <source>Pfeiltasten</source>
         <translation>Arrow keys</translation>
     </message>
@@ -1495,6 +1778,10 @@ Turns your photos into photo books. With Qt %3.</translation>
         <translation>The service for automatic product proposals cannot be switched off:
 %1</translation>
     </message>
+    <message>
+        <source>Ist der Dienst eingeschaltet, sucht er im Hintergrund nach neuen Fotos und macht aus denen eines Ereignisses einen Vorschlag für ein Fotobuch. Öffnen Sie ihn, um darin zu blättern und ihn zu ändern. Was Ihnen nicht gefällt, löschen Sie; Ihre Fotos bleiben dabei, wo sie sind.</source>
+        <translation>While the service is switched on, it looks for new photos in the background and turns those of one event into a proposal for a photo book. Open it to page through it and to change it. Delete what you do not like; your photos stay where they are.</translation>
+    </message>
 </context>
 <context>
     <name>NySystemTrayService</name>
@@ -1535,6 +1822,13 @@ Turns your photos into photo books. With Qt %3.</translation>
     <message>
         <source>Schließen</source>
         <translation>Close</translation>
+    </message>
+</context>
+<context>
+    <name>NyWindowParts</name>
+    <message>
+        <source>Werkzeugleiste</source>
+        <translation>Toolbar</translation>
     </message>
 </context>
 </TS>

@@ -269,7 +269,7 @@ void tst_NyStartWindow::openingMarksOneAsRead()
     QVERIFY(QTest::qWaitForWindowActive(window));
     QTRY_VERIFY(window->isUpToDate());
     QTest::keyClick(window->view(), Qt::Key_Return);
-    QVERIFY(windows.bookWindow());
+    QTRY_VERIFY(windows.bookWindow());
     QVERIFY(windows.bookWindow()->windowTitle().startsWith(u"Rom"_s));
     QVERIFY(!window->isVisible());
     QCOMPARE(window->model().unreadCount(), 1);
@@ -286,7 +286,7 @@ void tst_NyStartWindow::theMarkOutlivesTheWindow()
         // As when the notification's button was pressed.
         NyAlbumaWindows windows(NyLoadWarnings::Suppress);
         windows.openProject(folder() + u"a.nqp"_s);
-        QVERIFY(windows.bookWindow());
+        QTRY_VERIFY(windows.bookWindow());
     }
     m_settings = std::make_unique<NyStartScreenSettings>();
     QVERIFY(start());
@@ -559,10 +559,10 @@ void tst_NyStartWindow::aProjectDeletedMeanwhileSaysSo()
     const TestSupport::LogRecorder log;
     QVERIFY(QFile::remove(folder() + u"a.nqp"_s));
     window->findChild<QAction *>(u"open"_s)->trigger();
+    const auto *error = window->findChild<QLabel *>(u"error"_s);
+    QTRY_VERIFY(error->isVisible());
     QVERIFY(!windows.bookWindow());
     QVERIFY(window->isVisible());
-    const auto *error = window->findChild<QLabel *>(u"error"_s);
-    QVERIFY(error->isVisible());
     QVERIFY(error->text().contains(u"a.nqp"_s));
     QTest::keyClick(window->findChild<QLabel *>(u"error"_s)->parentWidget(), Qt::Key_Escape);
     QVERIFY(!error->isVisible());
@@ -933,7 +933,7 @@ void tst_NyStartWindow::theBookLeadsBack()
     windows.showStart();
     QTRY_VERIFY(windows.startWindow()->isUpToDate());
     windows.startWindow()->findChild<QAction *>(u"open"_s)->trigger();
-    QVERIFY(windows.bookWindow());
+    QTRY_VERIFY(windows.bookWindow());
     QVERIFY(!windows.startWindow()->isVisible());
     QVERIFY(QTest::qWaitForWindowActive(windows.bookWindow()));
     QTest::keyClick(windows.bookWindow(), Qt::Key_W, Qt::ControlModifier);
@@ -948,6 +948,7 @@ void tst_NyStartWindow::quittingFromTheBook()
     windows.showStart();
     QTRY_VERIFY(windows.startWindow()->isUpToDate());
     windows.openProject(folder() + u"a.nqp"_s);
+    QTRY_VERIFY(windows.bookWindow());
     QVERIFY(QTest::qWaitForWindowActive(windows.bookWindow()));
     QTest::keyClick(windows.bookWindow(), Qt::Key_Q, Qt::ControlModifier);
     QTRY_VERIFY(!isAnyWindowOpen());
@@ -958,11 +959,13 @@ void tst_NyStartWindow::aBookStartedDirectlyEndsTheProgram()
     QVERIFY(writeProposal(u"a.nqp"_s, u"Ostsee"_s, 100, book(u"Ostsee"_s)));
     NyAlbumaWindows windows(NyLoadWarnings::Suppress);
     windows.openProject(folder() + u"a.nqp"_s);
+    QTRY_VERIFY(windows.bookWindow());
     QVERIFY(QTest::qWaitForWindowActive(windows.bookWindow()));
     windows.bookWindow()->close();
     QTRY_VERIFY(!isAnyWindowOpen());
     // Unless the user asks for the proposals.
     windows.openProject(folder() + u"a.nqp"_s);
+    QTRY_VERIFY(windows.bookWindow());
     QVERIFY(QTest::qWaitForWindowActive(windows.bookWindow()));
     QTest::keyClick(windows.bookWindow(), Qt::Key_Home, Qt::AltModifier);
     QTRY_VERIFY(windows.startWindow() && windows.startWindow()->isVisible());

@@ -226,16 +226,16 @@ QStringList tst_TranslatedWindows::inspected(const QString &window, const std::f
     NyAlbumaWindows windows(NyLoadWarnings::Suppress);
     if (window == u"book"_s) {
         windows.openProject(m_book);
-        return inspect(windows.bookWindow());
+        return QTest::qWaitFor([&] { return windows.bookWindow(); }) ? inspect(windows.bookWindow()) : QStringList();
     }
     putProposal(window == u"proposals"_s);
     if (window == u"broken book"_s)
         windows.openProject(m_folder.filePath(u"4712.nqp"_s));
     else
         windows.showStart();
-    QWidget *start = windows.startWindow();
-    if (!QTest::qWaitFor([&] { return windows.startWindow()->isUpToDate(); }))
+    if (!QTest::qWaitFor([&] { return windows.startWindow() && windows.startWindow()->isUpToDate(); }))
         return {};
+    QWidget *start = windows.startWindow();
     if (window != u"help"_s && window != u"about"_s)
         return inspect(start);
     const QList<QAction *> entries = windows.startWindow()->menuBar()->actions().constLast()->menu()->actions();

@@ -1,0 +1,86 @@
+#include "NyWindowParts.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QMainWindow>
+#include <QToolBar>
+#include <QToolButton>
+
+#include <NyConfigItem.h>
+#include <NyGUIWidgetsConfig.h>
+#include <NySettings.h>
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr bool OfThisProgram = true;
+
+NyConfigItem<QString> geometryItem(const QString &key)
+{
+    return NyConfigItem<QString>(QString(), QString(), key, OfThisProgram);
+}
+
+}
+
+QIcon NyWindowParts::icon(const QString &id)
+{
+    return id.isEmpty() ? QIcon() : NyGUIWidgetsConfig::instance().loadIconById(id);
+}
+
+QAction *NyWindowParts::createAction(
+    QWidget *window, const QString &name, const QString &text, const QString &iconId, const QKeySequence &key)
+{
+    auto *action = new QAction(icon(iconId), text, window);
+    action->setObjectName(name);
+    action->setShortcut(key);
+    return action;
+}
+
+void NyWindowParts::addToolBar(QMainWindow *window, const QList<QAction *> &actions, Qt::ToolButtonStyle style)
+{
+    auto *bar = new QToolBar(QCoreApplication::translate("NyWindowParts", "Werkzeugleiste"), window);
+    bar->setObjectName(u"toolBar"_s);
+    bar->setMovable(false);
+    bar->setIconSize(QSize(24, 24));
+    bar->setToolButtonStyle(style);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    for (QAction *action : actions) {
+        if (!action) {
+            bar->addSeparator();
+            continue;
+        }
+        bar->addAction(action);
+        // Tool bars leave the keyboard out unless told otherwise.
+        if (auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action))) {
+            button->setFocusPolicy(Qt::TabFocus);
+            button->setAccessibleName(action->iconText());
+        }
+    }
+    window->addToolBar(bar);
+}
+
+QString NyWindowParts::helpText(const QString &introduction, const QList<std::pair<QString, QString>> &keys)
+{
+    QString text = u"<p>%1</p><table>"_s.arg(introduction);
+    for (const auto &[key, meaning] : keys)
+        text += u"<tr><td style='padding-right: 24px'><b>%1</b></td><td>%2</td></tr>"_s.arg(key, meaning);
+    return text + u"</table>"_s;
+}
+
+bool NyWindowParts::restoreGeometry(QWidget *window, const QString &key)
+{
+    NyConfigItem<QString> item = geometryItem(key);
+    NySettings().load(item);
+    return window->restoreGeometry(QByteArray::fromBase64(item.value().toLatin1()));
+}
+
+void NyWindowParts::keepGeometry(const QWidget *window, const QString &key)
+{
+    NyConfigItem<QString> item = geometryItem(key);
+    const NySettings settings;
+    settings.load(item);
+    item.setValue(QString::fromLatin1(window->saveGeometry().toBase64()));
+    settings.save(item);
+}

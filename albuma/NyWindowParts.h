@@ -1,0 +1,34 @@
+#pragma once
+
+#include <utility>
+
+#include <QIcon>
+#include <QKeySequence>
+#include <QList>
+#include <QString>
+
+class QAction;
+class QMainWindow;
+class QWidget;
+
+/** What the program's windows are put together from, so that they look and behave alike. GUI thread. */
+namespace NyWindowParts
+{
+
+/** One of the program's own icons; an empty icon for an empty id. */
+QIcon icon(const QString &id);
+
+/** An action of @p window. Its icon is shown in menus and tool bars; without an id it has none. */
+QAction *createAction(QWidget *window, const QString &name, const QString &text, const QString &iconId, const QKeySequence &key);
+
+/** A tool bar that the keyboard and screen readers reach. A null pointer stands for a line between the actions. */
+void addToolBar(QMainWindow *window, const QList<QAction *> &actions, Qt::ToolButtonStyle style);
+
+/** A paragraph and under it a table of keys and what they do, as rich text. */
+QString helpText(const QString &introduction, const QList<std::pair<QString, QString>> &keys);
+
+/** Gives @p window the place and size that keepGeometry() has stored under @p key; false if there is none. */
+bool restoreGeometry(QWidget *window, const QString &key);
+void keepGeometry(const QWidget *window, const QString &key);
+
+}
