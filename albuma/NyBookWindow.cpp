@@ -399,13 +399,7 @@ void NyBookWindow::showMenu(NyBookPlace, const QPoint &globalPosition)
 
 void NyBookWindow::showHelp()
 {
-    auto *box = new QMessageBox(this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setObjectName(u"help"_s);
-    box->setWindowTitle(tr("Hilfe zum Buch"));
-    box->setIconPixmap(NyWindowParts::icon(u"ico_albuma"_s).pixmap(QSize(64, 64), devicePixelRatioF()));
-    box->setTextFormat(Qt::RichText);
-    box->setText(NyWindowParts::helpText(
+    NyWindowParts::showHelp(this, tr("Hilfe zum Buch"), u"ico_albuma"_s,
         tr("Blättern Sie durch das Buch, und machen Sie es zu Ihrem: Klicken Sie auf ein Foto, um es zu ersetzen oder zu entfernen, und "
            "auf den Titel, um ihn zu ändern. Ihre Fotos selbst werden nie verändert."),
         {
@@ -419,9 +413,7 @@ void NyBookWindow::showHelp()
             {tr("Strg+E"), tr("als PDF exportieren")},
             {tr("Strg+Mausrad"), tr("vergrößern und verkleinern")},
             {tr("F11"), tr("Vollbild")},
-        }));
-    box->addButton(QMessageBox::Ok);
-    box->open();
+        });
 }
 
 QMessageBox *NyBookWindow::createQuestion(const QString &name, const QString &text, const QString &information)

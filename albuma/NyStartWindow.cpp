@@ -563,13 +563,7 @@ void NyStartWindow::showMenu(const QPoint &globalPosition)
 
 void NyStartWindow::showHelp()
 {
-    auto *box = new QMessageBox(this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setObjectName(u"help"_s);
-    box->setWindowTitle(tr("Hilfe zu den Vorschlägen"));
-    box->setIconPixmap(NyWindowParts::icon(u"ico_quilloservice"_s).pixmap(QSize(64, 64), devicePixelRatioF()));
-    box->setTextFormat(Qt::RichText);
-    box->setText(NyWindowParts::helpText(
+    NyWindowParts::showHelp(this, tr("Hilfe zu den Vorschlägen"), u"ico_quilloservice"_s,
         tr("Ist der Dienst eingeschaltet, sucht er im Hintergrund nach neuen Fotos und macht aus denen eines Ereignisses einen "
            "Vorschlag für ein Fotobuch. Öffnen Sie ihn, um darin zu blättern und ihn zu ändern. Was Ihnen nicht gefällt, löschen Sie; "
            "Ihre Fotos bleiben dabei, wo sie sind."),
@@ -582,9 +576,7 @@ void NyStartWindow::showHelp()
             {tr("Strg+O"), tr("ein Buch aus einer Datei öffnen")},
             {tr("F5"), tr("die Liste neu lesen")},
             {tr("Strg+Q"), tr("beenden")},
-        }));
-    box->addButton(QMessageBox::Ok);
-    box->open();
+        });
 }
 
 void NyStartWindow::showAbout()

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -61,12 +62,22 @@ void NyWindowParts::addToolBar(QMainWindow *window, const QList<QAction *> &acti
     window->addToolBar(bar);
 }
 
-QString NyWindowParts::helpText(const QString &introduction, const QList<std::pair<QString, QString>> &keys)
+void NyWindowParts::showHelp(QWidget *window, const QString &title, const QString &iconId, const QString &introduction,
+    const QList<std::pair<QString, QString>> &keys)
 {
     QString text = u"<p>%1</p><table>"_s.arg(introduction);
     for (const auto &[key, meaning] : keys)
         text += u"<tr><td style='padding-right: 24px'><b>%1</b></td><td>%2</td></tr>"_s.arg(key, meaning);
-    return text + u"</table>"_s;
+    text += u"</table>"_s;
+    auto *box = new QMessageBox(window);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setObjectName(u"help"_s);
+    box->setWindowTitle(title);
+    box->setIconPixmap(icon(iconId).pixmap(QSize(64, 64), window->devicePixelRatioF()));
+    box->setTextFormat(Qt::RichText);
+    box->setText(text);
+    box->addButton(QMessageBox::Ok);
+    box->open();
 }
 
 bool NyWindowParts::restoreGeometry(QWidget *window, const QString &key)

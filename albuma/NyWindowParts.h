@@ -24,8 +24,9 @@ QAction *createAction(QWidget *window, const QString &name, const QString &text,
 /** A tool bar that the keyboard and screen readers reach. A null pointer stands for a line between the actions. */
 void addToolBar(QMainWindow *window, const QList<QAction *> &actions, Qt::ToolButtonStyle style);
 
-/** A paragraph and under it a table of keys and what they do, as rich text. */
-QString helpText(const QString &introduction, const QList<std::pair<QString, QString>> &keys);
+/** Opens a help text over @p window: a paragraph, and under it a table of keys and what they do. */
+void showHelp(QWidget *window, const QString &title, const QString &iconId, const QString &introduction,
+    const QList<std::pair<QString, QString>> &keys);
 
 /** Gives @p window the place and size that keepGeometry() has stored under @p key; false if there is none. */
 bool restoreGeometry(QWidget *window, const QString &key);
