@@ -128,12 +128,12 @@ int NyAlbumaProgram::runWindows(const NyAlbumaStart &start, int &argc, char **ar
     NyTranslation::install();
     startLogging();
     const NyUnixSignalNotifier signalNotifier({SIGTERM, SIGINT, SIGHUP});
-    QObject::connect(&signalNotifier, &NyUnixSignalNotifier::received, &application, &QCoreApplication::quit);
 
     // The pictures home first: it is where the service looks unless the user said otherwise.
     NyFotoSettings::instance().loadSettings();
     NyQuilloServiceSettings::instance().loadSettings();
     NyAlbumaWindows windows(start.suppressLoadWarnings ? NyLoadWarnings::Suppress : NyLoadWarnings::Show);
+    QObject::connect(&signalNotifier, &NyUnixSignalNotifier::received, &windows, &NyAlbumaWindows::end);
     if (start.projectFile.isEmpty())
         windows.showStart();
     else

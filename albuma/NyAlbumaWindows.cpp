@@ -45,6 +45,24 @@ void NyAlbumaWindows::openProject(const QString &path)
     m_loading.setFuture(NyBookDocument::load(path));
 }
 
+void NyAlbumaWindows::end()
+{
+    const bool isRepeated = std::exchange(m_isEnding, true);
+    if (isRepeated && (!m_book || m_book->isWaitingToLeave())) {
+        QCoreApplication::exit();
+        return;
+    }
+    if (!m_book) {
+        QCoreApplication::quit();
+        return;
+    }
+    m_book->cancelExport();
+    m_book->leave([this] {
+        takeAway(std::move(m_book));
+        QCoreApplication::quit();
+    });
+}
+
 void NyAlbumaWindows::setLoading(bool loading)
 {
     if (loading == m_isLoading)
@@ -68,10 +86,17 @@ void NyAlbumaWindows::handleLoaded(const NyBookDocument::Loaded &book)
         m_start->setError(book.error);
         return;
     }
-    if (m_book)
-        m_book->leave([this, book] { showBook(book); });
-    else
+    if (!m_book) {
         showBook(book);
+        return;
+    }
+    m_book->leave([this, book] {
+        // What was left may have been saved there just now.
+        if (NyBookDocument::Stamp::ofFile(book.path) == book.stamp)
+            showBook(book);
+        else
+            openProject(book.path);
+    });
 }
 
 void NyAlbumaWindows::showBook(const NyBookDocument::Loaded &book)
@@ -89,7 +114,7 @@ void NyAlbumaWindows::showBook(const NyBookDocument::Loaded &book)
         takeAway(std::move(m_book));
     });
     if (m_book)
-        window->setGeometry(m_book->geometry());
+        window->restoreGeometry(m_book->saveGeometry());
     window->show();
     takeAway(std::exchange(m_book, std::move(window)));
     if (m_start) {

@@ -28,6 +28,11 @@ public:
      * comes, with the reason; so it does if the user does not want to give up a book with changes.
      */
     void openProject(const QString &path);
+    /**
+     * Ends the program as somebody wants who does not sit before it: a PDF that is being written is given up, and the user is asked
+     * about changes. Asked for again while that waits for an answer, it ends without one.
+     */
+    void end();
 
     NyBookWindow *bookWindow() const { return m_book.get(); }
     NyStartWindow *startWindow() const { return m_start.get(); }
@@ -48,6 +53,7 @@ private:
     std::unique_ptr<NyStartWindow> m_start;
     std::unique_ptr<NyBookWindow> m_book;
     bool m_isQuitting = false;
+    bool m_isEnding = false;
     /** The book that is being read; one that was asked for before it is forgotten. */
     QFutureWatcher<NyBookDocument::Loaded> m_loading;
     bool m_isLoading = false;

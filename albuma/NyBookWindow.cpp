@@ -74,6 +74,17 @@ QPushButton *createPageButton(const QString &name, const QString &text, QWidget 
     return button;
 }
 
+/** Enough of @p title to know the book by. */
+QString shortened(const QString &title)
+{
+    constexpr qsizetype longest = 80;
+    const QString text = title.simplified();
+    if (text.size() <= longest)
+        return text;
+    const qsizetype end = text.at(longest - 2).isHighSurrogate() ? longest - 2 : longest - 1;
+    return text.first(end) + u'…';
+}
+
 /** A window title takes this sequence for the mark of unsaved changes; twice it means itself. */
 QString withoutMark(QString title)
 {
@@ -295,7 +306,7 @@ void NyBookWindow::createMenus()
         action->setShortcuts(keys);
         connect(action, &QAction::triggered, m_view, slot);
     };
-    add(tr("&Weiter"), {Qt::Key_Right, Qt::Key_PageDown, Qt::Key_Space}, &NySpreadView::showNext);
+    add(tr("&Weiter"), {Qt::Key_Right, Qt::Key_PageDown}, &NySpreadView::showNext);
     add(tr("&Zurück"), {Qt::Key_Left, Qt::Key_PageUp, Qt::Key_Backspace}, &NySpreadView::showPrevious);
     add(tr("Zum &Anfang"), {Qt::Key_Home}, &NySpreadView::showFirst);
     add(tr("Zum &Ende"), {Qt::Key_End}, &NySpreadView::showLast);
@@ -338,7 +349,7 @@ void NyBookWindow::showBook()
 void NyBookWindow::updateTitle()
 {
     setWindowTitle(u"%1[*] – %2"_s.arg(
-        withoutMark(m_document->project().title.simplified()), NyProgramConfig::instance().programName(NyProgramID::MainProgram)));
+        withoutMark(shortened(m_document->project().title)), NyProgramConfig::instance().programName(NyProgramID::MainProgram)));
     setWindowModified(m_document->isModified());
 }
 
@@ -433,6 +444,10 @@ QMessageBox *NyBookWindow::createQuestion(const QString &name, const QString &te
 void NyBookWindow::leave(std::function<void()> then)
 {
     m_words->finishEditing();
+    if (m_export) {
+        m_afterExport = std::move(then);
+        return;
+    }
     if (m_document->isSaving()) {
         // Its end is the time to ask, if there is anything left to ask about.
         m_afterSave = std::move(then);
@@ -442,30 +457,43 @@ void NyBookWindow::leave(std::function<void()> then)
         then();
         return;
     }
-    if (findChild<QMessageBox *>(UNSAVED))
+    const bool isAsking = bool(std::exchange(m_afterQuestion, std::move(then)));
+    if (isAsking)
         return;
     QMessageBox *box = createQuestion(UNSAVED,
-        tr("Möchten Sie die Änderungen an „%1“ speichern?").arg(m_document->project().title.simplified()), tr("Sonst gehen sie verloren."));
+        tr("Möchten Sie die Änderungen an „%1“ speichern?").arg(shortened(m_document->project().title)), tr("Sonst gehen sie verloren."));
     QPushButton *saving = box->addButton(tr("&Speichern"), QMessageBox::AcceptRole);
     QPushButton *discarding = box->addButton(tr("&Verwerfen"), QMessageBox::DestructiveRole);
     box->setEscapeButton(box->addButton(tr("&Abbrechen"), QMessageBox::RejectRole));
     box->setDefaultButton(saving);
-    connect(box, &QMessageBox::buttonClicked, this, [this, saving, discarding, then](const QAbstractButton *button) {
+    connect(box, &QMessageBox::buttonClicked, this, [this, saving, discarding](const QAbstractButton *button) {
+        const auto leaving = std::exchange(m_afterQuestion, {});
         if (button == saving) {
-            m_afterSave = then;
+            m_afterSave = leaving;
             save();
         } else if (button == discarding) {
-            then();
+            leaving();
         }
     });
     box->open();
+}
+
+bool NyBookWindow::isWaitingToLeave() const
+{
+    return m_afterExport || m_afterSave || m_afterQuestion;
+}
+
+void NyBookWindow::cancelExport()
+{
+    if (m_export)
+        m_export->cancel();
 }
 
 void NyBookWindow::closeEvent(QCloseEvent *event)
 {
     if (!m_isLeaving) {
         m_words->finishEditing();
-        if (m_document->isModified() || m_document->isSaving()) {
+        if (m_document->isModified() || m_document->isSaving() || m_export) {
             event->ignore();
             leave([this] {
                 m_isLeaving = true;
@@ -589,6 +617,9 @@ void NyBookWindow::exportPdf(const QString &path, NyBookPdf::MissingPhotos missi
     m_progress->setAutoReset(false);
     connect(m_progress, &QProgressDialog::canceled, m_export.get(), &NyBookPdfExport::cancel);
     connect(m_export.get(), &NyBookPdfExport::progressed, m_progress, [this](int done, int total) {
+        // After it was cancelled the dialog would come back.
+        if (m_progress->wasCanceled())
+            return;
         m_progress->setMaximum(total);
         m_progress->setValue(done);
     });
@@ -604,6 +635,7 @@ void NyBookWindow::showExportResult(const QString &path, const NyBookPdf::Result
     m_exportPdf->setEnabled(true);
     if (m_progress)
         m_progress->deleteLater();
+    const auto then = std::exchange(m_afterExport, {});
     using State = NyBookPdf::Result::State;
     switch (result.state) {
     case State::Written: {
@@ -619,13 +651,16 @@ void NyBookWindow::showExportResult(const QString &path, const NyBookPdf::Result
     }
     case State::Cancelled:
         break;
+    // The user has to see why there is no PDF, and stays.
     case State::PhotosMissing:
         askAboutMissingPhotos(path, result.missing);
-        break;
+        return;
     case State::Failed:
         showError(result.error);
-        break;
+        return;
     }
+    if (then)
+        leave(then);
 }
 
 void NyBookWindow::askAboutMissingPhotos(const QString &path, const QStringList &missing)

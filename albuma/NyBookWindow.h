@@ -44,10 +44,14 @@ public:
     NyBookDocument *document() const { return m_document.get(); }
 
     /**
-     * Calls @p then as soon as the book may be given up: at once if nothing has changed, else after the user has saved it or does
-     * without; never if the user wants to stay.
+     * Calls @p then as soon as the book may be given up: at once if nothing has changed and no PDF is being written, else after that
+     * and after the user has saved the book or does without; never if the user wants to stay or the PDF fails. The last call counts.
      */
     void leave(std::function<void()> then);
+    /** Whether a call of leave() has still to come to its end. */
+    bool isWaitingToLeave() const;
+    /** Ends the writing of a PDF, if there is one, soon. */
+    void cancelExport();
     /** Told above the book until it is closed or outdated. */
     void showError(const QString &text);
 
@@ -97,6 +101,10 @@ private:
     QPointer<QProgressDialog> m_progress;
     /** What was to be done after a save that is still going on. */
     std::function<void()> m_afterSave;
+    /** What was to be done after an export that is still going on. */
+    std::function<void()> m_afterExport;
+    /** What is to be done once the user has answered what becomes of the changes. */
+    std::function<void()> m_afterQuestion;
     QString m_pdfFolder;
     bool m_isLeaving = false;
 

@@ -85,6 +85,8 @@ QLineEdit *NyBookWordsEdit::createLine(const QString &name, const QString &descr
 
 void NyBookWordsEdit::setWords(const QString &title, const QString &subtitle)
 {
+    if (title == m_bookTitle && subtitle == m_bookSubtitle)
+        return;
     m_bookTitle = title;
     m_bookSubtitle = subtitle;
     restore();
@@ -94,13 +96,23 @@ void NyBookWordsEdit::restore()
 {
     const QSignalBlocker titleBlocker(m_title);
     const QSignalBlocker subtitleBlocker(m_subtitle);
-    m_title->setText(m_bookTitle.simplified());
-    m_subtitle->setText(m_bookSubtitle.simplified());
-    // Shortened, perhaps.
-    m_shownTitle = m_title->text();
-    m_shownSubtitle = m_subtitle->text();
-    m_title->setCursorPosition(0);
-    m_subtitle->setCursorPosition(0);
+    m_shownTitle = show(m_title, m_bookTitle);
+    m_shownSubtitle = show(m_subtitle, m_bookSubtitle);
+}
+
+QString NyBookWordsEdit::show(QLineEdit *line, const QString &words)
+{
+    QString text = words.simplified().left(line->maxLength());
+    if (!text.isEmpty() && text.back().isHighSurrogate())
+        text.chop(1);
+    // The line's end may be a blank between two words.
+    text = text.trimmed();
+    // Whoever saves in the middle of a word goes on typing where the cursor is.
+    if (!line->hasFocus() || line->text().simplified() != text) {
+        line->setText(text);
+        line->setCursorPosition(0);
+    }
+    return text;
 }
 
 void NyBookWordsEdit::editTitle()
@@ -124,4 +136,6 @@ void NyBookWordsEdit::takeOver()
     }
     // A line shows no breaks and only so many letters; words that were not touched keep theirs.
     Q_EMIT edited(title == m_shownTitle ? m_bookTitle : title, subtitle == m_shownSubtitle ? m_bookSubtitle : subtitle);
+    // The book may have refused the words.
+    restore();
 }

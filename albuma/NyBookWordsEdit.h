@@ -16,7 +16,7 @@ public:
     explicit NyBookWordsEdit(QWidget *parent = nullptr);
     ~NyBookWordsEdit() override;
 
-    /** The words as the book has them now; what is being typed is given up. */
+    /** The words as the book has them now. If they are others than before, what is being typed is given up. */
     void setWords(const QString &title, const QString &subtitle);
     /** Puts the keyboard into the title, all of it selected. */
     void editTitle();
@@ -33,6 +33,8 @@ private:
     QLineEdit *createLine(const QString &name, const QString &description);
     void takeOver();
     void restore();
+    /** Gives what the line then holds; long words are shortened. */
+    static QString show(QLineEdit *line, const QString &words);
 
     QLineEdit *m_title;
     QLineEdit *m_subtitle;

@@ -700,6 +700,12 @@ void NySpreadView::keyPressEvent(QKeyEvent *event)
         if (isHandled)
             requestContextMenu(*m_selected);
         break;
+    // No shortcut of the window: there it would take the key from every button that has the keyboard.
+    case Qt::Key_Space:
+        isHandled = isShifted || event->modifiers() == Qt::NoModifier;
+        if (isHandled)
+            setSpread(m_spread + (isShifted ? -1 : 1));
+        break;
     // The arrows alone turn pages.
     case Qt::Key_Left:
         isHandled = isShifted && scroll(-1, 0);

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
+#include <QPointer>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void closesWithTheKeyboard_data();
     void closesWithTheKeyboard();
     void pagesWithTheButtons();
+    void spacePressesTheButtonThatHasTheKeyboard();
     void warnsAboutMissingPhotos();
     void suppressesWarnings();
     void emptyBook();
@@ -51,7 +53,11 @@ private Q_SLOTS:
     void escapeBringsTheTitleBack();
     void emptyTitleIsRefused();
     void wordsThatAreNotTouchedKeepTheirForm();
+    void longTitleIsLeftAsItIs();
     void arrowsInTheTitleTurnNoPage();
+    void typingGoesOnAfterASave();
+    void typingSurvivesAnotherEdit();
+    void blankTitleLeavesNothingBehind();
     void titleMayLookLikeTheMarkOfChanges();
     void undoAndRedo();
     void removesThePhotoThatIsSelected();
@@ -67,17 +73,24 @@ private Q_SLOTS:
     void closingAsks();
     void closingTwiceAsksOnce();
     void closingDuringASaveAsksNothing();
+    void openingTheSameBookShowsWhatWasSaved();
     void stayingIsNoQuitting();
+    void endingAsksOnce();
+    void endingLeadsNotToTheProposals();
     void openingAnotherBookAsks();
     void goingToTheProposalsAsks();
+    void longTitleFitsTheQuestion();
     void zoomIsShown();
     void fullScreen();
+    void nextBookIsAsLarge();
     void geometryIsKept();
     void helpNamesTheKeys();
 
     void exportsAPdf();
     void exportAsksAboutMissingPhotos();
     void failedExportIsToldAbout();
+    void closingWaitsForTheExport();
+    void failedExportStays();
     void pdfIsNamedAfterTheTitle_data();
     void pdfIsNamedAfterTheTitle();
 
@@ -264,6 +277,17 @@ void tst_NyBookWindow::pagesWithTheButtons()
     QVERIFY(window()->windowTitle().contains(u"VELMORA ALBUMA"_s));
 }
 
+void tst_NyBookWindow::spacePressesTheButtonThatHasTheKeyboard()
+{
+    QVERIFY(open(project(5, m_photo)));
+    window()->view()->setSpread(2);
+    auto *previous = part<QPushButton>(u"previous"_s);
+    previous->setFocus(Qt::TabFocusReason);
+    QTRY_VERIFY(previous->hasFocus());
+    QTest::keyClick(previous, Qt::Key_Space);
+    QCOMPARE(window()->view()->spread(), 1);
+}
+
 void tst_NyBookWindow::warnsAboutMissingPhotos()
 {
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"verschwunden\\.jpg"_s));
@@ -393,6 +417,18 @@ void tst_NyBookWindow::wordsThatAreNotTouchedKeepTheirForm()
     QVERIFY(!window()->isWindowModified());
 }
 
+void tst_NyBookWindow::longTitleIsLeftAsItIs()
+{
+    NyBookProject wordy = project(1, m_photo);
+    // Where the line ends, there is a blank.
+    wordy.title = QString(199, u'W') + u" und "_s + QString(19'000, u'W');
+    QVERIFY(open(wordy));
+    action(u"editTitle"_s)->trigger();
+    QTRY_VERIFY(part<QLineEdit>(u"title"_s)->hasFocus());
+    QTest::keyClick(part<QLineEdit>(u"title"_s), Qt::Key_Return);
+    QCOMPARE(book(), wordy);
+}
+
 void tst_NyBookWindow::arrowsInTheTitleTurnNoPage()
 {
     QVERIFY(open(project(4, m_photo)));
@@ -403,6 +439,41 @@ void tst_NyBookWindow::arrowsInTheTitleTurnNoPage()
         QTest::keyClick(line, key);
     QCOMPARE(window()->view()->spread(), 1);
     QVERIFY(line->hasFocus());
+}
+
+void tst_NyBookWindow::typingGoesOnAfterASave()
+{
+    QVERIFY(open(project(1, m_photo)));
+    auto *line = part<QLineEdit>(u"title"_s);
+    type(u"Ost "_s);
+    QTest::keyClick(line, Qt::Key_S, Qt::ControlModifier);
+    QTRY_COMPARE(stored(m_path).title, u"Ost"_s);
+    QTRY_VERIFY(!window()->isWindowModified());
+    QTest::keyClicks(line, u"und West"_s);
+    QTest::keyClick(line, Qt::Key_Return);
+    QCOMPARE(book().title, u"Ost und West"_s);
+}
+
+void tst_NyBookWindow::typingSurvivesAnotherEdit()
+{
+    QVERIFY(open(project(2, m_photo)));
+    type(u"Ostsee"_s);
+    // As a replacement does whose photo took long to be read.
+    window()->document()->removePhoto({0, 0});
+    QCOMPARE(book().pages.size(), 1);
+    QCOMPARE(part<QLineEdit>(u"title"_s)->text(), u"Ostsee"_s);
+    QTest::keyClick(part<QLineEdit>(u"title"_s), Qt::Key_Return);
+    QCOMPARE(book().title, u"Ostsee"_s);
+}
+
+void tst_NyBookWindow::blankTitleLeavesNothingBehind()
+{
+    QVERIFY(open(project(1, m_photo)));
+    type(u"x"_s);
+    part<QLineEdit>(u"title"_s)->setText(QString(2, QChar(0x200b)));
+    QTest::keyClick(part<QLineEdit>(u"title"_s), Qt::Key_Return);
+    QCOMPARE(book(), project(1, m_photo));
+    QCOMPARE(part<QLineEdit>(u"title"_s)->text(), book().title);
 }
 
 void tst_NyBookWindow::titleMayLookLikeTheMarkOfChanges()
@@ -592,6 +663,21 @@ void tst_NyBookWindow::closingDuringASaveAsksNothing()
     QCOMPARE(stored(m_path).title, u"Rom"_s);
 }
 
+void tst_NyBookWindow::openingTheSameBookShowsWhatWasSaved()
+{
+    QVERIFY(open(project(1, m_photo)));
+    type(u"Rom"_s);
+    m_windows->openProject(m_path);
+    const QPointer<NyBookWindow> former = window();
+    QVERIFY(answer(u"unsaved"_s, u"Speichern"_s));
+    QTRY_VERIFY(!former);
+    QCOMPARE(book().title, u"Rom"_s);
+    // What is shown is what is in the file, so that nobody is asked about a conflict.
+    type(u"Neapel"_s);
+    action(u"save"_s)->trigger();
+    QTRY_COMPARE(stored(m_path).title, u"Neapel"_s);
+}
+
 void tst_NyBookWindow::stayingIsNoQuitting()
 {
     m_windows = std::make_unique<NyAlbumaWindows>(NyLoadWarnings::Suppress);
@@ -607,6 +693,38 @@ void tst_NyBookWindow::stayingIsNoQuitting()
     QVERIFY(answer(u"unsaved"_s, u"Verwerfen"_s));
     // Closed, not quit: the book leads back to where it came from.
     QTRY_VERIFY(m_windows->startWindow()->isVisible());
+}
+
+void tst_NyBookWindow::endingAsksOnce()
+{
+    QVERIFY(open(project(1, m_photo)));
+    type(u"Rom"_s);
+    m_windows->end();
+    QVERIFY(window()->isWaitingToLeave());
+    QVERIFY(answer(u"unsaved"_s, u"Abbrechen"_s));
+    QVERIFY(window() && !window()->isWaitingToLeave());
+    // Staying is forgotten by then.
+    m_windows->end();
+    QVERIFY(answer(u"unsaved"_s, u"Speichern"_s));
+    QTRY_VERIFY(!window());
+    QCOMPARE(stored(m_path).title, u"Rom"_s);
+}
+
+void tst_NyBookWindow::endingLeadsNotToTheProposals()
+{
+    m_windows = std::make_unique<NyAlbumaWindows>(NyLoadWarnings::Suppress);
+    m_windows->showStart();
+    m_path = write(u"buch.nqp"_s, project(1, m_photo));
+    m_windows->openProject(m_path);
+    QTRY_VERIFY(window());
+    QVERIFY(QTest::qWaitForWindowActive(window()));
+    type(u"Rom"_s);
+    // The later wish counts: closed, it would lead back to the proposals.
+    window()->close();
+    m_windows->end();
+    QVERIFY(answer(u"unsaved"_s, u"Verwerfen"_s));
+    QTRY_VERIFY(!window());
+    QVERIFY(!m_windows->startWindow()->isVisible());
 }
 
 void tst_NyBookWindow::openingAnotherBookAsks()
@@ -635,6 +753,21 @@ void tst_NyBookWindow::goingToTheProposalsAsks()
     QVERIFY(!window());
 }
 
+void tst_NyBookWindow::longTitleFitsTheQuestion()
+{
+    NyBookProject wordy = project(1, m_photo);
+    wordy.title = QString(20'000, u'W');
+    QVERIFY(open(wordy));
+    window()->document()->removePhoto({0, 0});
+    window()->close();
+    QTRY_VERIFY(part<QMessageBox>(u"unsaved"_s));
+    auto *box = part<QMessageBox>(u"unsaved"_s);
+    QTRY_VERIFY(box->isVisible());
+    const QSize room = box->screen()->availableSize();
+    QVERIFY2(box->width() <= room.width() && box->height() <= room.height(), qPrintable(u"%1 x %2"_s.arg(box->width()).arg(box->height())));
+    QVERIFY(answer(u"unsaved"_s, u"Verwerfen"_s));
+}
+
 void tst_NyBookWindow::zoomIsShown()
 {
     QVERIFY(open(project(1, m_photo)));
@@ -661,6 +794,21 @@ void tst_NyBookWindow::fullScreen()
     QTest::keyClick(window(), Qt::Key_F11);
     QTRY_VERIFY(!window()->isFullScreen());
     QVERIFY(!action(u"fullScreen"_s)->isChecked());
+}
+
+void tst_NyBookWindow::nextBookIsAsLarge()
+{
+    QVERIFY(open(project(1, m_photo)));
+    window()->setGeometry(40, 60, 720, 540);
+    QTRY_COMPARE(window()->size(), QSize(720, 540));
+    QTest::keyClick(window(), Qt::Key_F11);
+    QTRY_VERIFY(window()->isFullScreen());
+    m_windows->openProject(write(u"anderes.nqp"_s, project(3, m_photo)));
+    QTRY_COMPARE(window()->view()->spreadCount(), 3);
+    QTRY_VERIFY(window()->isFullScreen());
+    QVERIFY(action(u"fullScreen"_s)->isChecked());
+    action(u"fullScreen"_s)->trigger();
+    QTRY_COMPARE(window()->size(), QSize(720, 540));
 }
 
 void tst_NyBookWindow::geometryIsKept()
@@ -733,6 +881,34 @@ void tst_NyBookWindow::failedExportIsToldAbout()
     Q_EMIT part<QFileDialog>(u"pdfDialog"_s)->fileSelected(m_dir->filePath(u"fort/buch.pdf"_s));
     QTRY_VERIFY(message().contains(u"fort/buch.pdf"_s));
     QVERIFY(!QFile::exists(path));
+}
+
+void tst_NyBookWindow::closingWaitsForTheExport()
+{
+    QVERIFY(open(project(3, m_photo)));
+    const QString path = m_dir->filePath(u"buch.pdf"_s);
+    action(u"exportPdf"_s)->trigger();
+    QTRY_VERIFY(part<QFileDialog>(u"pdfDialog"_s));
+    Q_EMIT part<QFileDialog>(u"pdfDialog"_s)->fileSelected(path);
+    QVERIFY(!action(u"exportPdf"_s)->isEnabled());
+    // Also when another book comes that was asked for before.
+    m_windows->openProject(write(u"anderes.nqp"_s, project(5, m_photo)));
+    window()->close();
+    QTRY_VERIFY(!window() || window()->view()->spreadCount() == 4);
+    QVERIFY(QFile::exists(path));
+}
+
+void tst_NyBookWindow::failedExportStays()
+{
+    QVERIFY(open(project(3, m_photo)));
+    action(u"exportPdf"_s)->trigger();
+    QTRY_VERIFY(part<QFileDialog>(u"pdfDialog"_s));
+    Q_EMIT part<QFileDialog>(u"pdfDialog"_s)->fileSelected(m_dir->filePath(u"fort/buch.pdf"_s));
+    window()->close();
+    QTRY_VERIFY(message().contains(u"fort/buch.pdf"_s));
+    QVERIFY(window()->isVisible());
+    window()->close();
+    QTRY_VERIFY(!window());
 }
 
 void tst_NyBookWindow::pdfIsNamedAfterTheTitle_data()
