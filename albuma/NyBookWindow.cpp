@@ -68,7 +68,7 @@ QPushButton *createPageButton(const QString &name, const QString &text, QWidget 
 {
     auto *button = new QPushButton(text, parent);
     button->setObjectName(name);
-    button->setMinimumSize(130, 36);
+    button->setMinimumSize(110, 36);
     // The arrow keys belong to the book, not to the way between the buttons.
     button->setFocusPolicy(Qt::TabFocus);
     return button;
@@ -191,15 +191,15 @@ QWidget *NyBookWindow::createBottom()
     m_position = new QLabel(bottom);
     m_position->setObjectName(u"position"_s);
     m_position->setAlignment(Qt::AlignCenter);
-    m_position->setMinimumWidth(220);
+    m_position->setMinimumWidth(180);
     m_zoom = new QToolButton(bottom);
     m_zoom->setObjectName(u"zoom"_s);
     m_zoom->setFocusPolicy(Qt::TabFocus);
     m_zoom->setAutoRaise(true);
     m_zoom->setPopupMode(QToolButton::InstantPopup);
     m_zoom->setMinimumWidth(m_zoom->fontMetrics().horizontalAdvance(u"8888 %"_s) + 36);
-    // The buttons stay in the middle of the window, whatever stands at its right.
-    layout->addSpacing(m_zoom->minimumWidth());
+    // The buttons stay in the middle of the window, whatever stands at its right, unless it is too narrow for that.
+    layout->addItem(new QSpacerItem(m_zoom->minimumWidth(), 0, QSizePolicy::Preferred));
     layout->addStretch();
     layout->addWidget(m_previous);
     layout->addWidget(m_position);

@@ -1203,6 +1203,10 @@ in the meantime.</translation>
         <source>Hinweis</source>
         <translation>Note</translation>
     </message>
+    <message>
+        <source>&amp;Kopieren</source>
+        <translation>&amp;Copy</translation>
+    </message>
 </context>
 <context>
     <name>NyPreferencesQuilloServiceInstallation</name>
