@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include <QApplication>
 #include <QDebug>
 #include <QFileDialog>
-#include <QGuiApplication>
 #include <QWindow>
 
 #include <NyDirectoryConfig.h>
@@ -141,7 +141,15 @@ void NyAlbumaWindows::takeAway(std::unique_ptr<NyBookWindow> window)
     // It may be the sender of what leads here.
     window->disconnect(this);
     window->hide();
-    window.release()->deleteLater();
+    QObject *gone = window.release();
+    QWidget *modal = QApplication::activeModalWidget();
+    if (!modal || !qobject_cast<QFileDialog *>(modal->parentWidget())) {
+        gone->deleteLater();
+        return;
+    }
+    // A file dialog asks on its own stack, which may not be destroyed before it has its answer.
+    connect(modal, &QObject::destroyed, gone, &QObject::deleteLater);
+    modal->close();
 }
 
 void NyAlbumaWindows::leaveBook()

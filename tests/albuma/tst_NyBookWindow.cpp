@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <QUndoStack>
 #include <QWindow>
@@ -91,6 +92,8 @@ private Q_SLOTS:
     void failedExportIsToldAbout();
     void closingWaitsForTheExport();
     void failedExportStays();
+    void anotherBookComesOverAnOpenQuestion();
+    void longPathsLeaveTheWindowAsItIs();
     void pdfIsNamedAfterTheTitle_data();
     void pdfIsNamedAfterTheTitle();
 
@@ -909,6 +912,43 @@ void tst_NyBookWindow::failedExportStays()
     QVERIFY(window()->isVisible());
     window()->close();
     QTRY_VERIFY(!window());
+}
+
+void tst_NyBookWindow::anotherBookComesOverAnOpenQuestion()
+{
+    QVERIFY(open(project(3, m_photo)));
+    const QString path = m_dir->filePath(u"buch.pdf"_s);
+    QVERIFY(TestSupport::writeFile(path, "older"));
+    const QString other = write(u"anderes.nqp"_s, project(5, m_photo));
+    action(u"exportPdf"_s)->trigger();
+    QTRY_VERIFY(part<QFileDialog>(u"pdfDialog"_s));
+    auto *line = part<QFileDialog>(u"pdfDialog"_s)->findChild<QLineEdit *>(u"fileNameEdit"_s);
+    line->setText(path);
+    const QPointer<NyBookWindow> former = window();
+    bool wasAsked = false;
+    QTimer::singleShot(0, this, [&] {
+        wasAsked = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        m_windows->openProject(other);
+    });
+    // Returns when the dialog's question whether to overwrite the file has gone.
+    QTest::keyClick(line, Qt::Key_Return);
+    QVERIFY(wasAsked);
+    QTRY_VERIFY(!former);
+    QCOMPARE(window()->view()->spreadCount(), 4);
+    QCOMPARE(QFileInfo(path).size(), 5);
+}
+
+void tst_NyBookWindow::longPathsLeaveTheWindowAsItIs()
+{
+    QVERIFY(open(project(1, m_photo)));
+    window()->resize(800, 600);
+    QTRY_COMPARE(window()->width(), 800);
+    const QString path = u'/' + QString(250, u'W') + u'/' + QString(250, u'M');
+    window()->showError(path);
+    QTRY_VERIFY(part<QLabel>(u"error"_s)->isVisible());
+    QCoreApplication::processEvents();
+    QCOMPARE(window()->width(), 800);
+    QVERIFY2(window()->minimumSizeHint().width() <= 600, qPrintable(QString::number(window()->minimumSizeHint().width())));
 }
 
 void tst_NyBookWindow::pdfIsNamedAfterTheTitle_data()
