@@ -105,6 +105,7 @@ void NyAlbumaWindows::showBook(const NyBookDocument::Loaded &book)
     auto window = std::make_unique<NyBookWindow>(
         std::make_unique<NyBookDocument>(book), registry.firstKnownStyle({book.project->style}), m_warnings);
     connect(window.get(), &NyBookWindow::openRequested, this, &NyAlbumaWindows::askForProject);
+    connect(window.get(), &NyBookWindow::bookDropped, this, &NyAlbumaWindows::openProject);
     connect(window.get(), &NyBookWindow::startRequested, this, &NyAlbumaWindows::leaveBook);
     connect(window.get(), &NyBookWindow::quitRequested, this, [this] { m_isQuitting = true; });
     connect(window.get(), &NyBookWindow::closed, this, [this] {

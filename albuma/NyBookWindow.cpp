@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDir>
+#include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFutureWatcher>
@@ -127,6 +128,7 @@ NyBookWindow::NyBookWindow(std::unique_ptr<NyBookDocument> document, const NyDes
     , m_style(style)
 {
     setWindowIcon(NyWindowParts::icon(u"ico_albuma"_s));
+    setAcceptDrops(true);
     createContent();
     createActions();
     createMenus();
@@ -173,7 +175,8 @@ void NyBookWindow::createContent()
     connect(m_view, &NySpreadView::spreadChanged, this, &NyBookWindow::updateActions);
     connect(m_view, &NySpreadView::selectionChanged, this, &NyBookWindow::updateActions);
     connect(m_view, &NySpreadView::zoomChanged, this, &NyBookWindow::updateActions);
-    connect(m_view, &NySpreadView::photoActivated, this, &NyBookWindow::replacePhoto);
+    connect(m_view, &NySpreadView::photoActivated, this, &NyBookWindow::askForPhoto);
+    connect(m_view, &NySpreadView::photoDropped, this, &NyBookWindow::replacePhoto);
     connect(m_view, &NySpreadView::wordsActivated, m_words, &NyBookWordsEdit::editTitle);
     connect(m_view, &NySpreadView::contextMenuRequested, this, &NyBookWindow::showMenu);
     connect(m_words, &NyBookWordsEdit::edited, this,
@@ -257,7 +260,7 @@ void NyBookWindow::createActions()
     m_replace->setIconText(tr("Foto ersetzen"));
     connect(m_replace, &QAction::triggered, this, [this] {
         if (const std::optional<NyBookPlace> place = m_view->selected())
-            replacePhoto(*place);
+            askForPhoto(*place);
     });
     m_remove = create(u"remove"_s, tr("Foto ent&fernen"), u"ico_remove_photo"_s, QKeySequence::Delete);
     connect(m_remove, &QAction::triggered, this, [this] {
@@ -561,7 +564,7 @@ void NyBookWindow::askAboutConflict()
     box->open();
 }
 
-void NyBookWindow::replacePhoto(NyBookPlace place)
+void NyBookWindow::askForPhoto(NyBookPlace place)
 {
     const NyPlacedFoto *foto = m_document->project().photo(place);
     if (!foto)
@@ -574,11 +577,35 @@ void NyBookWindow::replacePhoto(NyBookPlace place)
     dialog->setFileMode(QFileDialog::ExistingFile);
     // The endings of all formats, twice, are no text to read.
     dialog->setOption(QFileDialog::HideNameFilterDetails);
-    connect(dialog, &QFileDialog::fileSelected, this, [this, place](const QString &path) {
-        m_message->setMessage(NyMessageBar::Kind::Error, QString());
-        m_document->replacePhoto(place, QUrl::fromLocalFile(path));
-    });
+    connect(dialog, &QFileDialog::fileSelected, this, [this, place](const QString &path) { replacePhoto(place, path); });
     dialog->open();
+}
+
+void NyBookWindow::replacePhoto(NyBookPlace place, const QString &path)
+{
+    m_message->setMessage(NyMessageBar::Kind::Error, QString());
+    m_document->replacePhoto(place, QUrl::fromLocalFile(path));
+}
+
+void NyBookWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    event->ignore();
+    if (!NyWindowParts::draggedBook(event->mimeData()).isEmpty())
+        NyWindowParts::acceptWithoutMoving(event);
+}
+
+void NyBookWindow::dragMoveEvent(QDragMoveEvent *event)
+{
+    // Nothing else was let in.
+    NyWindowParts::acceptWithoutMoving(event);
+}
+
+void NyBookWindow::dropEvent(QDropEvent *event)
+{
+    event->ignore();
+    const QString path = NyWindowParts::draggedBook(event->mimeData());
+    if (!path.isEmpty() && NyWindowParts::acceptWithoutMoving(event))
+        Q_EMIT bookDropped(path);
 }
 
 QString NyBookWindow::proposedPdfPath() const

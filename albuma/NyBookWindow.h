@@ -60,6 +60,8 @@ Q_SIGNALS:
     void openRequested();
     /** The user wants to see the proposals. */
     void startRequested();
+    /** The user has dropped the file of another book here. */
+    void bookDropped(const QString &path);
     /** The user wants to end the program; the window closes. */
     void quitRequested();
     void closed();
@@ -68,6 +70,9 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     void createContent();
@@ -88,7 +93,8 @@ private:
     void save();
     void saveAs();
     void askAboutConflict();
-    void replacePhoto(NyBookPlace place);
+    void askForPhoto(NyBookPlace place);
+    void replacePhoto(NyBookPlace place, const QString &path);
     void askForPdf();
     void exportPdf(const QString &path, NyBookPdf::MissingPhotos missingPhotos);
     void showExportResult(const QString &path, const NyBookPdf::Result &result);

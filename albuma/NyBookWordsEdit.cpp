@@ -24,6 +24,8 @@ public:
         setAttribute(Qt::WA_Hover);
         setAlignment(Qt::AlignHCenter);
         setMaxLength(LONGEST_WORDS);
+        // A file dropped here would leave its path in the title.
+        setAcceptDrops(false);
     }
 
 protected:

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDragEnterEvent>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLinearGradient>
@@ -20,6 +21,7 @@
 
 #include "NyPageLayout.h"
 #include "NySpreadViewAccessible.h"
+#include "NyWindowParts.h"
 
 namespace
 {
@@ -82,6 +84,7 @@ NySpreadView::NySpreadView(const NyBookProject &project, const NyDesignStyle &st
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    setAcceptDrops(true);
     setAccessibleName(project.title.simplified());
     setAccessibleDescription(spreadDescription());
     connect(&m_images, &NyFotoImageCache::changed, viewport(), qOverload<>(&QWidget::update));
@@ -117,6 +120,7 @@ void NySpreadView::setProject(const NyBookProject &project)
     const int spreadBefore = m_spread;
     const std::optional<NyBookPlace> selectedBefore = m_selected;
     m_project = project;
+    m_dropTarget.reset();
     m_spread = std::min(m_spread, spreadCount() - 1);
     if (m_selected && !m_project.photo(*m_selected))
         m_selected.reset();
@@ -161,6 +165,7 @@ void NySpreadView::present(int spread, std::optional<NyBookPlace> selected)
     viewport()->update();
     if (isOtherSpread) {
         m_press.reset();
+        m_dropTarget.reset();
         NySpreadViewAccessible::photosChanged(this);
         setAccessibleDescription(spreadDescription());
         place({std::nullopt, m_middleShare});
@@ -445,10 +450,16 @@ void NySpreadView::paintSelection(QPainter &painter, const NySpreadGeometry &spr
         painter.setPen(pen);
         painter.drawRect(rect);
     };
-    if (m_selected) {
-        const QRectF rect = spread.photoRect(*m_selected);
+    const std::optional<NyBookPlace> framed = m_dropTarget ? m_dropTarget : m_selected;
+    if (framed) {
+        const QRectF rect = spread.photoRect(*framed);
         if (rect.isEmpty())
             return;
+        if (m_dropTarget) {
+            QColor veil = highlight;
+            veil.setAlpha(110);
+            painter.fillRect(rect, veil);
+        }
         painter.setRenderHint(QPainter::Antialiasing);
         // Between two white lines the colour is told from any photo, whatever it shows at its edge.
         frame(rect, QColor(255, 255, 255, 220), 7);
@@ -659,6 +670,46 @@ void NySpreadView::contextMenuEvent(QContextMenuEvent *event)
     m_press.reset();
     present(m_spread, place);
     Q_EMIT contextMenuRequested(*place, event->globalPos());
+}
+
+void NySpreadView::setDropTarget(std::optional<NyBookPlace> place)
+{
+    if (place == m_dropTarget)
+        return;
+    m_dropTarget = place;
+    viewport()->update();
+}
+
+void NySpreadView::dragEnterEvent(QDragEnterEvent *event)
+{
+    // What is no picture goes on to the window.
+    event->ignore();
+    if (!NyWindowParts::draggedPhoto(event->mimeData()).isEmpty())
+        NyWindowParts::acceptWithoutMoving(event);
+}
+
+void NySpreadView::dragMoveEvent(QDragMoveEvent *event)
+{
+    event->ignore();
+    const std::optional<NyBookPlace> place = photoAt(event->position());
+    setDropTarget(place && NyWindowParts::acceptWithoutMoving(event) ? place : std::nullopt);
+}
+
+void NySpreadView::dragLeaveEvent(QDragLeaveEvent *)
+{
+    setDropTarget(std::nullopt);
+}
+
+void NySpreadView::dropEvent(QDropEvent *event)
+{
+    event->ignore();
+    setDropTarget(std::nullopt);
+    const QString path = NyWindowParts::draggedPhoto(event->mimeData());
+    const std::optional<NyBookPlace> place = photoAt(event->position());
+    if (path.isEmpty() || !place || !NyWindowParts::acceptWithoutMoving(event))
+        return;
+    setSelected(place);
+    Q_EMIT photoDropped(*place, path);
 }
 
 void NySpreadView::requestContextMenu(NyBookPlace place)

@@ -80,6 +80,8 @@ Q_SIGNALS:
     void photoActivated(NyBookPlace place);
     /** The cover's title or subtitle was double-clicked. */
     void wordsActivated();
+    /** A picture file was dropped onto a photo. */
+    void photoDropped(NyBookPlace place, const QString &path);
     /** The menu of a photo is wanted. It is selected. */
     void contextMenuRequested(NyBookPlace place, const QPoint &globalPos);
 
@@ -95,6 +97,10 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
@@ -146,6 +152,7 @@ private:
     bool isFocusFrameShown() const { return hasFocus() && m_isKeyboardFocus && !m_selected; }
     double pictureShare(const NySpreadGeometry &spread, const QRectF &seen, double memoryShare) const;
     void prefetch(int spread);
+    void setDropTarget(std::optional<NyBookPlace> place);
     void paintSelection(QPainter &painter, const NySpreadGeometry &spread) const;
 
     NyBookProject m_project;
@@ -154,6 +161,8 @@ private:
     int m_spread = 0;
     double m_zoom = MinimumZoom;
     std::optional<NyBookPlace> m_selected;
+    /** The photo that a picture is dragged over. */
+    std::optional<NyBookPlace> m_dropTarget;
     /** What is in the middle of the window, as shares of the spread. */
     QPointF m_middleShare = QPointF(0.5, 0.5);
     /** Where it was zoomed last; keeps rounded scroll positions from adding up. */

@@ -60,16 +60,6 @@ QString withoutMnemonic(QString text)
     return text.replace(u'&', u"&&"_s);
 }
 
-QString droppedBook(const QMimeData *data)
-{
-    const QList<QUrl> urls = data->urls();
-    if (urls.size() != 1 || !urls.constFirst().isLocalFile())
-        return {};
-    const QString path = urls.constFirst().toLocalFile();
-    const QString suffix = QFileInfo(path).suffix().toLower();
-    return suffix == u"nqp" || suffix == u"nqpx" ? path : QString();
-}
-
 }
 
 NyStartWindow::NyStartWindow(NyStartScreenSettings &settings)
@@ -619,17 +609,15 @@ void NyStartWindow::hideEvent(QHideEvent *event)
 
 void NyStartWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (!droppedBook(event->mimeData()).isEmpty())
-        event->acceptProposedAction();
+    if (!NyWindowParts::draggedBook(event->mimeData()).isEmpty())
+        NyWindowParts::acceptWithoutMoving(event);
 }
 
 void NyStartWindow::dropEvent(QDropEvent *event)
 {
-    const QString path = droppedBook(event->mimeData());
-    if (path.isEmpty())
-        return;
-    event->acceptProposedAction();
-    Q_EMIT openRequested(path);
+    const QString path = NyWindowParts::draggedBook(event->mimeData());
+    if (!path.isEmpty() && NyWindowParts::acceptWithoutMoving(event))
+        Q_EMIT openRequested(path);
 }
 
 QString NyStartWindow::furtherProposalsText(int firstDay, int firstHour, int lastDay)

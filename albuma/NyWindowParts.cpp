@@ -1,14 +1,19 @@
 #include "NyWindowParts.h"
 
 #include <QAction>
-#include <QCoreApplication>
+#include <QApplication>
+#include <QDropEvent>
+#include <QFileInfo>
 #include <QMainWindow>
+#include <QMimeData>
 #include <QMessageBox>
 #include <QToolBar>
 #include <QToolButton>
+#include <QUrl>
 
 #include <NyConfigItem.h>
 #include <NyGUIWidgetsConfig.h>
+#include <NyImageLoader.h>
 #include <NySettings.h>
 
 namespace
@@ -21,6 +26,13 @@ constexpr bool OfThisProgram = true;
 NyConfigItem<QString> geometryItem(const QString &key)
 {
     return NyConfigItem<QString>(QString(), QString(), key, OfThisProgram);
+}
+
+/** The path of the one local file; empty for anything else. */
+QString draggedFile(const QMimeData *data)
+{
+    const QList<QUrl> urls = data->urls();
+    return urls.size() == 1 && urls.constFirst().isLocalFile() ? urls.constFirst().toLocalFile() : QString();
 }
 
 }
@@ -78,6 +90,34 @@ void NyWindowParts::showHelp(QWidget *window, const QString &title, const QStrin
     box->setText(text);
     box->addButton(QMessageBox::Ok);
     box->open();
+}
+
+QString NyWindowParts::draggedBook(const QMimeData *data)
+{
+    const QString path = draggedFile(data);
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == u"nqp" || suffix == u"nqpx" ? path : QString();
+}
+
+QString NyWindowParts::draggedPhoto(const QMimeData *data)
+{
+    const QString path = draggedFile(data);
+    return NyImageLoader::instance().supportedMediaFormats().matches(QFileInfo(path).fileName()) ? path : QString();
+}
+
+bool NyWindowParts::acceptWithoutMoving(QDropEvent *event)
+{
+    event->ignore();
+    if (QApplication::activeModalWidget())
+        return false;
+    for (const Qt::DropAction action : {Qt::CopyAction, Qt::LinkAction}) {
+        if (!event->possibleActions().testFlag(action))
+            continue;
+        event->setDropAction(action);
+        event->accept();
+        return true;
+    }
+    return false;
 }
 
 bool NyWindowParts::restoreGeometry(QWidget *window, const QString &key)

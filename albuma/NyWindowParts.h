@@ -8,7 +8,9 @@
 #include <QString>
 
 class QAction;
+class QDropEvent;
 class QMainWindow;
+class QMimeData;
 class QWidget;
 
 /** What the program's windows are put together from, so that they look and behave alike. GUI thread. */
@@ -27,6 +29,13 @@ void addToolBar(QMainWindow *window, const QList<QAction *> &actions, Qt::ToolBu
 /** Opens a help text over @p window: a paragraph, and under it a table of keys and what they do. */
 void showHelp(QWidget *window, const QString &title, const QString &iconId, const QString &introduction,
     const QList<std::pair<QString, QString>> &keys);
+
+/** The path of the one book that is dragged here; empty for anything else. */
+QString draggedBook(const QMimeData *data);
+/** The path of the one picture of a known format that is dragged here; empty for anything else. */
+QString draggedPhoto(const QMimeData *data);
+/** Accepts a drag or drop as one that leaves the file where it is; false, and ignored, if it offers none or a dialog has to be answered. */
+bool acceptWithoutMoving(QDropEvent *event);
 
 /** Gives @p window the place and size that keepGeometry() has stored under @p key; false if there is none. */
 bool restoreGeometry(QWidget *window, const QString &key);

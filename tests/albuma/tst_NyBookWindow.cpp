@@ -1,10 +1,12 @@
 #include <QAction>
+#include <QDragEnterEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPointer>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -65,6 +67,10 @@ private Q_SLOTS:
     void coverPhotoCannotBeRemoved();
     void replacesAPhoto();
     void unreadablePhotoIsToldAbout();
+    void droppedPhotoReplacesOne();
+    void onlyOneLocalPictureCanBeDropped_data();
+    void onlyOneLocalPictureCanBeDropped();
+    void droppedBookIsOpened();
     void savingWhatIsBeingTyped();
     void failedSaveKeepsTheChanges();
     void savesUnderAnotherName();
@@ -111,6 +117,8 @@ private:
         return window()->findChild<T *>(name);
     }
     QAction *action(const QString &name) const { return part<QAction>(name); }
+    /** Drags what the URLs name over the book and drops it at this point of the view; false if it is refused. */
+    bool drop(const QList<QUrl> &urls, const QPointF &point, Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction);
     QString message() const { return part<QLabel>(u"error"_s)->text(); }
     void type(const QString &title);
     /** Presses the button of the question with that name; false if there is none. */
@@ -558,6 +566,100 @@ void tst_NyBookWindow::unreadablePhotoIsToldAbout()
     QVERIFY(choose(u"photoDialog"_s, broken));
     QTRY_VERIFY(message().contains(u"kein bild.jpg"_s));
     QCOMPARE(book(), project(1, m_photo));
+}
+
+bool tst_NyBookWindow::drop(const QList<QUrl> &urls, const QPointF &point, Qt::DropActions actions)
+{
+    QMimeData data;
+    data.setUrls(urls);
+    QWidget *viewport = window()->view()->viewport();
+    QDragEnterEvent enter(point.toPoint(), actions, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDragMoveEvent move(point.toPoint(), actions, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &move);
+    if (!move.isAccepted()) {
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(viewport, &leave);
+        return false;
+    }
+    QDropEvent event(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &event);
+    // Whoever drags a file with the wish to move it must not lose it.
+    return event.isAccepted() && event.dropAction() != Qt::MoveAction;
+}
+
+void tst_NyBookWindow::droppedPhotoReplacesOne()
+{
+    const QString other = m_dir->filePath(u"rot & blau.JPG"_s);
+    QImage image(900, 600, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QVERIFY(PaintedPictures::write(other, image));
+    QVERIFY(open(project(1, m_photo)));
+    NySpreadView *view = window()->view();
+    view->setSpread(1);
+    const QPointF point = view->photoRect({0, 0}).center();
+    const QImage before = view->grab().toImage();
+
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(other)});
+    QDragEnterEvent enter(point.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &enter);
+    QDragMoveEvent move(point.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &move);
+    QVERIFY(view->grab().toImage() != before);
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(view->viewport(), &leave);
+    QVERIFY(view->grab().toImage() == before);
+
+    QVERIFY(drop({QUrl::fromLocalFile(other)}, point));
+    QTRY_COMPARE(book().pages.constFirst().photos.constFirst().url, QUrl::fromLocalFile(other));
+    QCOMPARE(view->selected(), std::optional(NyBookPlace{0, 0}));
+    action(u"undo"_s)->trigger();
+    QCOMPARE(book(), project(1, m_photo));
+}
+
+void tst_NyBookWindow::onlyOneLocalPictureCanBeDropped_data()
+{
+    QTest::addColumn<QList<QUrl>>("urls");
+    QTest::addColumn<bool>("isOnPhoto");
+    QTest::addColumn<int>("actions");
+    const QUrl photo = QUrl::fromLocalFile(u"/tmp/a.jpg"_s);
+    const int any = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+    QTest::newRow("nothing") << QList<QUrl>() << true << any;
+    QTest::newRow("two") << QList<QUrl>{photo, photo} << true << any;
+    QTest::newRow("text") << QList<QUrl>{QUrl::fromLocalFile(u"/tmp/a.txt"_s)} << true << any;
+    QTest::newRow("from afar") << QList<QUrl>{QUrl(u"https://example.org/a.jpg"_s)} << true << any;
+    QTest::newRow("beside the photo") << QList<QUrl>{photo} << false << any;
+    QTest::newRow("only to be moved") << QList<QUrl>{photo} << true << int(Qt::MoveAction);
+}
+
+void tst_NyBookWindow::onlyOneLocalPictureCanBeDropped()
+{
+    QVERIFY(open(project(1, m_photo)));
+    NySpreadView *view = window()->view();
+    view->setSpread(1);
+    QFETCH(QList<QUrl>, urls);
+    QFETCH(bool, isOnPhoto);
+    QFETCH(int, actions);
+    const QPointF point = isOnPhoto ? view->photoRect({0, 0}).center() : QPointF(5, 5);
+    QVERIFY(!drop(urls, point, Qt::DropActions(actions)));
+    QCOMPARE(book(), project(1, m_photo));
+}
+
+void tst_NyBookWindow::droppedBookIsOpened()
+{
+    QVERIFY(open(project(1, m_photo)));
+    const QString other = write(u"anderes.nqp"_s, project(5, m_photo));
+    QVERIFY(drop({QUrl::fromLocalFile(other)}, window()->view()->photoRect({NyBookPlace::Cover, 0}).center()));
+    QTRY_COMPARE(window()->view()->spreadCount(), 4);
+    // A question that is open comes first.
+    type(u"Rom"_s);
+    window()->close();
+    QTRY_VERIFY(QApplication::activeModalWidget());
+    QVERIFY(!drop({QUrl::fromLocalFile(m_path)}, QPointF(5, 5)));
+    QVERIFY(answer(u"unsaved"_s, u"Verwerfen"_s));
 }
 
 void tst_NyBookWindow::savingWhatIsBeingTyped()
