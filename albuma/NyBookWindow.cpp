@@ -75,6 +75,13 @@ QPushButton *createPageButton(const QString &name, const QString &text, QWidget 
     return button;
 }
 
+/** A path or name for a question of @p window, which would become as wide as its longest word. */
+QString elided(const QString &name, const QWidget &window)
+{
+    constexpr int widest = 500;
+    return window.fontMetrics().elidedText(name, Qt::ElideMiddle, widest);
+}
+
 /** Enough of @p title to know the book by. */
 QString shortened(const QString &title)
 {
@@ -546,7 +553,7 @@ void NyBookWindow::saveAs()
 void NyBookWindow::askAboutConflict()
 {
     QMessageBox *box = createQuestion(u"conflict"_s,
-        tr("Die Datei\n%1\nist inzwischen von einem anderen Programm geändert worden.").arg(native(m_document->path())),
+        tr("Die Datei\n%1\nist inzwischen von einem anderen Programm geändert worden.").arg(elided(native(m_document->path()), *this)),
         tr("Wenn Sie sie überschreiben, gehen jene Änderungen verloren."));
     QPushButton *overwriting = box->addButton(tr("&Überschreiben"), QMessageBox::DestructiveRole);
     QPushButton *elsewhere = box->addButton(tr("Speichern &unter …"), QMessageBox::AcceptRole);
@@ -693,7 +700,10 @@ void NyBookWindow::showExportResult(const QString &path, const NyBookPdf::Result
 void NyBookWindow::askAboutMissingPhotos(const QString &path, const QStringList &missing)
 {
     constexpr qsizetype shown = 8;
-    QString names = missing.mid(0, shown).join(u'\n');
+    QStringList lines = missing.mid(0, shown);
+    for (QString &line : lines)
+        line = elided(line, *this);
+    QString names = lines.join(u'\n');
     if (missing.size() > shown)
         names += u'\n' + tr("und %1 weitere").arg(NyTranslation::locale().toString(missing.size() - shown));
     QMessageBox *box = createQuestion(u"missingPhotos"_s, tr("Für das PDF fehlen Fotos. Möchten Sie es trotzdem schreiben?"),

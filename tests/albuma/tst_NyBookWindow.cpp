@@ -76,6 +76,7 @@ private Q_SLOTS:
     void savesUnderAnotherName();
     void changedFileIsAskedAbout_data();
     void changedFileIsAskedAbout();
+    void longPathFitsTheQuestion();
     void closingAsks_data();
     void closingAsks();
     void closingTwiceAsksOnce();
@@ -720,6 +721,25 @@ void tst_NyBookWindow::changedFileIsAskedAbout()
     QTRY_COMPARE(window()->isWindowModified(), !isOverwritten);
 }
 
+void tst_NyBookWindow::longPathFitsTheQuestion()
+{
+    const QString name = QString(200, u'W') + u".nqp"_s;
+    QVERIFY(open(project(1, m_photo)));
+    QVERIFY(!write(name, project(1, m_photo)).isEmpty());
+    m_windows->openProject(m_dir->filePath(name));
+    QTRY_VERIFY(window()->document()->path().endsWith(name));
+    QVERIFY(!write(name, project(2, m_photo)).isEmpty());
+    type(u"Rom"_s);
+    action(u"save"_s)->trigger();
+    QTRY_VERIFY(part<QMessageBox>(u"conflict"_s));
+    auto *box = part<QMessageBox>(u"conflict"_s);
+    QTRY_VERIFY(box->isVisible());
+    // A box that finds no room cuts its text off.
+    const auto *label = box->findChild<QLabel *>(u"qt_msgbox_label"_s);
+    QVERIFY2(label && label->minimumSizeHint().width() <= label->width(), qPrintable(QString::number(box->width())));
+    QVERIFY(answer(u"conflict"_s, u"Abbrechen"_s));
+}
+
 void tst_NyBookWindow::closingAsks_data()
 {
     QTest::addColumn<QString>("button");
@@ -861,7 +881,7 @@ void tst_NyBookWindow::goingToTheProposalsAsks()
 void tst_NyBookWindow::longTitleFitsTheQuestion()
 {
     NyBookProject wordy = project(1, m_photo);
-    wordy.title = QString(20'000, u'W');
+    wordy.title = u"Wort "_s.repeated(4'000).trimmed();
     QVERIFY(open(wordy));
     window()->document()->removePhoto({0, 0});
     window()->close();
