@@ -197,6 +197,21 @@ void tst_BookEditing::fromTheProposalToThePdf()
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(stored().title, QStringLiteral("Ostsee 2026"));
 
+    // A program that is to end asks about changes, and does without an answer when it is told so again.
+    start({m_project});
+    QVERIFY(m_user->waitFor(window(QStringLiteral("Ostsee 2026"))));
+    QVERIFY(m_user->waitFor(button, QStringLiteral("Weiter  ›")));
+    QVERIFY(DesktopUser::key(QStringLiteral("F2")));
+    QVERIFY(type(QStringLiteral("Nordsee")));
+    m_program->terminate();
+    QVERIFY(m_user->waitFor(text(QStringLiteral("Möchten Sie die Änderungen an"))));
+    m_user->look(QStringLiteral("question-at-the-end"));
+    m_program->terminate();
+    QVERIFY(m_program->waitForFinished(10000));
+    QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(stored().title, QStringLiteral("Ostsee 2026"));
+
     // The start screen knows the new title.
     start({});
     QVERIFY(m_user->waitFor([](const Thing &thing) {
