@@ -29,7 +29,7 @@ QStringList listOf(const QString &text)
 NyAlbumaCommandLine::NyAlbumaCommandLine()
 {
     const QString file = tr("Datei", "name of a value in the help of the command line, one word");
-    setApplicationDescription(tr("Zeigt Fotobücher. Im Builder-Modus entsteht ohne Fenster ein Vorschlag für eines."));
+    setApplicationDescription(tr("Zeigt und bearbeitet Fotobücher. Im Builder-Modus entsteht ohne Fenster ein Vorschlag für eines."));
     addPositionalArgument(file, tr("Das Buch, das geöffnet wird."), u'[' + file + u']');
     addOption(CommandLineOptionType::Flag, {SUPPRESS_LOAD_WARNINGS}, tr("Öffnet ein Buch ohne Hinweis auf fehlende Fotos."), QString(),
         QString());

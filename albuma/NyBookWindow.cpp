@@ -42,9 +42,6 @@ using namespace Qt::Literals::StringLiterals;
 
 constexpr int SHOWN_MISSING_NAMES = 3;
 
-/** Name of the question that stands between a changed book and its end. */
-constexpr auto UNSAVED = "unsaved"_L1;
-
 QString geometryKey()
 {
     return u"bookWindowGeometry"_s;
@@ -470,7 +467,7 @@ void NyBookWindow::leave(std::function<void()> then)
     const bool isAsking = bool(std::exchange(m_afterQuestion, std::move(then)));
     if (isAsking)
         return;
-    QMessageBox *box = createQuestion(UNSAVED,
+    QMessageBox *box = createQuestion(u"unsaved"_s,
         tr("Möchten Sie die Änderungen an „%1“ speichern?").arg(shortened(m_document->project().title)), tr("Sonst gehen sie verloren."));
     QPushButton *saving = box->addButton(tr("&Speichern"), QMessageBox::AcceptRole);
     QPushButton *discarding = box->addButton(tr("&Verwerfen"), QMessageBox::DestructiveRole);

@@ -14,7 +14,6 @@
 
 class QAction;
 class QLabel;
-class QMenu;
 class QMessageBox;
 class QProgressDialog;
 class QPushButton;
@@ -79,7 +78,6 @@ private:
     QWidget *createBottom();
     void createActions();
     void createMenus();
-    void createToolBar();
     QMessageBox *createQuestion(const QString &name, const QString &text, const QString &information);
     void connectDocument();
 

@@ -5,8 +5,8 @@
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QMainWindow>
-#include <QMimeData>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QToolBar>
 #include <QToolButton>
 #include <QUrl>

@@ -28,8 +28,8 @@
         <translation>file</translation>
     </message>
     <message>
-        <source>Zeigt Fotobücher. Im Builder-Modus entsteht ohne Fenster ein Vorschlag für eines.</source>
-        <translation>Shows photo books. In builder mode, makes a proposal for one without a window.</translation>
+        <source>Zeigt und bearbeitet Fotobücher. Im Builder-Modus entsteht ohne Fenster ein Vorschlag für eines.</source>
+        <translation>Shows and edits photo books. In builder mode, makes a proposal for one without a window.</translation>
     </message>
     <message>
         <source>Das Buch, das geöffnet wird.</source>

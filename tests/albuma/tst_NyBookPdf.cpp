@@ -19,6 +19,7 @@
 #include "NyBookRenderer.h"
 #include "NySmallDisk.h"
 #include "PaintedPictures.h"
+#include "TestStyle.h"
 #include "TestSupport.h"
 #include "WithoutRootPowers.h"
 
@@ -32,17 +33,6 @@ namespace
 
 constexpr double pointsPerMm = 72 / 25.4;
 constexpr int checkDpi = 100;
-
-NyDesignStyle testStyle()
-{
-    NyDesignStyle style;
-    style.id = NyDesignElementID(u"test"_s);
-    style.pageBackground = QColor(250, 240, 230);
-    style.coverBackground = QColor(20, 40, 60);
-    style.coverTextColor = Qt::white;
-    style.textColor = Qt::black;
-    return style;
-}
 
 struct Outcome
 {

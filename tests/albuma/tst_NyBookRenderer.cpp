@@ -2,23 +2,13 @@
 #include <QTest>
 
 #include "NyBookRenderer.h"
+#include "TestStyle.h"
 
 using namespace Qt::Literals::StringLiterals;
 using Picture = NyBookRenderer::Picture;
 
 namespace
 {
-
-NyDesignStyle testStyle()
-{
-    NyDesignStyle style;
-    style.id = NyDesignElementID(u"test"_s);
-    style.pageBackground = QColor(250, 240, 230);
-    style.coverBackground = QColor(20, 40, 60);
-    style.coverTextColor = Qt::white;
-    style.textColor = Qt::black;
-    return style;
-}
 
 /** Left half red, right half blue; upper half bright, lower half dark. */
 QImage fourFields(const QSize &size)
