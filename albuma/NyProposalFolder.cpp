@@ -66,6 +66,7 @@ void NyProposalFolder::refresh()
 
 void NyProposalFolder::start()
 {
+    m_isListing = true;
     m_isOutdated = false;
     m_debounce.stop();
     // First, so that a change during the listing is reported.
@@ -82,6 +83,7 @@ void NyProposalFolder::finish()
         return;
     }
     const NyProposalListing listing = m_watcher.result();
+    m_isListing = false;
     if (m_isOutdated)
         start();
     if (!listing.isUnsettled) {

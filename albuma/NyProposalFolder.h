@@ -28,7 +28,8 @@ public:
 
     /** Lists now, or again as soon as the present listing is done. */
     void refresh();
-    bool isBusy() const { return m_watcher.isRunning(); }
+    /** Until the listing has been reported, not only made. */
+    bool isBusy() const { return m_isListing; }
 
 Q_SIGNALS:
     void started();
@@ -62,5 +63,6 @@ private:
     QTimer m_poll;
     QTimer m_settle;
     Snapshot m_snapshot;
+    bool m_isListing = false;
     bool m_isOutdated = false;
 };

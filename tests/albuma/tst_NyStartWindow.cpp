@@ -598,10 +598,13 @@ void tst_NyStartWindow::emptyWithoutPictures()
     auto &settings = NyQuilloServiceSettings::instance();
     const QString before = settings.searchHomeFolder();
     settings.setSearchHomeFolder(u"/nirgends/Fotos"_s);
+    // As the preferences do; what is not stored gives way to the file when the window gets active.
+    settings.saveSettings();
     QVERIFY(start());
     QCOMPARE(emptyTitle(), u"Der Ordner mit Ihren Fotos ist nicht da"_s);
     QVERIFY(m_window->findChild<QLabel *>(u"emptyText"_s)->text().contains(u"/nirgends/Fotos"_s));
     settings.setSearchHomeFolder(before);
+    settings.saveSettings();
     QTest::mouseClick(m_window->findChild<QPushButton *>(u"emptyButton"_s), Qt::LeftButton);
     QTRY_COMPARE(emptyTitle(), u"Noch keine Vorschläge"_s);
 }
