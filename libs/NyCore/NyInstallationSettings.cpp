@@ -62,12 +62,16 @@ NyInstallationSettings::NyInstallationSettings()
     m_uninstallTimer.setSingleShot(true);
     m_uninstallTimer.setInterval(LongestUninstallMs);
     connect(&m_uninstallTimer, &QTimer::timeout, this, [this] { endUninstalling(Outcome::StillRunning); });
+    m_installTimer.setInterval(InstallPollMs);
+    connect(&m_installTimer, &QTimer::timeout, this, &NyInstallationSettings::lookForInstallation);
 }
 
 NyInstallationSettings::~NyInstallationSettings() = default;
 
 bool NyInstallationSettings::autoStartService() const
 {
+    if (m_installTimer.isActive())
+        return false;
     load(m_autoStartService);
     return m_autoStartService.value();
 }
@@ -76,8 +80,7 @@ void NyInstallationSettings::setAutoStartService(bool value, bool alreadyInEffec
 {
     if (m_uninstalling && !m_uninstalling->waitForFinished(LongestUninstallMs))
         endUninstalling(Outcome::StillRunning);
-    if (!value)
-        waitForInstallation();
+    m_installTimer.stop();
     const NySettingsLock lock;
     load(m_autoStartService);
     m_autoStartService.setValue(value);
@@ -87,7 +90,7 @@ void NyInstallationSettings::setAutoStartService(bool value, bool alreadyInEffec
 
 void NyInstallationSettings::applyAutoStartServiceSetting()
 {
-    if (!m_applyPending || m_uninstalling)
+    if (!m_applyPending || isApplying())
         return;
     const QString program = executablePath(NyProgramID::QuilloService);
     if (!isExecutableFile(program)) {
@@ -95,6 +98,8 @@ void NyInstallationSettings::applyAutoStartServiceSetting()
         Q_EMIT autoStartServiceSettingApplied(Outcome::ProgramMissing);
     } else if (autoStartService()) {
         install(program);
+    } else if (isInstalling()) {
+        awaitInstallation(program);
     } else {
         uninstall(program);
     }
@@ -102,7 +107,7 @@ void NyInstallationSettings::applyAutoStartServiceSetting()
 
 bool NyInstallationSettings::isApplying() const
 {
-    return !m_uninstalling.isNull();
+    return m_installTimer.isActive() || !m_uninstalling.isNull();
 }
 
 void NyInstallationSettings::install(const QString &program)
@@ -113,19 +118,41 @@ void NyInstallationSettings::install(const QString &program)
     Q_EMIT autoStartServiceSettingApplied(m_applyPending ? Outcome::ProgramFailed : Outcome::Applied);
 }
 
-void NyInstallationSettings::waitForInstallation()
+bool NyInstallationSettings::isInstalling() const
 {
-    if (m_installing == 0)
-        return;
-    const QDeadlineTimer patience(LongestInstallMs);
-    while (runningService() != m_installing && !hasEnded(m_installing)) {
-        if (patience.hasExpired()) {
-            qWarning() << "program does not come to install:" << m_installing;
-            break;
-        }
-        QThread::msleep(InstallPollMs);
+    return m_installing != 0 && runningService() != m_installing && !hasEnded(m_installing);
+}
+
+void NyInstallationSettings::awaitInstallation(const QString &program)
+{
+    m_applyPending = false;
+    m_uninstaller = program;
+    m_patience.setRemainingTime(LongestInstallMs);
+    // The wish must not get lost when the program ends meanwhile; nobody sees any more then that it waits.
+    connect(
+        QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &NyInstallationSettings::endInstallation, Qt::UniqueConnection);
+    m_installTimer.start();
+}
+
+void NyInstallationSettings::lookForInstallation()
+{
+    if (isInstalling()) {
+        if (!m_patience.hasExpired())
+            return;
+        qWarning() << "program does not come to install:" << m_installing;
     }
     m_installing = 0;
+    // Among what the installation has done is to store that it is on.
+    setAutoStartService(false, true);
+    uninstall(m_uninstaller);
+}
+
+void NyInstallationSettings::endInstallation()
+{
+    while (m_installTimer.isActive()) {
+        lookForInstallation();
+        QThread::msleep(InstallPollMs);
+    }
 }
 
 void NyInstallationSettings::uninstall(const QString &program)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QPointer>
 #include <QtCore/QString>
 #include <QtCore/QTimer>
@@ -33,25 +34,28 @@ public:
     NyInstallationSettings();
     ~NyInstallationSettings() override;
 
-    /** Read from the store on each call, since several programs write it. Off unless the user switched it on. */
+    /**
+     * Read from the store on each call, since several programs write it. Off unless the user switched it on, and while switching off
+     * waits for an installation, whatever that one stores.
+     */
     bool autoStartService() const;
 
     /**
      * Stores the wish. @p alreadyInEffect: the caller has put the autostart entry in order itself, so nothing is left to apply.
-     * Waits first until an uninstallation that is under way has ended, and to switch off until one that this object has started to
-     * install has done so, since either would undo the wish; 3 s at most for the one, 5 s for the other.
+     * Waits first, 3 s at most, until an uninstallation that is under way has ended, since it would undo the wish.
      */
     void setAutoStartService(bool value, bool alreadyInEffect);
 
     /**
      * Makes a wish that is not in effect yet take effect, by running the service's executable: to install it starts detached and
-     * stays as the running service; to uninstall it runs beside this program. Does nothing when no wish is pending.
+     * stays as the running service; to uninstall it runs beside this program, once a service that this object has started to install
+     * has done so, since that would undo the wish; after 5 s in any case. Does nothing when no wish is pending.
      * autoStartServiceSettingApplied() tells how it went, to install before this returns; a failure is also a warning and
      * leaves the wish pending.
      */
     void applyAutoStartServiceSetting();
 
-    /** Whether an uninstallation is under way, so that its outcome is still to come. */
+    /** Whether an uninstallation is under way or waits for an installation, so that its outcome is still to come. */
     bool isApplying() const;
 
     /**
@@ -67,7 +71,10 @@ private:
     void install(const QString &program);
     void uninstall(const QString &program);
     void endUninstalling(Outcome outcome);
-    void waitForInstallation();
+    bool isInstalling() const;
+    void awaitInstallation(const QString &program);
+    void lookForInstallation();
+    void endInstallation();
 
     mutable NyConfigItem<bool> m_autoStartService;
     mutable NyConfigItem<QString> m_mainProgramPath;
@@ -75,6 +82,10 @@ private:
     bool m_applyPending = false;
     /** The process that was started last to install; 0 when it is known to have come through. */
     qint64 m_installing = 0;
+    /** Active while switching off waits for m_installing. */
+    QTimer m_installTimer;
+    QDeadlineTimer m_patience;
+    QString m_uninstaller;
     // Has no owner: to delete it would kill the program.
     QPointer<QProcess> m_uninstalling;
     QTimer m_uninstallTimer;

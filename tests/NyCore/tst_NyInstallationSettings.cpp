@@ -79,6 +79,8 @@ private Q_SLOTS:
     void switchingOffWaitsForTheInstallation_data();
     void switchingOffWaitsForTheInstallation();
     void switchingOffDoesNotWaitForever();
+    void switchingOnAgainEndsTheWait();
+    void quittingDoesNotLoseTheWish();
     void slowUninstallingIsLeftToItself();
     void theNextWishDoesNotWaitForever();
     void failedUninstallingLeavesTheWishPending_data();
@@ -238,10 +240,11 @@ void tst_NyInstallationSettings::switchingOffWaitsForTheInstallation()
     const QByteArray store = NyDirectoryConfig::instance().settingsFile().toUtf8();
     const QByteArray lockFile = NyDirectoryConfig::instance().serviceLockFile().toUtf8();
     QVERIFY(QDir().mkpath(QFileInfo(QString::fromUtf8(lockFile)).absolutePath()));
+    const QString go = m_folder->filePath(u"go"_s);
     // Like the service, it stores what it has done; to install it takes its time to come up.
     makeProgram(m_script,
-        "if [ \"$2\" = u ]; then sed -i s/=true/=false/ '" + store + "'; echo u >> '" + mark
-            + "'; exit 0; fi\nsleep 0.5\nsed -i s/=false/=true/ '" + store + "'\necho i $$ >> '" + mark + "'\n"
+        "if [ \"$2\" = u ]; then sed -i s/=true/=false/ '" + store + "'; echo u >> '" + mark + "'; exit 0; fi\nwhile [ ! -e '" + go.toUtf8()
+            + "' ]; do sleep 0.02; done\nsed -i s/=false/=true/ '" + store + "'\necho i $$ >> '" + mark + "'\n"
             + whenInstalled.replace("LOCK", lockFile));
     storeSettings(u"[common]\nautoStartService=false\nquilloServicePath=\"%1\"\n"_s.arg(m_script));
     NyInstallationSettings settings;
@@ -250,7 +253,16 @@ void tst_NyInstallationSettings::switchingOffWaitsForTheInstallation()
     settings.applyAutoStartServiceSetting();
     settings.setAutoStartService(false, false);
     settings.applyAutoStartServiceSetting();
-    QTRY_COMPARE(outcomes.all(), QList({Outcome::Applied, Outcome::Applied}));
+    // The caller goes on meanwhile, and the wish counts already.
+    QVERIFY(settings.isApplying());
+    QVERIFY(!QFile::exists(QString::fromUtf8(mark)));
+    makeProgram(go, "");
+    while (settings.isApplying()) {
+        QVERIFY(!settings.autoStartService());
+        QVERIFY(outcomes.all().size() == 1);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    QCOMPARE(outcomes.all(), QList({Outcome::Applied, Outcome::Applied}));
     const QList<QByteArray> said = contentOf(QString::fromUtf8(mark)).trimmed().split('\n');
     QCOMPARE(said.size(), 2);
     QVERIFY(said.first().startsWith("i "));
@@ -276,11 +288,54 @@ void tst_NyInstallationSettings::switchingOffDoesNotWaitForever()
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^program does not come to install: "_s));
     settings.setAutoStartService(false, false);
     settings.applyAutoStartServiceSetting();
-    QTRY_COMPARE(outcomes.all(), QList({Outcome::Applied, Outcome::Applied}));
+    QTRY_COMPARE_WITH_TIMEOUT(outcomes.all(), QList({Outcome::Applied, Outcome::Applied}), 10000);
     QVERIFY(contentOf(mark).startsWith("i\nu\n"));
     makeProgram(go, "");
     // Nobody's child, it must not outlive the folder.
     QTRY_VERIFY(contentOf(mark).contains("i ended\n"));
+}
+
+void tst_NyInstallationSettings::switchingOnAgainEndsTheWait()
+{
+    const QString mark = m_folder->filePath(u"mark"_s);
+    const QString go = m_folder->filePath(u"go"_s);
+    makeProgram(m_script, "echo \"$2\" >> '" + mark.toUtf8() + "'; while [ ! -e '" + go.toUtf8() + "' ]; do sleep 0.02; done");
+    storeSettings(u"[common]\nquilloServicePath=\"%1\"\n"_s.arg(m_script));
+    NyInstallationSettings settings;
+    const Outcomes outcomes(settings);
+    settings.setAutoStartService(true, false);
+    settings.applyAutoStartServiceSetting();
+    QTRY_COMPARE(contentOf(mark), "i\n"_ba);
+    settings.setAutoStartService(false, false);
+    settings.applyAutoStartServiceSetting();
+    QVERIFY(settings.isApplying());
+    settings.setAutoStartService(true, false);
+    QVERIFY(!settings.isApplying());
+    settings.applyAutoStartServiceSetting();
+    makeProgram(go, "");
+    QTRY_COMPARE(contentOf(mark), "i\ni\n"_ba);
+    QCOMPARE(outcomes.all(), QList({Outcome::Applied, Outcome::Applied}));
+    QTest::qWait(100);
+    QVERIFY(settings.autoStartService());
+    QCOMPARE(contentOf(mark), "i\ni\n"_ba);
+}
+
+void tst_NyInstallationSettings::quittingDoesNotLoseTheWish()
+{
+    const QByteArray mark = m_folder->filePath(u"mark"_s).toUtf8();
+    const QByteArray store = NyDirectoryConfig::instance().settingsFile().toUtf8();
+    makeProgram(m_script, "if [ \"$2\" = i ]; then sleep 0.5; sed -i s/=false/=true/ '" + store + "'; fi; echo \"$2\" >> '" + mark + "'");
+    storeSettings(u"[common]\nautoStartService=false\nquilloServicePath=\"%1\"\n"_s.arg(m_script));
+    NyInstallationSettings settings;
+    settings.setAutoStartService(true, false);
+    settings.applyAutoStartServiceSetting();
+    settings.setAutoStartService(false, false);
+    settings.applyAutoStartServiceSetting();
+    QVERIFY(settings.isApplying());
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+    QCoreApplication::exec();
+    QVERIFY(!settings.autoStartService());
+    QTRY_COMPARE(contentOf(QString::fromUtf8(mark)), "i\nu\n"_ba);
 }
 
 void tst_NyInstallationSettings::slowUninstallingIsLeftToItself()
