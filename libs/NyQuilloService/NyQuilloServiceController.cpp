@@ -526,9 +526,10 @@ NyProposalDeletion NyQuilloServiceController::askAndDeleteProposal(const QString
     const QString headline = NyJsonParser::loadDocument(description).object().value(QLatin1String("headline")).toString();
     if (!NyRequestQuilloService::instance().askDeleteBookProposal(headline))
         return NyProposalDeletion::Declined;
-    return NyFileHandler::deleteFiles(folder.entryInfoList({name + QLatin1Char('*')}, QDir::NoFilter, QDir::NoSort))
-        ? NyProposalDeletion::Complete
-        : NyProposalDeletion::Incomplete;
+    // A name filter would take signs of the name for a pattern, and letters of either case for the same.
+    QFileInfoList files = folder.entryInfoList(QDir::NoFilter, QDir::NoSort);
+    files.removeIf([&name](const QFileInfo &file) { return !file.fileName().startsWith(name); });
+    return NyFileHandler::deleteFiles(files) ? NyProposalDeletion::Complete : NyProposalDeletion::Incomplete;
 }
 
 // Messages between processes

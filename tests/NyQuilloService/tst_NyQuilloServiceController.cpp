@@ -78,6 +78,8 @@ private Q_SLOTS:
     void rescheduledToastIsDue();
     void deletion_data();
     void deletion();
+    void deletionOfANameLikeAPattern_data();
+    void deletionOfANameLikeAPattern();
     void deletionSaysHowItEnded();
     void deletionOfNothing();
 
@@ -641,6 +643,38 @@ void tst_NyQuilloServiceController::deletion()
     NyQuilloServiceController::deleteProposal(id);
     QCOMPARE(asked, question);
     QCOMPARE(QDir(proposals()).entryList(QDir::Files), yes ? QStringList{QStringLiteral("Buch2.nqp")} : before);
+}
+
+void tst_NyQuilloServiceController::deletionOfANameLikeAPattern_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("neighbour");
+    QTest::newRow("set of signs") << QStringLiteral("Wien [2024].nqp") << QStringLiteral("Wien 2.nqp");
+    QTest::newRow("one sign") << QStringLiteral("Wohin?.nqp") << QStringLiteral("Wohin1.nqp");
+    QTest::newRow("any signs") << QStringLiteral("Wien*.nqp") << QStringLiteral("Wien und Linz.nqp");
+    QTest::newRow("bracket") << QStringLiteral("Wien [.nqp") << QStringLiteral("Wien x.nqp");
+    QTest::newRow("other case") << QStringLiteral("Wien.nqp") << QStringLiteral("wien.nqp");
+}
+
+void tst_NyQuilloServiceController::deletionOfANameLikeAPattern()
+{
+    QFETCH(QString, id);
+    QFETCH(QString, neighbour);
+    for (const QString &name : {id, id + QStringLiteral(".png"), id + QStringLiteral("x"), neighbour})
+        QVERIFY(writeFile(proposals() + name, "book"));
+    QTimer answer;
+    connect(&answer, &QTimer::timeout, this, [] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            const QList<QAbstractButton *> buttons = box->buttons();
+            for (QAbstractButton *button : buttons) {
+                if (box->buttonRole(button) == QMessageBox::YesRole)
+                    button->click();
+            }
+        }
+    });
+    answer.start(10);
+    QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(id), NyProposalDeletion::Complete);
+    QCOMPARE(QDir(proposals()).entryList(QDir::Files), QStringList(neighbour));
 }
 
 void tst_NyQuilloServiceController::deletionSaysHowItEnded()
