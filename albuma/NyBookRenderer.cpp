@@ -14,7 +14,10 @@ namespace
 using namespace Qt::Literals::StringLiterals;
 
 constexpr double MM_PER_POINT = 25.4 / 72.0;
-constexpr double SMALLEST_FONT_SHARE = 0.45;
+/** A word that is still too wide at this share of its size, or at these points, is broken rather than made smaller. */
+constexpr double SMALLEST_UNBROKEN_SHARE = 0.45;
+constexpr double SMALLEST_UNBROKEN_PT = 9;
+constexpr double SMALLEST_FONT_PT = 7;
 /** White frame around the cover's photo. */
 constexpr double COVER_FRAME_MM = 2.2;
 /** The frame and the shadow around it. */
@@ -154,12 +157,21 @@ NyBookRenderer::FittedText NyBookRenderer::fitted(const NyBookText &text, const 
     const int vertical = text.role == NyBookText::Role::Title ? Qt::AlignVCenter : Qt::AlignTop;
     result.flags = int(text.alignment) | vertical | Qt::TextWordWrap;
     const double wanted = text.fontSizePt * MM_PER_POINT * unitsPerMm;
-    double size = wanted;
+    const double unitsPerPoint = MM_PER_POINT * unitsPerMm;
+    const double smallestUnbroken = std::max(wanted * SMALLEST_UNBROKEN_SHARE, SMALLEST_UNBROKEN_PT * unitsPerPoint);
+    const double smallest = std::min(wanted, SMALLEST_FONT_PT * unitsPerPoint);
     // Hinted glyph widths do not shrink evenly, so the fitting size is found by trying.
-    for (; size > wanted * SMALLEST_FONT_SHARE; size *= 0.94) {
+    for (double size = wanted; size > 0 && size >= smallest; size *= 0.94) {
         result.font.setPixelSize(std::max(1, int(std::lround(size))));
-        result.words = QFontMetricsF(result.font).boundingRect(rect, result.flags, text.text);
-        if (result.words.height() <= rect.height() * 1.02 && result.words.width() <= rect.width() * 1.001)
+        const QFontMetricsF metrics(result.font);
+        result.words = metrics.boundingRect(rect, result.flags, text.text);
+        bool isTooWide = result.words.width() > rect.width() * 1.001;
+        if (isTooWide && size < smallestUnbroken) {
+            result.flags = (result.flags & ~Qt::TextWordWrap) | Qt::TextWrapAnywhere;
+            result.words = metrics.boundingRect(rect, result.flags, text.text);
+            isTooWide = result.words.width() > rect.width() * 1.001;
+        }
+        if (result.words.height() <= rect.height() * 1.02 && !isTooWide)
             break;
     }
     return result;

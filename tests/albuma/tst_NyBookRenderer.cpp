@@ -145,6 +145,11 @@ void tst_NyBookRenderer::textIsDrawnInsideItsRectangle_data()
     QTest::newRow("short") << u"Toskana"_s;
     QTest::newRow("long") << u"Eine sehr lange Reise mit der ganzen Familie durch die Toskana und weiter nach Rom"_s;
     QTest::newRow("one long word") << u"Donaudampfschifffahrtsgesellschaftskapitänsausflug"_s;
+    // Nobody's title is longer.
+    QTest::newRow("as long as can be")
+        << u"Sommerurlaub an der Ostsee mit Oma Helga, Opa Karl-Heinz und dem Hund Balduin, "_s.repeated(3).left(200);
+    QTest::newRow("wide letters") << u"WWWWWWW MMMMMMMM "_s.repeated(12).left(200);
+    QTest::newRow("one word as long as can be") << u"Donaudampfschifffahrtsgesellschaft"_s.repeated(6).left(200);
     QTest::newRow("markup and percent") << u"<b>100%</b> %1 & \"mehr\""_s;
     QTest::newRow("other scripts") << u"東京 – Αθήνα – Москва"_s;
 }
@@ -172,6 +177,10 @@ void tst_NyBookRenderer::textIsDrawnInsideItsRectangle()
     }
     QVERIFY(inside > 100);
     QCOMPARE(outside, 0);
+    // Nothing is cut off either: what does not fit is painted, but outside.
+    const QRectF rect(80, 200, 400, 48);
+    const QRectF words = NyBookRenderer(testStyle(), {}).wordsRect(title, rect, 2);
+    QVERIFY2(rect.adjusted(-1, -1, 1, 1).contains(words), qPrintable(QDebug::toString(words)));
 }
 
 void tst_NyBookRenderer::asksOnlyForWhatTheClipShows()
