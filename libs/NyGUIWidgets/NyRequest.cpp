@@ -7,6 +7,32 @@
 #include <QPointer>
 #include <QPushButton>
 
+namespace
+{
+/** Some lines: with more, the buttons would leave the screen. */
+constexpr qsizetype LONGEST_QUESTION = 400;
+
+bool turnsDirection(QChar c)
+{
+    return (c >= QChar(0x202a) && c <= QChar(0x202e)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
+}
+
+/** Without the signs by which a name in it could turn round what follows, and shortened in its middle: its end is what is asked. */
+QString shownQuestion(QString question)
+{
+    question.removeIf(turnsDirection);
+    if (question.size() <= LONGEST_QUESTION)
+        return question;
+    QString beginning = question.left(LONGEST_QUESTION / 2);
+    if (beginning.back().isHighSurrogate())
+        beginning.chop(1);
+    QString end = question.right(LONGEST_QUESTION / 2 - 1);
+    if (end.front().isLowSurrogate())
+        end.remove(0, 1);
+    return beginning + QChar(u'…') + end;
+}
+}
+
 NyRequest::NyRequest(QObject *parent)
     : QObject(parent)
 {
@@ -28,7 +54,7 @@ bool NyRequest::yesNoQuestion(const QString &title, const QString &question, con
     }
     // The window above may be closed, and take the box with it, while the box has the event loop.
     const QPointer<QMessageBox> box
-        = new QMessageBox(QMessageBox::Question, title, question, QMessageBox::NoButton, QApplication::activeWindow());
+        = new QMessageBox(QMessageBox::Question, title, shownQuestion(question), QMessageBox::NoButton, QApplication::activeWindow());
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(informativeText);
     QPushButton *yes = box->addButton(yesLabel.isEmpty() ? tr("&Ja") : yesLabel, QMessageBox::YesRole);

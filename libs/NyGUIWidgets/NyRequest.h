@@ -23,7 +23,8 @@ public:
     /**
      * Asks a question that is answered with yes or no.
      *
-     * All texts are shown as they stand, never as markup. `informativeText` stands below the question, in smaller type. The
+     * All texts are shown as they stand, never as markup; a question that the screen could not hold is shortened in its middle, and
+     * signs in it that turn the direction of writing are left out. `informativeText` stands below the question, in smaller type. The
      * button that the Enter key presses is the one for yes if `yesIsDefault`, otherwise the one for no. Empty labels
      * mean "Ja" and "Nein". Closing the window, and a process that cannot show windows, mean no.
      */

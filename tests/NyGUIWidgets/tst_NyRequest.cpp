@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 
@@ -66,6 +68,8 @@ private Q_SLOTS:
     void enterPressesTheDefault();
     void closingMeansNo();
     void textsStandAsTheyAre();
+    void aNameInTheQuestion_data();
+    void aNameInTheQuestion();
     void ownLabels();
     void windowAboveIsClosedMeanwhile();
     void warnings();
@@ -134,6 +138,36 @@ void tst_NyRequest::textsStandAsTheyAre()
         box->close();
     });
     request.yesNoQuestion(NyRequest::attentionString(), question, QStringLiteral("<i>Mehr</i>"), false, QString(), QString());
+    QCOMPARE(answer.questions(), 1);
+}
+
+void tst_NyRequest::aNameInTheQuestion_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("short") << QStringLiteral("Wien");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("many words") << QStringLiteral("Wort ").repeated(20000);
+    QTest::newRow("one word") << QStringLiteral("W").repeated(20000);
+    QTest::newRow("pairs of surrogates") << QStringLiteral("\U0001F382").repeated(20000);
+    QTest::newRow("pairs of surrogates, one off") << QStringLiteral("x") + QStringLiteral("\U0001F382").repeated(20000);
+    QTest::newRow("from right to left") << QStringLiteral("gpj.\u202egnp");
+    QTest::newRow("in a direction of its own") << QStringLiteral("gpj.\u2067gnp");
+}
+
+void tst_NyRequest::aNameInTheQuestion()
+{
+    QFETCH(QString, name);
+    const NyRequest request;
+    const Answer answer([](QMessageBox *box) {
+        const auto closing = qScopeGuard([box] { box->close(); });
+        const QString text = box->text();
+        QVERIFY2(text.startsWith(QStringLiteral("Soll „")), qPrintable(text));
+        QVERIFY2(text.endsWith(QStringLiteral("“ weg?")), qPrintable(text));
+        QVERIFY(text.isValidUtf16());
+        QVERIFY(!text.contains(QChar(0x202e)) && !text.contains(QChar(0x2067)));
+        QVERIFY2(box->screen()->availableGeometry().contains(QRect(QPoint(0, 0), box->size())), qPrintable(QString::number(box->height())));
+    });
+    request.yesNoQuestion(QString(), QStringLiteral("Soll „%1“ weg?").arg(name), QString(), false, QString(), QString());
     QCOMPARE(answer.questions(), 1);
 }
 
