@@ -13,6 +13,7 @@
 #include <QScrollArea>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <NyDirectoryConfig.h>
 #include <NyFotoSettings.h>
@@ -63,7 +64,6 @@ NyPreferencesWindow::NyPreferencesWindow(QWidget *parent)
     contentLayout->setContentsMargins(0, 0, 0, 0);
     addItem(new NyPreferencesQuilloServiceInstallation(m_content), contentLayout);
     contentLayout->addStretch();
-    m_area->setWidget(m_content);
     layout->addWidget(m_area, 1);
 
     m_busyLabel = new QLabel(tr("Der Hintergrunddienst wird beendet …"), this);
@@ -94,6 +94,8 @@ NyPreferencesWindow::NyPreferencesWindow(QWidget *parent)
     NyQuilloServiceSettings::instance().loadSettings();
     for (NyPreferencesBox *item : std::as_const(m_items))
         item->readFromConfig();
+    // Not before, since it takes the items' size for the one that they keep.
+    m_area->setWidget(m_content);
     m_photoFolderBox = findChild<NyFotoStartDirSelectionBox *>();
     connect(m_photoFolderBox, &NyFotoStartDirSelectionBox::folderChanged, this, &NyPreferencesWindow::pointOutUnreadableFolder);
     pointOutUnreadableFolder();
@@ -255,8 +257,16 @@ void NyPreferencesWindow::setBusy(bool busy)
         m_lastFocus->setFocus();
 }
 
+void NyPreferencesWindow::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    windowHandle()->installEventFilter(this);
+}
+
 bool NyPreferencesWindow::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == windowHandle() && event->type() == QEvent::Expose)
+        QMetaObject::invokeMethod(this, &NyPreferencesWindow::growToContent, Qt::QueuedConnection);
     if (watched == m_content && event->type() == QEvent::LayoutRequest)
         QMetaObject::invokeMethod(this, &NyPreferencesWindow::growToContent, Qt::QueuedConnection);
     return QDialog::eventFilter(watched, event);
@@ -264,7 +274,8 @@ bool NyPreferencesWindow::eventFilter(QObject *watched, QEvent *event)
 
 void NyPreferencesWindow::growToContent()
 {
-    if (!isVisible())
+    // While the window manager gives the window its place, a new size would bring it back to where it was.
+    if (!isVisible() || !windowHandle()->isExposed())
         return;
     layout()->activate();
     const int missing = m_content->minimumSizeHint().height() - m_area->viewport()->height();

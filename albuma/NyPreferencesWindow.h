@@ -39,6 +39,7 @@ public:
     QString problem() const;
 
 protected:
+    void showEvent(QShowEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -8,12 +8,15 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWindow>
 
 #include <NyDirectoryConfig.h>
 #include <NyFotoSettings.h>
+#include <NyFotoStartDirSelectionBox.h>
 #include <NyInstallationSettings.h>
 #include <NyPreferencesQuilloServiceInstallation.h>
 #include <NyProgramConfig.h>
@@ -107,6 +110,9 @@ private Q_SLOTS:
     void anUnreadableFolder();
     void anUnpluggedFolderDoesNotKeepTheWindowOpen();
     void staysWhereItWas();
+    void comesInItsSize_data();
+    void comesInItsSize();
+    void growsWhenItCanBeSeen();
     void reachedFromTheStartWindow();
 
 private:
@@ -566,6 +572,51 @@ void tst_NyPreferencesWindow::staysWhereItWas()
     Shown shown;
     QVERIFY(shown.isComplete());
     QCOMPARE(shown.window.size(), size);
+}
+
+void tst_NyPreferencesWindow::comesInItsSize_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("there") << QDir::homePath();
+    QTest::newRow("missing") << QDir::homePath() + u"/Nirgends"_s;
+}
+
+void tst_NyPreferencesWindow::comesInItsSize()
+{
+    QFETCH(QString, folder);
+    const FakeService service;
+    QVERIFY(service.storeSettings(true));
+    serviceSettings().setSearchHomeFolder(folder);
+    serviceSettings().saveSettings();
+    NyPreferencesWindow window;
+    window.show();
+    const QSize size = window.size();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCoreApplication::processEvents();
+    QCOMPARE(window.size(), size);
+}
+
+void tst_NyPreferencesWindow::growsWhenItCanBeSeen()
+{
+    const FakeService service;
+    QVERIFY(service.storeSettings(true));
+    serviceSettings().setSearchHomeFolder(QDir::homePath());
+    serviceSettings().saveSettings();
+    NyPreferencesWindow window;
+    const auto *area = window.findChild<QScrollArea *>();
+    auto *box = window.findChild<NyFotoStartDirSelectionBox *>();
+    QVERIFY(area && box);
+    window.show();
+    const QSize size = window.size();
+    box->setup(QDir::homePath() + u"/Nirgends"_s, false, false);
+    // From one layout up to the next takes a round each.
+    for (int round = 0; round < 5; ++round)
+        QCoreApplication::sendPostedEvents();
+    QVERIFY(!window.windowHandle()->isExposed());
+    QCOMPARE(window.size(), size);
+    QTRY_VERIFY(window.height() > size.height());
+    QVERIFY(window.windowHandle()->isExposed());
+    QVERIFY(area->viewport()->height() >= area->widget()->minimumSizeHint().height());
 }
 
 void tst_NyPreferencesWindow::reachedFromTheStartWindow()
