@@ -179,6 +179,11 @@ void NyBookDocument::finishReplacement(int id, const QSize &sizePx)
         push(tr("Foto ersetzen"), NyBookEditor::withPhoto(m_project, replacement.place, replacement.newUrl, sizePx));
 }
 
+void NyBookDocument::restore(const NyBookProject &edited)
+{
+    push(tr("Änderungen wiederherstellen"), edited);
+}
+
 void NyBookDocument::save(Overwrite overwrite)
 {
     enqueue({isSaving() ? m_saves.constLast().path : m_path, overwrite});

@@ -77,6 +77,9 @@ public:
      */
     void replacePhoto(NyBookPlace place, const QUrl &url);
 
+    /** The book with edits that an earlier document of it did not save. */
+    void restore(const NyBookProject &edited);
+
     /**
      * Writes the book and then brings the companions of a proposal up to date; what goes wrong with those is only logged, and tried
      * again by the next save. During a save the next one waits its turn, unless it asks for what is done already.

@@ -30,6 +30,7 @@
 #include "NyBookDocument.h"
 #include "NyBookEditor.h"
 #include "NyBookPdfExport.h"
+#include "NyBookRecovery.h"
 #include "NyBookWordsEdit.h"
 #include "NyMessageBar.h"
 #include "NySpreadView.h"
@@ -129,6 +130,7 @@ QString fileName(const QString &title)
 
 NyBookWindow::NyBookWindow(std::unique_ptr<NyBookDocument> document, const NyDesignStyle &style, NyLoadWarnings warnings)
     : m_document(std::move(document))
+    , m_recovery(std::make_unique<NyBookRecovery>(*m_document))
     , m_style(style)
 {
     setWindowIcon(NyWindowParts::icon(u"ico_albuma"_s));
@@ -151,6 +153,7 @@ NyBookWindow::NyBookWindow(std::unique_ptr<NyBookDocument> document, const NyDes
 NyBookWindow::~NyBookWindow()
 {
     // Neither the document's last signals nor those of the lines above the book reach a window that is half gone.
+    m_recovery->disconnect(this);
     m_document->disconnect(this);
     m_document->undoStack()->disconnect(this);
     m_words->disconnect(this);
@@ -342,6 +345,10 @@ void NyBookWindow::connectDocument()
         showError(error);
     });
     connect(m_document.get(), &NyBookDocument::saveConflict, this, &NyBookWindow::askAboutConflict);
+    connect(m_recovery.get(), &NyBookRecovery::restored, this, [this](const QDateTime &lastEdit) {
+        addHint(tr("Ihre Änderungen vom %1, die nicht gespeichert worden waren, sind wieder da. „Rückgängig“ nimmt sie zurück.")
+                    .arg(NyTranslation::locale().toString(lastEdit, QLocale::ShortFormat)));
+    });
 }
 
 void NyBookWindow::showBook()
@@ -398,12 +405,17 @@ void NyBookWindow::lookForMissingPhotos()
         if (names.isEmpty())
             return;
         const QString listed = names.mid(0, SHOWN_MISSING_NAMES).join(u", "_s);
-        m_message->setMessage(NyMessageBar::Kind::Hint,
-            names.size() <= SHOWN_MISSING_NAMES
+        addHint(names.size() <= SHOWN_MISSING_NAMES
                 ? tr("In diesem Buch fehlen Fotos: %1").arg(listed)
                 : tr("In diesem Buch fehlen %1 Fotos: %2 und weitere").arg(QString::number(names.size()), listed));
     });
     watcher->setFuture(QtConcurrent::run(missingPhotos, m_document->project().photoUrls()));
+}
+
+void NyBookWindow::addHint(const QString &text)
+{
+    m_hint += m_hint.isEmpty() ? text : u'\n' + text;
+    m_message->setMessage(NyMessageBar::Kind::Hint, m_hint);
 }
 
 void NyBookWindow::showMenu(NyBookPlace, const QPoint &globalPosition)
@@ -479,6 +491,7 @@ void NyBookWindow::leave(std::function<void()> then)
             m_afterSave = leaving;
             save();
         } else if (button == discarding) {
+            m_recovery->discard();
             leaving();
         }
     });

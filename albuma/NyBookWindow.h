@@ -20,6 +20,7 @@ class QPushButton;
 class QToolButton;
 class NyBookDocument;
 class NyBookPdfExport;
+class NyBookRecovery;
 class NyBookWordsEdit;
 class NyMessageBar;
 class NySpreadView;
@@ -85,6 +86,7 @@ private:
     void updateActions();
     void updateTitle();
     void lookForMissingPhotos();
+    void addHint(const QString &text);
     void showMenu(NyBookPlace place, const QPoint &globalPosition);
     void showHelp();
 
@@ -100,6 +102,7 @@ private:
     QString proposedPdfPath() const;
 
     std::unique_ptr<NyBookDocument> m_document;
+    std::unique_ptr<NyBookRecovery> m_recovery;
     NyDesignStyle m_style;
     std::unique_ptr<NyBookPdfExport> m_export;
     QPointer<QProgressDialog> m_progress;
@@ -110,6 +113,8 @@ private:
     /** What is to be done once the user has answered what becomes of the changes. */
     std::function<void()> m_afterQuestion;
     QString m_pdfFolder;
+    /** What there was to know at the opening of the book. */
+    QString m_hint;
     bool m_isLeaving = false;
 
     NyMessageBar *m_message = nullptr;

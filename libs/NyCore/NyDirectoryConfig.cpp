@@ -205,6 +205,11 @@ QString NyDirectoryConfig::modelsFolder() const
     return m_dataFolder + QStringLiteral("/models");
 }
 
+QString NyDirectoryConfig::recoveryFolder() const
+{
+    return m_dataFolder + QStringLiteral("/recovery");
+}
+
 QString NyDirectoryConfig::serviceLockFile() const
 {
     return m_dataFolder + QStringLiteral("/quilloservice.lock");

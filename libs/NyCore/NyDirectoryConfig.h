@@ -21,6 +21,8 @@ public:
     QString photoListDatabase() const;
     QString logFolder() const;
     QString modelsFolder() const;
+    /** Edits of open books that are not saved yet. Not created here. */
+    QString recoveryFolder() const;
     /** Held locked by the running service. */
     QString serviceLockFile() const;
 

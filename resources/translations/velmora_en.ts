@@ -175,6 +175,10 @@
         <source>Das Buch &quot;%1&quot; kann nicht gespeichert werden: %2</source>
         <translation>The book &quot;%1&quot; cannot be saved: %2</translation>
     </message>
+    <message>
+        <source>Änderungen wiederherstellen</source>
+        <translation>Restore changes</translation>
+    </message>
 </context>
 <context>
     <name>NyBookPdf</name>
@@ -777,6 +781,10 @@ in the meantime.</translation>
     <message>
         <source>&amp;Trotzdem schreiben</source>
         <translation>&amp;Write anyway</translation>
+    </message>
+    <message>
+        <source>Ihre Änderungen vom %1, die nicht gespeichert worden waren, sind wieder da. „Rückgängig“ nimmt sie zurück.</source>
+        <translation>Your changes of %1, which had not been saved, are there again. “Undo” takes them back.</translation>
     </message>
 </context>
 <context>

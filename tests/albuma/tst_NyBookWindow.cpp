@@ -79,6 +79,9 @@ private Q_SLOTS:
     void longPathFitsTheQuestion();
     void closingAsks_data();
     void closingAsks();
+    void answeredEditsDoNotComeBack_data();
+    void answeredEditsDoNotComeBack();
+    void unsavedEditsComeBack();
     void closingTwiceAsksOnce();
     void closingDuringASaveAsksNothing();
     void openingTheSameBookShowsWhatWasSaved();
@@ -109,6 +112,8 @@ private:
     QString write(const QString &name, const NyBookProject &project) const;
     /** Opens the book; true when its window is active. */
     bool open(const NyBookProject &project, NyLoadWarnings warnings = NyLoadWarnings::Suppress);
+    /** Ends the windows as they are, as at the end of a session, and opens the book anew. */
+    bool reopen(NyLoadWarnings warnings = NyLoadWarnings::Suppress);
     NyBookWindow *window() const { return m_windows->bookWindow(); }
     NyBookProject book() const { return window()->document()->project(); }
     NyBookProject stored(const QString &path) const { return NyBookProjectFile::load(QFileInfo(path)).project.value_or(NyBookProject()); }
@@ -185,6 +190,16 @@ QString tst_NyBookWindow::write(const QString &name, const NyBookProject &projec
 bool tst_NyBookWindow::open(const NyBookProject &project, NyLoadWarnings warnings)
 {
     m_path = write(u"buch.nqp"_s, project);
+    m_windows = std::make_unique<NyAlbumaWindows>(warnings);
+    m_windows->openProject(m_path);
+    return QTest::qWaitFor([this] { return window(); }) && QTest::qWaitForWindowActive(window());
+}
+
+bool tst_NyBookWindow::reopen(NyLoadWarnings warnings)
+{
+    m_windows.reset();
+    // What was taken away is only gone with the next round of the event loop.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     m_windows = std::make_unique<NyAlbumaWindows>(warnings);
     m_windows->openProject(m_path);
     return QTest::qWaitFor([this] { return window(); }) && QTest::qWaitForWindowActive(window());
@@ -764,6 +779,43 @@ void tst_NyBookWindow::closingAsks()
     QCOMPARE(stored(m_path).title, storedTitle);
     if (!isClosed)
         QCOMPARE(book().title, u"Rom"_s);
+}
+
+void tst_NyBookWindow::answeredEditsDoNotComeBack_data()
+{
+    closingAsks_data();
+}
+
+void tst_NyBookWindow::answeredEditsDoNotComeBack()
+{
+    QFETCH(QString, button);
+    QFETCH(bool, isClosed);
+    QFETCH(QString, storedTitle);
+    QVERIFY(open(project(1, m_photo)));
+    type(u"Rom"_s);
+    window()->close();
+    QVERIFY(answer(u"unsaved"_s, button));
+    QTRY_COMPARE(window() == nullptr, isClosed);
+    QVERIFY(reopen());
+    QTRY_COMPARE(book().title, isClosed ? storedTitle : u"Rom"_s);
+    QCOMPARE(window()->document()->isModified(), !isClosed);
+}
+
+void tst_NyBookWindow::unsavedEditsComeBack()
+{
+    QVERIFY(open(project(1, m_dir->filePath(u"fehlt.jpg"_s))));
+    type(u"Rom"_s);
+    QTest::keyClick(part<QLineEdit>(u"title"_s), Qt::Key_Return);
+    QCOMPARE(book().title, u"Rom"_s);
+    QVERIFY(reopen(NyLoadWarnings::Show));
+    QTRY_COMPARE(book().title, u"Rom"_s);
+    QVERIFY(window()->isWindowModified());
+    // Both are to be known, whichever was found out first.
+    QTRY_VERIFY(message().contains(u"sind wieder da"_s) && message().contains(u"fehlen Fotos: fehlt.jpg"_s));
+    QVERIFY(action(u"undo"_s)->text().contains(u"Änderungen wiederherstellen"_s));
+    action(u"undo"_s)->trigger();
+    QCOMPARE(book().title, u"Toskana & <b>Rom</b>"_s);
+    QVERIFY(!window()->isWindowModified());
 }
 
 void tst_NyBookWindow::closingTwiceAsksOnce()

@@ -17,7 +17,7 @@ using namespace TestSupport;
 
 /**
  * A proposal that the builder has made is made one's own, by clicks and keys on a display with a window manager: other title, one
- * photo less, one photo replaced, saved, exported. Pictures of all steps are kept.
+ * photo less, one photo replaced, saved, exported, and brought back after a crash. Pictures of all steps are kept.
  */
 class tst_BookEditing : public QObject
 {
@@ -56,6 +56,13 @@ private:
     }
     void start(const QStringList &arguments);
     NyBookProject stored() const { return NyBookProjectFile::load(QFileInfo(m_project)).project.value_or(NyBookProject()); }
+    /** Of the edits that are not saved; empty if there are none. */
+    static QString keptTitle()
+    {
+        const QFileInfoList files
+            = QDir(NyDirectoryConfig::instance().recoveryFolder()).entryInfoList({QStringLiteral("*.nqp")}, QDir::Files);
+        return files.isEmpty() ? QString() : NyBookProjectFile::load(files.constFirst()).project.value_or(NyBookProject()).title;
+    }
     static bool type(const QString &text)
     {
         return QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("5"), text})
@@ -210,6 +217,28 @@ void tst_BookEditing::fromTheProposalToThePdf()
     QVERIFY(m_program->waitForFinished(10000));
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(stored().title, QStringLiteral("Ostsee 2026"));
+
+    // What was not saved is there again, after a crash too, until it is undone.
+    start({m_project});
+    QVERIFY(m_user->waitFor(window(QStringLiteral("Nordsee"))));
+    QVERIFY(m_user->waitFor(text(QStringLiteral("sind wieder da"))));
+    QVERIFY(DesktopUser::key(QStringLiteral("F2")));
+    QVERIFY(type(QStringLiteral("Polarmeer")));
+    QVERIFY(DesktopUser::key(QStringLiteral("Return")));
+    QVERIFY(m_user->waitFor(window(QStringLiteral("Polarmeer"))));
+    QTRY_COMPARE_WITH_TIMEOUT(keptTitle(), QStringLiteral("Polarmeer"), 10000);
+    m_program->kill();
+    QVERIFY(m_program->waitForFinished(10000));
+    start({m_project});
+    QVERIFY(m_user->waitFor(window(QStringLiteral("Polarmeer"))));
+    QVERIFY(m_user->waitFor(text(QStringLiteral("sind wieder da"))));
+    m_user->look(QStringLiteral("restored"));
+    QVERIFY(DesktopUser::key(QStringLiteral("ctrl+z")));
+    QVERIFY(m_user->waitFor(window(QStringLiteral("Ostsee 2026"))));
+    QVERIFY(DesktopUser::key(QStringLiteral("ctrl+w")));
+    QVERIFY(m_program->waitForFinished(10000));
+    QCOMPARE(keptTitle(), QString());
     QCOMPARE(stored().title, QStringLiteral("Ostsee 2026"));
 
     // The start screen knows the new title.
