@@ -73,7 +73,7 @@ NyStartWindow::NyStartWindow(NyStartScreenSettings &settings)
     createMenus();
     NyWindowParts::addToolBar(this, {m_openBook, nullptr, m_open, m_delete, m_markAll}, Qt::ToolButtonTextBesideIcon);
     createContent();
-    if (!restoreGeometry(m_settings.geometry()))
+    if (!NyWindowParts::restoreGeometry(this, m_settings.geometry()))
         resize(FirstSize.boundedTo(screen()->availableSize() * 0.9));
 
     m_sorting.setSourceModel(&m_model);

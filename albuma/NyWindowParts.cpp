@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QToolBar>
 #include <QToolButton>
 #include <QUrl>
@@ -120,11 +121,24 @@ bool NyWindowParts::acceptWithoutMoving(QDropEvent *event)
     return false;
 }
 
+bool NyWindowParts::restoreGeometry(QWidget *window, const QByteArray &geometry)
+{
+    if (!window->restoreGeometry(geometry))
+        return false;
+    // Qt looks to the place only; the size may be of a desktop with one screen more.
+    const QRect room = window->screen()->availableVirtualGeometry();
+    if (window->size().boundedTo(room.size()) == window->size() || window->isMaximized() || window->isFullScreen())
+        return true;
+    window->resize(window->size().boundedTo(room.size() * 0.95));
+    window->move(room.center() - window->rect().center());
+    return true;
+}
+
 bool NyWindowParts::restoreGeometry(QWidget *window, const QString &key)
 {
     NyConfigItem<QString> item = geometryItem(key);
     NySettings().load(item);
-    return window->restoreGeometry(QByteArray::fromBase64(item.value().toLatin1()));
+    return restoreGeometry(window, QByteArray::fromBase64(item.value().toLatin1()));
 }
 
 void NyWindowParts::keepGeometry(const QWidget *window, const QString &key)

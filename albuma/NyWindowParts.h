@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <QByteArray>
 #include <QIcon>
 #include <QKeySequence>
 #include <QList>
@@ -37,6 +38,8 @@ QString draggedPhoto(const QMimeData *data);
 /** Accepts a drag or drop as one that leaves the file where it is; false, and ignored, if it offers none or a dialog has to be answered. */
 bool acceptWithoutMoving(QDropEvent *event);
 
+/** Gives @p window the place and size of QWidget::saveGeometry(), no larger than the desktop; false if it is none. */
+bool restoreGeometry(QWidget *window, const QByteArray &geometry);
 /** Gives @p window the place and size that keepGeometry() has stored under @p key; false if there is none. */
 bool restoreGeometry(QWidget *window, const QString &key);
 void keepGeometry(const QWidget *window, const QString &key);

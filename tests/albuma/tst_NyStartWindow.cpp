@@ -14,6 +14,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -135,6 +136,8 @@ private Q_SLOTS:
     void allReadInAnotherProcessIsSeen();
     void aFolderChosenInAnotherProcessIsSeen();
     void geometryIsKept();
+    void aWindowOfALargerDesktop_data();
+    void aWindowOfALargerDesktop();
     void theOrderIsKept();
     void aBookThatIsDropped();
     void closesWithTheKeyboard_data();
@@ -856,6 +859,26 @@ void tst_NyStartWindow::geometryIsKept()
     m_settings->setGeometry("nothing");
     QVERIFY(start());
     QVERIFY(m_window->width() > 300);
+}
+
+void tst_NyStartWindow::aWindowOfALargerDesktop_data()
+{
+    QTest::addColumn<QRect>("geometry");
+    QTest::newRow("too wide") << QRect(40, 50, 3000, 500);
+    QTest::newRow("too high") << QRect(40, 50, 700, 3000);
+    QTest::newRow("both") << QRect(-500, -500, 9000, 9000);
+    QTest::newRow("both, elsewhere") << QRect(90000, 90000, 9000, 9000);
+}
+
+void tst_NyStartWindow::aWindowOfALargerDesktop()
+{
+    QFETCH(QRect, geometry);
+    QWidget former;
+    former.setGeometry(geometry);
+    m_settings->setGeometry(former.saveGeometry());
+    QVERIFY(start());
+    const QRect room = m_window->screen()->availableVirtualGeometry();
+    QVERIFY(room.contains(m_window->geometry()));
 }
 
 void tst_NyStartWindow::theOrderIsKept()
