@@ -124,7 +124,8 @@ void NyProposalFolder::watch()
         if (!watched.contains(path) && !m_fileSystemWatcher.addPath(path))
             isWatched = false;
     }
-    if (isWatched)
+    // A folder that is not there may come where nobody watches: with a drive, at its place or behind a link.
+    if (isWatched && now.node != 0)
         m_poll.stop();
     else
         m_poll.start();

@@ -12,8 +12,8 @@
 /**
  * Keeps up with the proposal folder: lists it in the background, again whenever it changes, and brings each listing.
  *
- * Changes that come together make one listing. The folder may disappear and come back. Where the system refuses to watch, the
- * folder is looked at every few seconds. Lives on the GUI thread, on which no listing runs.
+ * Changes that come together make one listing. The folder may disappear and come back. While it is away, and where the system
+ * refuses to watch, it is looked for every few seconds. Lives on the GUI thread, on which no listing runs.
  */
 class NyProposalFolder : public QObject
 {

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void theFolderDisappearsAndReturns();
     void anotherFolderInItsPlace();
     void theFoldersAboveAreMissingToo();
+    void aLinkToADriveThatIsMissing();
     void canBeDestroyedWhileListing();
 };
 
@@ -217,6 +218,27 @@ void tst_NyProposalFolder::theFoldersAboveAreMissingToo()
     QVERIFY(QDir().mkpath(above));
     QVERIFY(writeProposal(u"a.nqp"_s, u"a"_s, 100));
     QTRY_COMPARE(lastCount(listed), 1);
+}
+
+void tst_NyProposalFolder::aLinkToADriveThatIsMissing()
+{
+    const QString path = QDir::cleanPath(ProposalFiles::folder());
+    const QString drive = QDir::homePath() + u"/Laufwerk"_s;
+    QVERIFY(QDir(path).removeRecursively());
+    QVERIFY(QFile::link(drive, path));
+    {
+        NyProposalFolder folder(noMarks());
+        const QSignalSpy listed(&folder, &NyProposalFolder::listed);
+        folder.refresh();
+        QTRY_COMPARE(listed.count(), 1);
+        QCOMPARE(lastState(listed), NyProposalListing::Folder::Missing);
+        QVERIFY(QDir().mkpath(drive));
+        QVERIFY(writeProposal(u"a.nqp"_s, u"a"_s, 100));
+        QTRY_COMPARE_WITH_TIMEOUT(lastCount(listed), 1, PatienceMs);
+        QVERIFY(QDir(drive).removeRecursively());
+        QTRY_COMPARE(lastState(listed), NyProposalListing::Folder::Missing);
+    }
+    QVERIFY(QFile::remove(path));
 }
 
 void tst_NyProposalFolder::canBeDestroyedWhileListing()
