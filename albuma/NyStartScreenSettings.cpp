@@ -67,6 +67,7 @@ void NyStartScreenSettings::addOpenedId(const QString &id)
 
 void NyStartScreenSettings::keepOpenedIds(const QSet<QString> &existing)
 {
+    reloadOpenedIds();
     setOpenedIds(openedIds() & existing);
 }
 

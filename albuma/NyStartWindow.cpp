@@ -299,7 +299,11 @@ void NyStartWindow::showListing(const NyProposalListing &listing)
         QSet<QString> existing;
         for (const NyProposal &proposal : listing.proposals)
             existing.insert(proposal.id);
+        const QSet<QString> opened = m_settings.openedIds();
         m_settings.keepOpenedIds(existing);
+        // What another window of the program has stored meanwhile is not in this listing.
+        if (!opened.contains(m_settings.openedIds()))
+            m_folder.refresh();
     }
     updateState();
     updateTexts();

@@ -133,6 +133,7 @@ private Q_SLOTS:
     void theSwitchFollowsOthers();
     void settingsThatCannotBeStored();
     void marksOfAnotherProcessAreSeen();
+    void marksOfAnotherProcessOutliveADeletion();
     void allReadInAnotherProcessIsSeen();
     void aFolderChosenInAnotherProcessIsSeen();
     void geometryIsKept();
@@ -800,6 +801,19 @@ void tst_NyStartWindow::marksOfAnotherProcessAreSeen()
     m_window->activateWindow();
     QTRY_COMPARE(m_window->model().unreadCount(), 0);
     QCOMPARE(m_window->windowTitle(), u"VELMORA ALBUMA"_s);
+}
+
+void tst_NyStartWindow::marksOfAnotherProcessOutliveADeletion()
+{
+    QVERIFY(writeProposal(u"a.nqp"_s, u"Ostsee"_s, 100));
+    QVERIFY(writeProposal(u"b.nqp"_s, u"Wien"_s, 200));
+    m_settings->addOpenedId(u"a.nqp"_s);
+    QVERIFY(start());
+    NyStartScreenSettings().addOpenedId(u"b.nqp"_s);
+    QVERIFY(QFile::remove(folder() + u"a.nqp"_s) && QFile::remove(folder() + u"a.nqp.json"_s));
+    QTRY_COMPARE(m_window->model().rowCount(), 1);
+    QCOMPARE(NyStartScreenSettings().openedIds(), QSet<QString>{u"b.nqp"_s});
+    QTRY_COMPARE(m_window->model().unreadCount(), 0);
 }
 
 void tst_NyStartWindow::allReadInAnotherProcessIsSeen()
