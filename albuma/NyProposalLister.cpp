@@ -19,6 +19,9 @@ namespace
 
 using namespace Qt::Literals::StringLiterals;
 
+/** Copying writes a preview in place; one that was changed more recently than this may not be all there. */
+constexpr qint64 LongestWriteMs = 5000;
+
 /** Control characters, and those that turn the direction of everything behind them. */
 bool breaksLines(QChar c)
 {
@@ -152,7 +155,10 @@ NyProposalListing NyProposalLister::list(const Request &request)
         listing.proposals.append(proposal);
         listing.isUnsettled = true;
     }
+    const qint64 settledMs = QDateTime::currentMSecsSinceEpoch() - LongestWriteMs;
     for (NyProposal &proposal : listing.proposals) {
+        if (proposal.previewStampMs > settledMs)
+            listing.isUnsettled = true;
         const auto project = projects.constFind(proposal.id);
         proposal.isUnread = project != projects.cend() && NyStartScreenRecommendationsInterface::isUnread(*project, request.lastView)
             && !request.openedIds.contains(proposal.id);

@@ -20,7 +20,7 @@ struct NyProposalListing
     bool arePicturesMissing = false;
     /** The newest first; without a date last. */
     QList<NyProposal> proposals;
-    /** Whether an entry lacks a part that a program may be writing at this moment. */
+    /** Whether an entry lacks a part, or has a preview, that a program may be writing at this moment. */
     bool isUnsettled = false;
 };
 Q_DECLARE_METATYPE(NyProposalListing)

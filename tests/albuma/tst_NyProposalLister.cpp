@@ -58,6 +58,8 @@ private Q_SLOTS:
     void unreadAsTheInterfaceCounts();
     void openedOnesAreRead();
     void previews();
+    void aPreviewThatMayBeIncomplete_data();
+    void aPreviewThatMayBeIncomplete();
     void missingPictures();
 };
 
@@ -320,6 +322,25 @@ void tst_NyProposalLister::previews()
     QCOMPARE(listing.proposals.at(0).previewFile, QString(folder() + u"a.nqp.png"_s));
     QVERIFY(listing.proposals.at(0).previewStampMs >= 0);
     QCOMPARE(listing.proposals.at(1).previewStampMs, -1);
+}
+
+void tst_NyProposalLister::aPreviewThatMayBeIncomplete_data()
+{
+    QTest::addColumn<int>("ageS");
+    QTest::addColumn<bool>("isUnsettled");
+    QTest::newRow("an hour old") << 3600 << false;
+    QTest::newRow("newer than the clock") << -3600 << true;
+}
+
+void tst_NyProposalLister::aPreviewThatMayBeIncomplete()
+{
+    QFETCH(int, ageS);
+    QVERIFY(writeProposal(u"a.nqp"_s, u"a"_s, 200));
+    QVERIFY(write(u"a.nqp.png"_s, "half a pre"));
+    QFile preview(folder() + u"a.nqp.png"_s);
+    QVERIFY(preview.open(QIODevice::ReadWrite));
+    QVERIFY(preview.setFileTime(QDateTime::currentDateTime().addSecs(-ageS), QFileDevice::FileModificationTime));
+    QTEST(NyProposalLister::list({}).isUnsettled, "isUnsettled");
 }
 
 void tst_NyProposalLister::missingPictures()
