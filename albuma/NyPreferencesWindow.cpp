@@ -168,7 +168,7 @@ void NyPreferencesWindow::finishSaving()
         problems.append(
             tr("Die Einstellungen konnten nicht gespeichert werden. Bitte prüfen Sie, ob der Ordner „%1“ beschreibbar und auf dem "
                "Datenträger noch Platz ist.")
-                .arg(QFileInfo(NyDirectoryConfig::instance().settingsFile()).absolutePath()));
+                .arg(NyWindowParts::shownPath(QFileInfo(NyDirectoryConfig::instance().settingsFile()).absolutePath(), *this)));
     }
     problems.append(serviceProblem());
     if (m_folderChanged)
@@ -182,7 +182,8 @@ void NyPreferencesWindow::finishSaving()
 QString NyPreferencesWindow::serviceProblem() const
 {
     const NyInstallationSettings &installation = NyInstallationSettings::instance();
-    const QString program = QDir::toNativeSeparators(installation.executablePath(NyProgramID::QuilloService));
+    const QString program
+        = NyWindowParts::shownPath(QDir::toNativeSeparators(installation.executablePath(NyProgramID::QuilloService)), *this);
     switch (m_outcome.value_or(Outcome::Applied)) {
     case Outcome::Applied:
         break;
@@ -197,14 +198,14 @@ QString NyPreferencesWindow::serviceProblem() const
     return QString();
 }
 
-QString NyPreferencesWindow::folderProblem(const QString &folder)
+QString NyPreferencesWindow::folderProblem(const QString &folder) const
 {
     const QUrl url(folder);
     const QString path = url.isLocalFile() ? url.toLocalFile() : folder;
     const QFileInfo info(path);
     if (path.isEmpty() || info.isRelative())
         return QString();
-    const QString shown = QDir::toNativeSeparators(path);
+    const QString shown = NyWindowParts::shownPath(QDir::toNativeSeparators(path), *this);
     if (!info.exists())
         return tr("Den Ordner „%1“ gibt es zurzeit nicht. Solange er fehlt, werden darin keine Fotos gefunden.").arg(shown);
     if (!info.isDir())

@@ -54,7 +54,7 @@ private:
     void passOnPicturesHome(const QString &former);
     QString serviceProblem() const;
     /** Why no photos will be found in the folder; empty if it can be read or is no folder of this machine. */
-    static QString folderProblem(const QString &folder);
+    QString folderProblem(const QString &folder) const;
 
     QList<NyPreferencesBox *> m_items;
     NyFotoStartDirSelectionBox *m_photoFolderBox = nullptr;

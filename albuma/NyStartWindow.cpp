@@ -349,18 +349,18 @@ void NyStartWindow::updateState()
             m_view->setFocus();
         return;
     }
-    const QString pictures = m_recommendations.getRecommendationsPath();
+    const QString pictures = NyWindowParts::shownPath(m_recommendations.getRecommendationsPath(), *this);
+    const QString proposals = NyWindowParts::shownPath(m_listing.folderPath, *this);
     NyEmptyState::Content content;
     switch (m_listing.folder) {
     case NyProposalListing::Folder::Missing:
         content = {u"ico_warning"_s, tr("Der Ordner mit den Vorschlägen ist nicht da"),
-            tr("Gesucht wird er unter\n%1\n\nSobald er wieder da ist, erscheinen die Vorschläge von selbst.").arg(m_listing.folderPath),
+            tr("Gesucht wird er unter\n%1\n\nSobald er wieder da ist, erscheinen die Vorschläge von selbst.").arg(proposals),
             tr("&Erneut versuchen")};
         break;
     case NyProposalListing::Folder::Unreadable:
         content = {u"ico_warning"_s, tr("Der Ordner mit den Vorschlägen kann nicht gelesen werden"),
-            tr("Für den Ordner\n%1\nfehlt Ihnen das Recht zum Lesen, oder er ist kein Ordner.").arg(m_listing.folderPath),
-            tr("&Erneut versuchen")};
+            tr("Für den Ordner\n%1\nfehlt Ihnen das Recht zum Lesen, oder er ist kein Ordner.").arg(proposals), tr("&Erneut versuchen")};
         break;
     case NyProposalListing::Folder::Readable:
         if (!m_isServiceOn) {

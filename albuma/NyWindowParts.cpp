@@ -121,6 +121,17 @@ bool NyWindowParts::acceptWithoutMoving(QDropEvent *event)
     return false;
 }
 
+QString NyWindowParts::shownPath(const QString &path, const QWidget &window)
+{
+    constexpr int widestPath = 1200;
+    constexpr int widestName = 300;
+    const QFontMetrics metrics = window.fontMetrics();
+    QStringList names = metrics.elidedText(path, Qt::ElideMiddle, widestPath).split(u'/');
+    for (QString &name : names)
+        name = metrics.elidedText(name, Qt::ElideMiddle, widestName);
+    return names.join(u'/');
+}
+
 bool NyWindowParts::restoreGeometry(QWidget *window, const QByteArray &geometry)
 {
     if (!window->restoreGeometry(geometry))

@@ -38,6 +38,9 @@ QString draggedPhoto(const QMimeData *data);
 /** Accepts a drag or drop as one that leaves the file where it is; false, and ignored, if it offers none or a dialog has to be answered. */
 bool acceptWithoutMoving(QDropEvent *event);
 
+/** A path for a label of @p window that wraps its text: no longer than some lines, and without names that fit into none. */
+QString shownPath(const QString &path, const QWidget &window);
+
 /** Gives @p window the place and size of QWidget::saveGeometry(), no larger than the desktop; false if it is none. */
 bool restoreGeometry(QWidget *window, const QByteArray &geometry);
 /** Gives @p window the place and size that keepGeometry() has stored under @p key; false if there is none. */

@@ -8,6 +8,8 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QScreen>
 #include <QScrollArea>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -107,6 +109,8 @@ private Q_SLOTS:
     void settingsThatCannotBeWritten();
     void foldersWithoutPhotos_data();
     void foldersWithoutPhotos();
+    void aFolderWithALongPath_data();
+    void aFolderWithALongPath();
     void anUnreadableFolder();
     void anUnpluggedFolderDoesNotKeepTheWindowOpen();
     void staysWhereItWas();
@@ -515,6 +519,36 @@ void tst_NyPreferencesWindow::foldersWithoutPhotos()
     QVERIFY(markerIsThere());
     shown.ok->click();
     QVERIFY(!shown.window.isVisible());
+}
+
+void tst_NyPreferencesWindow::aFolderWithALongPath_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("a long name") << QString(u"/nirgends/"_s + u"Sommerferien_"_s.repeated(15));
+    QTest::newRow("two long names") << QString(u"/nirgends/"_s + u"Sommerferien_"_s.repeated(15) + u'/' + u"W"_s.repeated(250));
+    QTest::newRow("many names") << u"/Sommerferien 2024"_s.repeated(200);
+    QTest::newRow("many short names") << u"/x"_s.repeated(2000);
+}
+
+void tst_NyPreferencesWindow::aFolderWithALongPath()
+{
+    QFETCH(QString, folder);
+    const FakeService service;
+    QVERIFY(service.storeSettings(true));
+    serviceSettings().saveSettings();
+    Shown shown;
+    QVERIFY(shown.isComplete());
+    shown.line->setText(folder);
+    shown.ok->click();
+    QVERIFY(shown.window.isVisible());
+    const auto *label = shown.window.findChild<QLabel *>(u"problem"_s);
+    QVERIFY(label && label->text().startsWith(u"Den Ordner „/"_s));
+    // All of it can be read, and the buttons below it reached.
+    const QStringList words = label->text().split(QRegularExpression(u"[ /]"_s));
+    for (const QString &word : words)
+        QVERIFY2(label->fontMetrics().horizontalAdvance(word) < label->contentsRect().width(), qPrintable(word));
+    QTRY_VERIFY(label->height() >= label->heightForWidth(label->width()));
+    QVERIFY(shown.window.height() <= shown.window.screen()->availableGeometry().height());
 }
 
 void tst_NyPreferencesWindow::anUnreadableFolder()

@@ -14,6 +14,8 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
@@ -122,6 +124,7 @@ private Q_SLOTS:
     void emptyAndOffOffersToSwitchOn();
     void emptyAndOnSaysWhatWillCome();
     void emptyWithoutPictures();
+    void emptyWithALongPath();
     void theFolderDisappears();
     void aFileInPlaceOfTheFolder();
     void newProposalsAppear();
@@ -611,6 +614,24 @@ void tst_NyStartWindow::emptyWithoutPictures()
     settings.saveSettings();
     QTest::mouseClick(m_window->findChild<QPushButton *>(u"emptyButton"_s), Qt::LeftButton);
     QTRY_COMPARE(emptyTitle(), u"Noch keine Vorschläge"_s);
+}
+
+void tst_NyStartWindow::emptyWithALongPath()
+{
+    auto &settings = NyQuilloServiceSettings::instance();
+    const QString before = settings.searchHomeFolder();
+    const auto reset = qScopeGuard([&] {
+        settings.setSearchHomeFolder(before);
+        settings.saveSettings();
+    });
+    settings.setSearchHomeFolder(u"/nirgends/"_s + u"Sommerferien_"_s.repeated(15));
+    settings.saveSettings();
+    QVERIFY(start());
+    const auto *text = m_window->findChild<QLabel *>(u"emptyText"_s);
+    QVERIFY(text->text().contains(u"/nirgends/Sommerferien_"_s));
+    const QStringList words = text->text().split(QRegularExpression(u"[ /\n]"_s));
+    for (const QString &word : words)
+        QVERIFY2(text->fontMetrics().horizontalAdvance(word) < text->width(), qPrintable(word));
 }
 
 void tst_NyStartWindow::theFolderDisappears()
