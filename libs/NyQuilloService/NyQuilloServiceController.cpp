@@ -529,7 +529,13 @@ NyProposalDeletion NyQuilloServiceController::askAndDeleteProposal(const QString
     // A name filter would take signs of the name for a pattern, and letters of either case for the same.
     QFileInfoList files = folder.entryInfoList(QDir::NoFilter, QDir::NoSort);
     files.removeIf([&name](const QFileInfo &file) { return !file.fileName().startsWith(name); });
-    return NyFileHandler::deleteFiles(files) ? NyProposalDeletion::Complete : NyProposalDeletion::Incomplete;
+    if (!NyFileHandler::deleteFiles(files))
+        return NyProposalDeletion::Incomplete;
+    if (folder.exists(name)) {
+        qWarning() << "QUILLO_SERVICE: a folder is no proposal and stays:" << folder.absoluteFilePath(name);
+        return NyProposalDeletion::Incomplete;
+    }
+    return NyProposalDeletion::Complete;
 }
 
 // Messages between processes

@@ -80,6 +80,7 @@ private Q_SLOTS:
     void deletion();
     void deletionOfANameLikeAPattern_data();
     void deletionOfANameLikeAPattern();
+    void deletionOfAFolder();
     void deletionSaysHowItEnded();
     void deletionOfNothing();
 
@@ -675,6 +676,29 @@ void tst_NyQuilloServiceController::deletionOfANameLikeAPattern()
     answer.start(10);
     QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(id), NyProposalDeletion::Complete);
     QCOMPARE(QDir(proposals()).entryList(QDir::Files), QStringList(neighbour));
+}
+
+void tst_NyQuilloServiceController::deletionOfAFolder()
+{
+    const QString id = QStringLiteral("Buch.nqp");
+    QVERIFY(writeFile(proposals() + id + QStringLiteral("/photo.jpg"), "photo"));
+    QVERIFY(writeFile(proposals() + id + QStringLiteral(".png"), "x"));
+    QTimer answer;
+    connect(&answer, &QTimer::timeout, this, [] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            const QList<QAbstractButton *> buttons = box->buttons();
+            for (QAbstractButton *button : buttons) {
+                if (box->buttonRole(button) == QMessageBox::YesRole)
+                    button->click();
+            }
+        }
+    });
+    answer.start(10);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("a folder is no proposal and stays: .*/Buch\\.nqp")));
+    QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(id), NyProposalDeletion::Incomplete);
+    QVERIFY(QFile::exists(proposals() + id + QStringLiteral("/photo.jpg")));
+    QVERIFY(!QFile::exists(proposals() + id + QStringLiteral(".png")));
+    QVERIFY(QDir(proposals() + id).removeRecursively());
 }
 
 void tst_NyQuilloServiceController::deletionSaysHowItEnded()
