@@ -23,6 +23,11 @@ if(NY_SANITIZE)
     target_compile_options(NyBuildFlags INTERFACE
         $<$<CXX_COMPILER_ID:GNU>:-Wno-null-dereference> $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
+if(NY_SANITIZE STREQUAL "thread" AND NY_BUILD_TESTS)
+    # In the program itself, where its functions are found before Qt's.
+    target_sources(NyBuildFlags INTERFACE
+        $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:QtThreadEdges>>)
+endif()
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

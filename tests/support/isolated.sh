@@ -21,7 +21,7 @@ export XDG_STATE_HOME="$HOME/.local/state" XDG_RUNTIME_DIR="$root/runtime"
 export XDG_CONFIG_DIRS="$root/etc-xdg" XDG_DATA_DIRS="/usr/local/share:/usr/share"
 export QT_QPA_PLATFORM="${NY_TEST_PLATFORM:-offscreen}" QT_LOGGING_TO_CONSOLE=1 LC_ALL=C.UTF-8 LANG=C.UTF-8
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=0:verify_asan_link_order=0}" UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
-export TSAN_OPTIONS="${TSAN_OPTIONS:-suppressions=$here/tsan.supp die_after_fork=0}"
+export TSAN_OPTIONS="${TSAN_OPTIONS:-suppressions=$here/tsan.supp ignore_noninstrumented_modules=1 die_after_fork=0}"
 unset DISPLAY WAYLAND_DISPLAY LANGUAGE XDG_CURRENT_DESKTOP DESKTOP_SESSION
 if [ -n "${NY_TEST_DISPLAY:-}" ]; then
     mkfifo "$root/display" || exit 1
