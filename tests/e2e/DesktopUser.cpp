@@ -309,7 +309,7 @@ QImage DesktopUser::screen() const
 {
     QProcess grab;
     grab.start(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), QStringLiteral("bmp3:-")});
-    grab.waitForFinished(10000);
+    grab.waitForFinished(30000);
     return QImage::fromData(grab.readAllStandardOutput(), "BMP");
 }
 

@@ -62,7 +62,7 @@ public:
     QString markerFolder() const;
     QString binary(const QString &name) const;
 
-    /** Command lines of the running processes whose executable is the main program's. */
+    /** Command lines of the running processes whose executable is the main program's, apart from builders. */
     static QList<QStringList> runningMainPrograms();
     static void endMainPrograms();
 

@@ -109,7 +109,7 @@ void tst_BookEditing::cleanup()
 {
     if (m_program && m_program->state() != QProcess::NotRunning) {
         m_program->kill();
-        m_program->waitForFinished(10000);
+        m_program->waitForFinished(30000);
     }
     m_program.reset();
     m_user.reset();
@@ -176,7 +176,7 @@ void tst_BookEditing::fromTheProposalToThePdf()
     // Saved.
     QCOMPARE(stored(), former);
     QVERIFY(DesktopUser::key(QStringLiteral("ctrl+s")));
-    QTRY_COMPARE_WITH_TIMEOUT(stored().title, QStringLiteral("Ostsee 2026"), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(stored().title, QStringLiteral("Ostsee 2026"), 30000);
     const QStringList photos = photosOf(stored());
     QCOMPARE(photos.size(), formerPhotos.size() - 1);
     QVERIFY(!photos.contains(gone));
@@ -200,7 +200,7 @@ void tst_BookEditing::fromTheProposalToThePdf()
     QVERIFY(m_user->waitFor(text(QStringLiteral("Möchten Sie die Änderungen an"))));
     m_user->look(QStringLiteral("question"));
     QVERIFY(m_user->click(button, QStringLiteral("Verwerfen")));
-    QVERIFY(m_program->waitForFinished(10000));
+    QVERIFY(m_program->waitForFinished(30000));
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(stored().title, QStringLiteral("Ostsee 2026"));
 
@@ -214,7 +214,7 @@ void tst_BookEditing::fromTheProposalToThePdf()
     QVERIFY(m_user->waitFor(text(QStringLiteral("Möchten Sie die Änderungen an"))));
     m_user->look(QStringLiteral("question-at-the-end"));
     m_program->terminate();
-    QVERIFY(m_program->waitForFinished(10000));
+    QVERIFY(m_program->waitForFinished(30000));
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(stored().title, QStringLiteral("Ostsee 2026"));
@@ -227,9 +227,9 @@ void tst_BookEditing::fromTheProposalToThePdf()
     QVERIFY(type(QStringLiteral("Polarmeer")));
     QVERIFY(DesktopUser::key(QStringLiteral("Return")));
     QVERIFY(m_user->waitFor(window(QStringLiteral("Polarmeer"))));
-    QTRY_COMPARE_WITH_TIMEOUT(keptTitle(), QStringLiteral("Polarmeer"), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(keptTitle(), QStringLiteral("Polarmeer"), 30000);
     m_program->kill();
-    QVERIFY(m_program->waitForFinished(10000));
+    QVERIFY(m_program->waitForFinished(30000));
     start({m_project});
     QVERIFY(m_user->waitFor(window(QStringLiteral("Polarmeer"))));
     QVERIFY(m_user->waitFor(text(QStringLiteral("sind wieder da"))));
@@ -237,7 +237,7 @@ void tst_BookEditing::fromTheProposalToThePdf()
     QVERIFY(DesktopUser::key(QStringLiteral("ctrl+z")));
     QVERIFY(m_user->waitFor(window(QStringLiteral("Ostsee 2026"))));
     QVERIFY(DesktopUser::key(QStringLiteral("ctrl+w")));
-    QVERIFY(m_program->waitForFinished(10000));
+    QVERIFY(m_program->waitForFinished(30000));
     QCOMPARE(keptTitle(), QString());
     QCOMPARE(stored().title, QStringLiteral("Ostsee 2026"));
 
@@ -248,7 +248,7 @@ void tst_BookEditing::fromTheProposalToThePdf()
     }));
     m_user->look(QStringLiteral("start-screen"));
     m_program->terminate();
-    QVERIFY(m_program->waitForFinished(10000));
+    QVERIFY(m_program->waitForFinished(30000));
 }
 
 QTEST_GUILESS_MAIN(tst_BookEditing)

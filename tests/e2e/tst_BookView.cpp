@@ -109,7 +109,7 @@ void tst_BookView::cleanup()
 {
     if (m_program) {
         m_program->terminate();
-        QVERIFY(m_program->waitForFinished(10000));
+        QVERIFY(m_program->waitForFinished(30000));
     }
     m_program.reset();
     m_user.reset();

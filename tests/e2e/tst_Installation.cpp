@@ -192,7 +192,7 @@ void tst_Installation::makeProposal(ServiceUnderTest &service)
     MockNotificationServer server;
     QVERIFY(server.start());
     service.start({u"--serviceMode"_s, u"i"_s});
-    QTRY_COMPARE_WITH_TIMEOUT(server.notifications().size(), 1, 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(server.notifications().size(), 1, 90000);
     QCOMPARE(service.proposals().size(), 1);
 }
 

@@ -84,7 +84,7 @@ QString tst_Languages::mainProgramSays(const QStringList &variables, const QStri
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(program, arguments);
-    return process.waitForFinished(10000) ? QString::fromUtf8(process.readAll()) : QString();
+    return process.waitForFinished(30000) ? QString::fromUtf8(process.readAll()) : QString();
 }
 
 void tst_Languages::proposal_data()
@@ -106,7 +106,7 @@ void tst_Languages::proposal()
     apply(service.environment(), variables);
     service.addPictures(u"2026-07-11 Wedding"_s, 7);
     service.startQuick();
-    QTRY_COMPARE_WITH_TIMEOUT(server.notifications().size(), 1, 30000);
+    QTRY_COMPARE_WITH_TIMEOUT(server.notifications().size(), 1, 90000);
 
     const QDate today = QDate::currentDate();
     const QString name = (isEnglish ? u"Product-Proposal_%1.nqp"_s : u"Produktvorschlag_%1.nqp"_s).arg(today.toString(Qt::ISODate));
@@ -131,7 +131,7 @@ void tst_Languages::proposal()
     // What follows a press goes by the name, whatever word it begins with.
     server.invokeAction(offer.id, u"show:"_s + name);
     const QStringList expected{u"--suppressLoadWarnings"_s, service.proposalFolder() + u'/' + name};
-    QTRY_VERIFY_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().contains(expected), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().contains(expected), 30000);
 }
 
 void tst_Languages::commandLine()

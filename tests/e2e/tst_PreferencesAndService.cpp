@@ -55,7 +55,7 @@ void tst_PreferencesAndService::anotherFolderReachesTheServiceAtOnce()
     service.writeConfiguration(QByteArray());
     service.allowAutostart();
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("observing path")), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("observing path")), 30000);
     const QString folder = QDir::homePath() + QStringLiteral("/Andere Bilder & mehr");
     QVERIFY(QDir().mkpath(folder));
     const QString change
@@ -66,7 +66,7 @@ void tst_PreferencesAndService::anotherFolderReachesTheServiceAtOnce()
     window.findChild<QLineEdit *>()->setText(folder);
     window.accept();
     QCOMPARE(window.result(), int(QDialog::Accepted));
-    QTRY_VERIFY_WITH_TIMEOUT(service.output().contains(change.toUtf8()), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.output().contains(change.toUtf8()), 30000);
     QCOMPARE(service.eventLog().last(), QStringLiteral("watchFileChanged"));
     QVERIFY(!QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
     QVERIFY(service.isRunning());
@@ -85,8 +85,8 @@ void tst_PreferencesAndService::switchedOnAndOff()
         window.accept();
         QCOMPARE(window.result(), int(QDialog::Accepted));
     }
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entryPath()), 10000);
-    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("observing path")), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entryPath()), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("observing path")), 30000);
     QVERIFY(NyInstallationSettings().autoStartService());
 
     NyPreferencesWindow window;
@@ -94,12 +94,12 @@ void tst_PreferencesAndService::switchedOnAndOff()
     mainSwitch(window)->click();
     window.accept();
     QVERIFY(window.isBusy());
-    QTRY_COMPARE_WITH_TIMEOUT(window.result(), int(QDialog::Accepted), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(window.result(), int(QDialog::Accepted), 30000);
     QCOMPARE(window.problem(), QString());
     QVERIFY(!QFile::exists(entryPath()));
     QVERIFY(!NyInstallationSettings().autoStartService());
     // The running service has ended: the request of the page, or that of the uninstallation.
-    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("removing")), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("removing")), 30000);
 }
 
 void tst_PreferencesAndService::switchedOnAndOffAtOnce()
@@ -117,13 +117,13 @@ void tst_PreferencesAndService::switchedOnAndOffAtOnce()
         NyPreferencesWindow window;
         mainSwitch(window)->click();
         window.accept();
-        QTRY_COMPARE_WITH_TIMEOUT(window.result(), int(QDialog::Accepted), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(window.result(), int(QDialog::Accepted), 30000);
         QCOMPARE(window.problem(), QString());
     }
     QVERIFY(!QFile::exists(entryPath()));
     QVERIFY(!NyInstallationSettings().autoStartService());
     // The one that was started has installed before that, and has heard that it is to end.
-    QTRY_VERIFY_WITH_TIMEOUT(NyRunningServiceLock().acquire(0), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(NyRunningServiceLock().acquire(0), 30000);
     const QStringList switches = service.eventLog().filter(QStringLiteral("setAutoStartService"));
     QCOMPARE(switches,
         (QStringList{

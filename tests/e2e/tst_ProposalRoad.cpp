@@ -49,7 +49,7 @@ private:
     std::unique_ptr<MockNotificationServer> m_server;
 };
 
-#define VERIFY_OFFERED(count) QTRY_COMPARE_WITH_TIMEOUT(m_server->notifications().size(), count, 30000)
+#define VERIFY_OFFERED(count) QTRY_COMPARE_WITH_TIMEOUT(m_server->notifications().size(), count, 90000)
 
 void tst_ProposalRoad::initTestCase()
 {
@@ -155,7 +155,7 @@ void tst_ProposalRoad::opened()
     VERIFY_OFFERED(1);
     m_server->invokeAction(m_server->notifications().first().id, QStringLiteral("show:") + firstProposal());
     const QStringList expected{QStringLiteral("--suppressLoadWarnings"), service.proposalFolder() + QLatin1Char('/') + firstProposal()};
-    QTRY_VERIFY_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().contains(expected), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().contains(expected), 30000);
     QVERIFY(service.eventLog().contains(QStringLiteral("showProject PROJECTID:") + firstProposal()));
     // The main program outlives the service.
     service.terminate();
@@ -311,7 +311,7 @@ void tst_ProposalRoad::usedPhotosAreNotProposedAgain()
     service.startQuick();
     VERIFY_OFFERED(1);
     const qsizetype scansSoFar = service.log().count(QStringLiteral("recommended fotos selected"));
-    QTRY_VERIFY_WITH_TIMEOUT(service.log().count(QStringLiteral("recommended fotos selected")) >= scansSoFar + 3, 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().count(QStringLiteral("recommended fotos selected")) >= scansSoFar + 3, 30000);
     QVERIFY(service.log().contains(QStringLiteral("QUILLO_SERVICE: found recent unused Files 0")));
     QCOMPARE(m_server->notifications().size(), 1);
     QCOMPARE(service.proposals().size(), 1);
@@ -335,7 +335,7 @@ void tst_ProposalRoad::notificationsSwitchedOff()
         settings.saveSettings();
     }
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(service.eventLog().contains(QStringLiteral("showCreationResults")), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.eventLog().contains(QStringLiteral("showCreationResults")), 90000);
     QCOMPARE(service.proposals().size(), 1);
     QCOMPARE(m_server->notifications().size(), 0);
 }
@@ -344,7 +344,7 @@ void tst_ProposalRoad::picturesHomeChanged()
 {
     ServiceUnderTest service;
     service.startQuick();
-    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("recommended fotos selected")), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("recommended fotos selected")), 90000);
     const QString newHome = QDir::homePath() + QStringLiteral("/Neue Bilder");
     QDir().mkpath(newHome);
     NyFotoSettings::instance().setPicturesHome(newHome);
@@ -364,7 +364,7 @@ void tst_ProposalRoad::anotherFolderChosenInThePreferences()
 {
     ServiceUnderTest service;
     service.startQuick();
-    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("recommended fotos selected")), 20000);
+    QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(QStringLiteral("recommended fotos selected")), 90000);
     service.addPictures(QStringLiteral("../Other place/2026-07-11 Hochzeit"), 7);
     {
         NyQuilloServiceSettings settings;

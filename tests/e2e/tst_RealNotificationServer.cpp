@@ -86,10 +86,10 @@ void tst_RealNotificationServer::opened()
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
     service.startQuick();
-    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 90000);
     choose(QStringLiteral("Jetzt ansehen"));
     control({QStringLiteral("context")});
-    QTRY_COMPARE_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().size(), 1, 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().size(), 1, 30000);
     QCOMPARE(ServiceUnderTest::runningMainPrograms().first().value(0), QStringLiteral("--suppressLoadWarnings"));
     QCOMPARE(ServiceUnderTest::runningMainPrograms().first().value(1),
         service.proposalFolder() + QLatin1Char('/') + service.proposals().first());
@@ -102,7 +102,7 @@ void tst_RealNotificationServer::opened()
             search.waitForFinished();
             return !search.readAllStandardOutput().trimmed().isEmpty();
         }(),
-        15000);
+        30000);
 }
 
 void tst_RealNotificationServer::postponedAndOfferedAgain()
@@ -111,7 +111,7 @@ void tst_RealNotificationServer::postponedAndOfferedAgain()
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
     service.startQuick("<toastMessaging checkSchedule='1'/>");
-    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 90000);
     choose(QStringLiteral("Später ansehen"));
     control({QStringLiteral("context")});
     QTRY_VERIFY(!service.eventLog().filter(QStringLiteral("rescheduleToast PROJECTID:Produktvorschlag_")).isEmpty());
@@ -122,10 +122,10 @@ void tst_RealNotificationServer::postponedAndOfferedAgain()
 
     service.pretendItIs(QDateTime(QDate::currentDate().addDays(7), QTime(18, 0, 0)));
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 15000);
+    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 30000);
     choose(QStringLiteral("Jetzt ansehen"));
     control({QStringLiteral("context")});
-    QTRY_COMPARE_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().size(), 1, 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().size(), 1, 30000);
 }
 
 void tst_RealNotificationServer::answeredAfterTheServerCameBack()
@@ -133,14 +133,14 @@ void tst_RealNotificationServer::answeredAfterTheServerCameBack()
     ServiceUnderTest service;
     service.addPictures(QStringLiteral("2026-07-11 Hochzeit"), 7);
     service.startQuick();
-    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 90000);
     stopServer();
     startServer();
     service.addPictures(QStringLiteral("2026-08-01 Sommerfest"), 7);
-    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(shownCountIs(1), 90000);
     choose(QStringLiteral("Jetzt ansehen"));
     control({QStringLiteral("context")});
-    QTRY_COMPARE_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().size(), 1, 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(ServiceUnderTest::runningMainPrograms().size(), 1, 30000);
     QVERIFY(ServiceUnderTest::runningMainPrograms().first().value(1).endsWith(service.proposals().last()));
 }
 

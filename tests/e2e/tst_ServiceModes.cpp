@@ -127,7 +127,7 @@ void tst_ServiceModes::install()
 {
     ServiceUnderTest service;
     service.start(mode(QStringLiteral("i")));
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     QTRY_VERIFY(QFile::exists(entryPath()));
     QVERIFY(readFile(entryPath()).contains("Exec=\"" + QFile::encodeName(service.binary(QStringLiteral("quilloservice"))) + "\"\n"));
     QTRY_VERIFY(autostart());
@@ -170,10 +170,10 @@ void tst_ServiceModes::uninstallEndsARunningService()
 {
     ServiceUnderTest running;
     running.start(mode(QStringLiteral("i")));
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(running), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(running), 30000);
     QProcess other;
     other.start(running.binary(QStringLiteral("quilloservice")), mode(QStringLiteral("u")));
-    QVERIFY(other.waitForFinished(10000));
+    QVERIFY(other.waitForFinished(30000));
     QCOMPARE(other.exitCode(), 0);
     QCOMPARE(running.waitForEnd(), 0);
     QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
@@ -245,7 +245,7 @@ void tst_ServiceModes::normalRunWithoutDisplay()
     service.allowAutostart();
     service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     service.terminate();
     QCOMPARE(service.waitForEnd(), 0);
 }
@@ -271,7 +271,7 @@ void tst_ServiceModes::normalRunDespiteWindowlessWords()
     service.allowAutostart();
     service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
     service.start(arguments);
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     service.terminate();
     QCOMPARE(service.waitForEnd(), 0);
 }
@@ -283,7 +283,7 @@ void tst_ServiceModes::brokenDisplay()
     service.environment().remove(QStringLiteral("QT_QPA_PLATFORM"));
     service.environment().insert(QStringLiteral("DISPLAY"), QStringLiteral(":4711"));
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     service.terminate();
     QCOMPARE(service.waitForEnd(), 0);
 }
@@ -302,7 +302,7 @@ void tst_ServiceModes::signals()
     ServiceUnderTest service;
     service.allowAutostart();
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     QCOMPARE(::kill(static_cast<pid_t>(service.processId()), signalNumber), 0);
     QCOMPARE(service.waitForEnd(), 0);
     QCOMPARE(service.eventLog().last(), QStringLiteral("quit"));
@@ -314,7 +314,7 @@ void tst_ServiceModes::terminationFile()
     ServiceUnderTest service;
     service.allowAutostart();
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     NyQuilloServiceController::quitRunningService();
     QCOMPARE(service.waitForEnd(), 0);
     QVERIFY(!QFile::exists(NyQuilloServiceController::terminationFilePath()));
@@ -330,7 +330,7 @@ void tst_ServiceModes::terminationFileFromBeforeTheStart()
     QDir().mkpath(service.markerFolder());
     NyQuilloServiceController::quitRunningService();
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     QVERIFY(QFile::exists(NyQuilloServiceController::terminationFilePath()));
     // Any change in the folder makes it look.
     QVERIFY(writeFile(service.markerFolder() + QStringLiteral("/something"), "x"));
@@ -342,7 +342,7 @@ void tst_ServiceModes::terminationFileInInstallMode()
 {
     ServiceUnderTest service;
     service.start(mode(QStringLiteral("i")));
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     // Installing lasts only until the run is a normal one.
     NyQuilloServiceController::quitRunningService();
     QCOMPARE(service.waitForEnd(), 0);
@@ -352,7 +352,7 @@ void tst_ServiceModes::toastActivationEndsByTerminationFile()
 {
     ServiceUnderTest service;
     service.start({QStringLiteral("--ToastActivated")});
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     NyQuilloServiceController::handlePicturesHomeChange();
     QTRY_VERIFY(!QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
     QVERIFY(service.isRunning());
@@ -384,7 +384,7 @@ void tst_ServiceModes::aSecondServiceEnds()
     ServiceUnderTest service;
     service.allowAutostart();
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 30000);
     QProcess second;
     second.setProcessChannelMode(QProcess::MergedChannels);
     second.start(service.binary(QStringLiteral("quilloservice")), arguments);
@@ -410,20 +410,20 @@ void tst_ServiceModes::toastActivationRunsBesideTheService()
     ServiceUnderTest service;
     service.allowAutostart();
     service.start({QStringLiteral("--ToastActivated")});
-    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isUp(service), 30000);
     QProcess normal;
     normal.setProcessChannelMode(QProcess::MergedChannels);
     normal.start(service.binary(QStringLiteral("quilloservice")), QStringList());
     QByteArray output;
-    QTRY_VERIFY_WITH_TIMEOUT((output += normal.readAll()).contains("observing path"), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT((output += normal.readAll()).contains("observing path"), 30000);
     QProcess another;
     another.start(service.binary(QStringLiteral("quilloservice")), {QStringLiteral("--ToastActivated")});
-    QTRY_COMPARE_WITH_TIMEOUT(service.eventLog().filter(QStringLiteral("runService VALUES:--ToastActivated")).size(), 2, 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(service.eventLog().filter(QStringLiteral("runService VALUES:--ToastActivated")).size(), 2, 30000);
     QVERIFY(service.isRunning());
     for (QProcess *process : {&normal, &another}) {
         QCOMPARE(process->state(), QProcess::Running);
         process->terminate();
-        QVERIFY(process->waitForFinished(10000));
+        QVERIFY(process->waitForFinished(30000));
     }
 }
 
@@ -432,11 +432,11 @@ void tst_ServiceModes::aKilledServiceIsReplaced()
     ServiceUnderTest service;
     service.allowAutostart();
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 30000);
     QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGKILL), 0);
     QCOMPARE(service.waitForEnd(), -1001);
     service.start();
-    QTRY_COMPARE_WITH_TIMEOUT(service.output().count("observing path: "), 2, 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(service.output().count("observing path: "), 2, 30000);
     QVERIFY(!service.output().contains("another service"));
     QVERIFY(service.isRunning());
 }
@@ -446,20 +446,20 @@ void tst_ServiceModes::switchedOffAndOnAtOnce()
     ServiceUnderTest service;
     service.allowAutostart();
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 30000);
     // The first one ends only when it gets to run again, after the second one has come.
     QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGSTOP), 0);
     NyQuilloServiceController::quitRunningService();
     QProcess second;
     second.setProcessChannelMode(QProcess::MergedChannels);
     second.start(service.binary(QStringLiteral("quilloservice")), mode(QStringLiteral("i")));
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entryPath()), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entryPath()), 30000);
     QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGCONT), 0);
     QCOMPARE(service.waitForEnd(), 0);
     QByteArray output;
-    QTRY_VERIFY_WITH_TIMEOUT((output += second.readAll()).contains("observing path"), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT((output += second.readAll()).contains("observing path"), 30000);
     second.terminate();
-    QVERIFY(second.waitForFinished(10000));
+    QVERIFY(second.waitForFinished(30000));
     QCOMPARE(second.exitCode(), 0);
 }
 
@@ -469,7 +469,7 @@ void tst_ServiceModes::withoutALockFile()
     service.allowAutostart();
     QVERIFY(QDir().mkpath(dataFolder() + QStringLiteral("/quilloservice.lock")));
     service.start();
-    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 30000);
     QVERIFY2(service.output().contains("another service would not be noticed, cannot open:"), service.output().constData());
     service.terminate();
     QCOMPARE(service.waitForEnd(), 0);

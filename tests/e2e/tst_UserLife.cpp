@@ -98,10 +98,10 @@ void tst_UserLife::cleanup()
     // A service that the main program started is nobody's child.
     if (!isServiceGone())
         NyQuilloServiceController::quitRunningService();
-    QTRY_VERIFY_WITH_TIMEOUT(isServiceGone(), 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(isServiceGone(), 30000);
     if (m_mainProgram->state() != QProcess::NotRunning) {
         m_mainProgram->terminate();
-        QVERIFY(m_mainProgram->waitForFinished(10000));
+        QVERIFY(m_mainProgram->waitForFinished(30000));
     }
     m_mainProgram.reset();
     m_machine.reset();
@@ -149,19 +149,19 @@ void tst_UserLife::fromSwitchingOnToSwitchingOff()
     m_user->look(QStringLiteral("settings-on"));
     QVERIFY(m_user->click(button, ok));
     QVERIFY(m_user->waitUntilGone(checkBox, mainSwitch));
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entryPath()), 30000);
-    QTRY_VERIFY_WITH_TIMEOUT(isIconInTray(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(entryPath()), 90000);
+    QTRY_VERIFY_WITH_TIMEOUT(isIconInTray(), 90000);
     m_user->look(QStringLiteral("tray-icon"));
 
     // The proposal is made, told and shown.
-    QTRY_COMPARE_WITH_TIMEOUT(notifications(QStringLiteral("displayed")), 1, 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(notifications(QStringLiteral("displayed")), 1, 90000);
     QVERIFY(m_user->waitFor(listItem(QStringLiteral("Hochzeit"))));
     QVERIFY(m_user->waitFor(text(QStringLiteral("1 neu"))));
     m_user->look(QStringLiteral("proposal"));
     const std::optional<Thing> item = m_user->find(listItem(QStringLiteral("Hochzeit")));
     QVERIFY2(item->name.startsWith(QStringLiteral("Neu: ")), qPrintable(item->name));
     // Its preview is a picture, not an empty box.
-    QTRY_VERIFY_WITH_TIMEOUT(m_user->coloursAt(item->place) > 500, 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->coloursAt(item->place) > 500, 30000);
 
     // Opened, looked at, closed; the start screen comes back where it was.
     const std::optional<Thing> former = m_user->find(button, QStringLiteral("Buch öffnen"));
@@ -204,7 +204,7 @@ void tst_UserLife::fromSwitchingOnToSwitchingOff()
     QVERIFY(m_user->click(button, ok));
     QVERIFY(m_user->waitUntilGone(checkBox, mainSwitch));
     QTRY_VERIFY(!QFile::exists(NyQuilloServiceController::markerFilePathForPicturesHome()));
-    QTRY_COMPARE_WITH_TIMEOUT(m_machine->eventLog().count(QStringLiteral("showCreationResults")), 2, 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(m_machine->eventLog().count(QStringLiteral("showCreationResults")), 2, 90000);
     QVERIFY(m_user->waitFor(listItem(QStringLiteral("Sommerfest"))));
     m_user->look(QStringLiteral("second-proposal"));
     const QString change = QStringLiteral("QUILLO_SERVICE: observing path changed from  \"%1\" to \"%2\"");
@@ -217,10 +217,10 @@ void tst_UserLife::fromSwitchingOnToSwitchingOff()
     m_user->look(QStringLiteral("settings-off"));
     QVERIFY(m_user->click(button, ok));
     QVERIFY(m_user->waitUntilGone(checkBox, mainSwitch));
-    QTRY_VERIFY_WITH_TIMEOUT(isServiceGone(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(isServiceGone(), 90000);
     QVERIFY(!QFile::exists(entryPath()));
     QVERIFY(!NyInstallationSettings().autoStartService());
-    QTRY_VERIFY_WITH_TIMEOUT(!isIconInTray(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!isIconInTray(), 90000);
     // The service has done all that it would do: nothing was told about the second proposal.
     QCOMPARE(notifications(QStringLiteral("displayed")), 0);
     QCOMPARE(notifications(QStringLiteral("waiting")), 0);
@@ -229,7 +229,7 @@ void tst_UserLife::fromSwitchingOnToSwitchingOff()
 
     QVERIFY(m_user->click(QStringLiteral("menu item"), QStringLiteral("Datei")));
     QVERIFY(m_user->click(QStringLiteral("menu item"), QStringLiteral("Beenden")));
-    QVERIFY(m_mainProgram->waitForFinished(10000));
+    QVERIFY(m_mainProgram->waitForFinished(30000));
     QCOMPARE(m_mainProgram->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_mainProgram->exitCode(), 0);
 }
