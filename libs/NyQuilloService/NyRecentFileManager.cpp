@@ -35,11 +35,7 @@ NyRecentFileManager::NyRecentFileManager(QObject *parent)
 {
     connect(&m_watcher, &QFutureWatcher<NyRecentFileResult>::finished, this, &NyRecentFileManager::recentFileCheckFinished);
     qDebug() << text(m_watcher.isRunning()) << text(m_watcher.isFinished());
-    connect(&m_timer, &QTimer::timeout, this, [this] {
-        // Else a search that takes longer than the interval would never be reported.
-        if (!m_isSearching)
-            checkForRecentFiles();
-    });
+    connect(&m_timer, &QTimer::timeout, this, &NyRecentFileManager::checkForRecentFiles);
     m_timer.setInterval(NyQuilloServiceConfig::timerInterval(durationBetweenChecks()));
     m_timer.setSingleShot(false);
 }

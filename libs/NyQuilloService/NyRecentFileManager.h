@@ -49,7 +49,7 @@ public:
     NyRecentFileResult getRecentFileResultSafely() const;
 
 public Q_SLOTS:
-    /** Searches at once and from then on at the configured interval, unless a search is still under way then. */
+    /** Searches at once and from then on at the configured interval. */
     void startCheckingForRecentFiles();
     /** Starts one search, also while another one is running: that one's result is then dropped. */
     void checkForRecentFiles();

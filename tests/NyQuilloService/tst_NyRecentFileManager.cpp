@@ -15,7 +15,6 @@
 #include <QTest>
 #include <QThread>
 #include <QThreadPool>
-#include <QTimer>
 
 #include <memory>
 
@@ -96,7 +95,6 @@ private Q_SLOTS:
     void forcedDuringASearchStartsNoSecondOne();
     void forcedBeforeAResultIsReportedStartsNoSecondOne();
     void timerRepeatsTheCheck();
-    void timerLeavesALongSearchAlone();
     void overlappingChecks();
     void anInvalidRangeStillFinishes();
     void picturesHomeCountsUntilTheNextCheck();
@@ -329,21 +327,6 @@ void tst_NyRecentFileManager::timerRepeatsTheCheck()
     const LogRecorder log;
     manager.startCheckingForRecentFiles();
     QTRY_VERIFY_WITH_TIMEOUT(log.containing(QStringLiteral("Files found that were after")).size() >= 2, 10000);
-}
-
-void tst_NyRecentFileManager::timerLeavesALongSearchAlone()
-{
-    configure("<recentFiles minimumPhotos='4' durationBetweenChecks='1'/>");
-    Manager manager;
-    BusyPool pool;
-    const LogRecorder log;
-    manager.startCheckingForRecentFiles();
-    // Told of a timeout after the manager.
-    QSignalSpy timeouts(manager.findChild<QTimer *>(), &QTimer::timeout);
-    QVERIFY(timeouts.wait());
-    QCOMPARE(log.containing(QStringLiteral("DateRange to be considered")).size(), 1);
-    pool.free();
-    QTRY_VERIFY(!log.containing(QStringLiteral("Files found that were after")).isEmpty());
 }
 
 void tst_NyRecentFileManager::overlappingChecks()
