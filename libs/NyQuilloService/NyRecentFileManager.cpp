@@ -45,7 +45,7 @@ NyRecentFileManager::~NyRecentFileManager() = default;
 void NyRecentFileManager::forceResults()
 {
     m_forceResults = true;
-    if (!m_isSearching)
+    if (!m_watcher.isRunning())
         startCheckingForRecentFiles();
 }
 
@@ -114,7 +114,6 @@ void NyRecentFileManager::checkForRecentFiles()
     const QDateTime start = end.addSecs(-qint64(recentTimeSpan()));
     const NyDateRange range(start.date(), end.date());
     m_recentFileFinder.setObservedDirectory(settings().searchHomeFolder());
-    m_isSearching = true;
     qDebug() << "QUILLO_SERVICE: DateRange to be considered:" << range.dateDescription(logReferenceDate);
     if (range.isValid())
         m_watcher.setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [this, range] { return searchAndRecommend(range); }));
@@ -126,7 +125,6 @@ void NyRecentFileManager::recentFileCheckFinished()
 {
     if (!m_watcher.isFinished())
         return;
-    m_isSearching = false;
     // A scan needs a lot for a moment, and the service then does nothing for a long time.
     NyPlatformIndependent::instance().releaseUnusedMemory();
     const NyRecentFileResult result = getRecentFileResultSafely();

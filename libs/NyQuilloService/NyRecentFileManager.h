@@ -32,7 +32,7 @@ public:
     explicit NyRecentFileManager(QObject *parent);
     ~NyRecentFileManager() override;
 
-    /** The next search to be reported recommends whatever it found; starts one unless the report of one is still to come. */
+    /** The next search to finish recommends whatever it found; starts one unless one is running. */
     void forceResults();
     /** Observes the pictures home until the next check takes the observed folder from the settings again. */
     void handlePicturesHomeChange();
@@ -71,8 +71,6 @@ private:
 
     NyRecentFileFinder m_recentFileFinder;
     bool m_forceResults = false;
-    /** Until the result has been reported, which is later than the end of the search. */
-    bool m_isSearching = false;
     QTimer m_timer;
     QFutureWatcher<NyRecentFileResult> m_watcher;
     /** Held by a search from its beginning to its end; the finder's own lock is always taken after it. */

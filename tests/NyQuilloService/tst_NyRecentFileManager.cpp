@@ -93,7 +93,6 @@ private Q_SLOTS:
     void readersDoNotWaitForASearch();
     void forcedResults();
     void forcedDuringASearchStartsNoSecondOne();
-    void forcedBeforeAResultIsReportedStartsNoSecondOne();
     void timerRepeatsTheCheck();
     void overlappingChecks();
     void anInvalidRangeStillFinishes();
@@ -303,19 +302,6 @@ void tst_NyRecentFileManager::forcedDuringASearchStartsNoSecondOne()
     manager.checkForRecentFiles();
     manager.forceResults();
     pool.free();
-    QVERIFY(recommended.wait());
-    QCOMPARE(log.containing(QStringLiteral("DateRange to be considered")).size(), 1);
-}
-
-void tst_NyRecentFileManager::forcedBeforeAResultIsReportedStartsNoSecondOne()
-{
-    Manager manager;
-    QSignalSpy recommended(&manager, &NyRecentFileManager::productSuggestionRecommended);
-    const LogRecorder log;
-    manager.checkForRecentFiles();
-    // Without the event loop nobody is told of the end.
-    QThreadPool::globalInstance()->waitForDone();
-    manager.forceResults();
     QVERIFY(recommended.wait());
     QCOMPARE(log.containing(QStringLiteral("DateRange to be considered")).size(), 1);
 }
