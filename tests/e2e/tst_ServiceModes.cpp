@@ -433,6 +433,7 @@ void tst_ServiceModes::aKilledServiceIsReplaced()
     service.allowAutostart();
     service.start();
     QTRY_VERIFY_WITH_TIMEOUT(isRunningNormally(service), 30000);
+    QTRY_COMPARE_WITH_TIMEOUT(service.output().count("observing path: "), 1, 30000);
     QCOMPARE(::kill(static_cast<pid_t>(service.processId()), SIGKILL), 0);
     QCOMPARE(service.waitForEnd(), -1001);
     service.start();
