@@ -77,7 +77,7 @@ public:
      */
     void replacePhoto(NyBookPlace place, const QUrl &url);
 
-    /** The book with edits that an earlier document of it did not save. */
+    /** Takes over, as one undo step, what an earlier document of this book did not save. */
     void restore(const NyBookProject &edited);
 
     /**

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <optional>
 
+#include <NyText.h>
+
 #include "NyBookComposer.h"
 #include "NyBookGeometry.h"
 #include "NyPageLayout.h"
@@ -36,13 +38,7 @@ QString oneLine(QString text)
 {
     text.replace(u"\r\n"_s, u"\n"_s);
     std::replace_if(text.begin(), text.end(), breaksLine, QChar(u' '));
-    text = text.trimmed();
-    if (text.size() > NyBookEditor::LongestText) {
-        text.truncate(NyBookEditor::LongestText);
-        if (text.back().isHighSurrogate())
-            text.chop(1);
-        text = text.trimmed();
-    }
+    text = NyText::beginning(text.trimmed(), NyBookEditor::LongestText).trimmed();
     // Half a character could be written, but would not come back.
     return QString::fromUtf8(text.toUtf8());
 }

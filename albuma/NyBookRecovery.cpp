@@ -1,5 +1,7 @@
 #include "NyBookRecovery.h"
 
+#include <utility>
+
 #include <QCryptographicHash>
 #include <QDebug>
 #include <QDir>
@@ -85,8 +87,11 @@ private:
         const QDateTime oldest = QDateTime::currentDateTime().addDays(-LongestDays);
         const QFileInfoList files = QDir(QFileInfo(m_file).absolutePath()).entryInfoList(QDir::Files | QDir::Hidden);
         for (const QFileInfo &file : files) {
-            if (file.lastModified() < oldest)
+            // Whoever opens the book has come back for its edits.
+            if (file.lastModified() < oldest && file.absoluteFilePath() != m_file) {
+                qDebug().noquote() << "removing unsaved edits that nobody came back for:" << file.absoluteFilePath();
                 QFile::remove(file.absoluteFilePath());
+            }
         }
     }
 
@@ -145,7 +150,11 @@ void NyBookRecovery::handleFound()
 {
     m_isSearching = false;
     const Found found = m_search.result();
-    if (found.project && *found.project != m_document.project()) {
+    // Another book may lie there by now, after a deletion, under the same name.
+    const bool isSameBook = found.project && found.project->creationDateEpoch == m_document.project().creationDateEpoch;
+    if (found.project && !isSameBook)
+        qWarning().noquote() << "unsaved edits are of another book than" << m_path << "and are dropped:" << found.project->title;
+    if (isSameBook && *found.project != m_document.project()) {
         m_document.restore(*found.project);
         Q_EMIT restored(found.lastEdit);
     }

@@ -18,9 +18,9 @@ class NyBookDocument;
  * Keeps the unsaved edits of an open book in a file of their own, from which they come back when the program has ended without saving
  * them: after a crash, a power cut, a session that did not wait.
  *
- * Edits that an earlier process left behind become the document's first undo step. Only one process at a time keeps a book's edits.
- * A file that cannot be written costs a warning and the protection, nothing else. GUI thread; all work on the disk happens on
- * another.
+ * Edits that an earlier process left behind become the document's first undo step, unless another book, with another date of creation,
+ * lies in the book's place now. Only one process at a time keeps a book's edits. A file that cannot be written costs a warning and the
+ * protection, nothing else. GUI thread; all work on the disk happens on another.
  */
 class NyBookRecovery : public QObject
 {
@@ -29,7 +29,7 @@ class NyBookRecovery : public QObject
 public:
     /** So much time passes at most between an edit and its way to the disk. */
     static constexpr std::chrono::milliseconds Delay{500};
-    /** Edits that nobody has come back for in so many days are deleted. */
+    /** Edits of other books that nobody has come back for in so many days are deleted. */
     static constexpr int LongestDays = 180;
 
     /** Looks for edits left behind at once. @p document must outlive this object. */

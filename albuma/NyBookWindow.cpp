@@ -25,6 +25,7 @@
 #include <NyFotoSettings.h>
 #include <NyImageLoader.h>
 #include <NyProgramConfig.h>
+#include <NyText.h>
 #include <NyTranslation.h>
 
 #include "NyBookDocument.h"
@@ -85,10 +86,7 @@ QString shortened(const QString &title)
 {
     constexpr qsizetype longest = 80;
     const QString text = title.simplified();
-    if (text.size() <= longest)
-        return text;
-    const qsizetype end = text.at(longest - 2).isHighSurrogate() ? longest - 2 : longest - 1;
-    return text.first(end) + u'…';
+    return text.size() <= longest ? text : NyText::beginning(text, longest - 1) + u'…';
 }
 
 /** A window title takes this sequence for the mark of unsaved changes; twice it means itself. */
@@ -346,7 +344,7 @@ void NyBookWindow::connectDocument()
     });
     connect(m_document.get(), &NyBookDocument::saveConflict, this, &NyBookWindow::askAboutConflict);
     connect(m_recovery.get(), &NyBookRecovery::restored, this, [this](const QDateTime &lastEdit) {
-        addHint(tr("Ihre Änderungen vom %1, die nicht gespeichert worden waren, sind wieder da. „Rückgängig“ nimmt sie zurück.")
+        addHint(tr("Ihre nicht gespeicherten Änderungen vom %1 sind wieder da. „Rückgängig“ nimmt sie zurück.")
                     .arg(NyTranslation::locale().toString(lastEdit, QLocale::ShortFormat)));
     });
 }

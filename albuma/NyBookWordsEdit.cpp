@@ -6,6 +6,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include <NyText.h>
+
 namespace
 {
 
@@ -104,11 +106,8 @@ void NyBookWordsEdit::restore()
 
 QString NyBookWordsEdit::show(QLineEdit *line, const QString &words)
 {
-    QString text = words.simplified().left(line->maxLength());
-    if (!text.isEmpty() && text.back().isHighSurrogate())
-        text.chop(1);
     // The line's end may be a blank between two words.
-    text = text.trimmed();
+    const QString text = NyText::beginning(words.simplified(), line->maxLength()).trimmed();
     // Whoever saves in the middle of a word goes on typing where the cursor is.
     if (!line->hasFocus() || line->text().simplified() != text) {
         line->setText(text);

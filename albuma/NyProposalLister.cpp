@@ -11,6 +11,7 @@
 
 #include <NyQuilloServiceSettings.h>
 #include <NyStartScreenRecommendationsInterface.h>
+#include <NyText.h>
 
 #include "NyBookTitle.h"
 
@@ -25,7 +26,7 @@ constexpr qint64 LongestWriteMs = 5000;
 /** Control characters, and those that turn the direction of everything behind them. */
 bool breaksLines(QChar c)
 {
-    return c.category() == QChar::Other_Control || (c >= QChar(0x202a) && c <= QChar(0x202e)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
+    return c.category() == QChar::Other_Control || NyText::turnsDirection(c);
 }
 
 /** A text of a description on one line: whoever wrote the file, it must not break the window's layout. */
@@ -37,10 +38,7 @@ QString shownText(const QJsonValue &value)
     text = text.simplified();
     if (text.size() <= NyProposalLister::LongestText)
         return text;
-    text.truncate(NyProposalLister::LongestText - 1);
-    if (text.back().isHighSurrogate())
-        text.chop(1);
-    return text.trimmed() + u'…';
+    return NyText::beginning(text, NyProposalLister::LongestText - 1).trimmed() + u'…';
 }
 
 /** The id that the entries of a description's menu are about, and the entries that the start screen can carry out. */

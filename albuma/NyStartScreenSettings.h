@@ -30,7 +30,7 @@ public:
     /** The proposals that were opened since all were taken as read. */
     QSet<QString> openedIds() const;
     void addOpenedId(const QString &id);
-    /** Forgets those of proposals that are gone. */
+    /** Forgets those of proposals that are gone, of what is stored now. */
     void keepOpenedIds(const QSet<QString> &existing);
     void clearOpenedIds();
     /** Reads anew what another window of the program, in a process of its own, may have stored. */

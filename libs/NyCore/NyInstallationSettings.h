@@ -42,7 +42,8 @@ public:
 
     /**
      * Stores the wish. @p alreadyInEffect: the caller has put the autostart entry in order itself, so nothing is left to apply.
-     * Waits first, 3 s at most, until an uninstallation that is under way has ended, since it would undo the wish.
+     * Waits first, 3 s at most, until an uninstallation that is under way has ended, since it would undo the wish; one that still
+     * waits for an installation is dropped.
      */
     void setAutoStartService(bool value, bool alreadyInEffect);
 
@@ -85,6 +86,7 @@ private:
     /** Active while switching off waits for m_installing. */
     QTimer m_installTimer;
     QDeadlineTimer m_patience;
+    /** The executable that is called after that. */
     QString m_uninstaller;
     // Has no owner: to delete it would kill the program.
     QPointer<QProcess> m_uninstalling;

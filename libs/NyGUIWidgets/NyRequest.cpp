@@ -7,29 +7,20 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <NyText.h>
+
 namespace
 {
 /** Some lines: with more, the buttons would leave the screen. */
 constexpr qsizetype LONGEST_QUESTION = 400;
 
-bool turnsDirection(QChar c)
-{
-    return (c >= QChar(0x202a) && c <= QChar(0x202e)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
-}
-
 /** Without the signs by which a name in it could turn round what follows, and shortened in its middle: its end is what is asked. */
 QString shownQuestion(QString question)
 {
-    question.removeIf(turnsDirection);
+    question.removeIf(NyText::turnsDirection);
     if (question.size() <= LONGEST_QUESTION)
         return question;
-    QString beginning = question.left(LONGEST_QUESTION / 2);
-    if (beginning.back().isHighSurrogate())
-        beginning.chop(1);
-    QString end = question.right(LONGEST_QUESTION / 2 - 1);
-    if (end.front().isLowSurrogate())
-        end.remove(0, 1);
-    return beginning + QChar(u'…') + end;
+    return NyText::beginning(question, LONGEST_QUESTION / 2) + QChar(u'…') + NyText::end(question, LONGEST_QUESTION / 2 - 1);
 }
 }
 

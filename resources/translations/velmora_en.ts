@@ -783,8 +783,8 @@ in the meantime.</translation>
         <translation>&amp;Write anyway</translation>
     </message>
     <message>
-        <source>Ihre Änderungen vom %1, die nicht gespeichert worden waren, sind wieder da. „Rückgängig“ nimmt sie zurück.</source>
-        <translation>Your changes of %1, which had not been saved, are there again. “Undo” takes them back.</translation>
+        <source>Ihre nicht gespeicherten Änderungen vom %1 sind wieder da. „Rückgängig“ nimmt sie zurück.</source>
+        <translation>Your unsaved changes of %1 are back. “Undo” removes them.</translation>
     </message>
 </context>
 <context>

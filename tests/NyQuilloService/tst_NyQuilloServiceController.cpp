@@ -36,6 +36,35 @@
 using namespace TestSupport;
 
 /** The controller with photos of the pictures home, a main program that only records its starts, and a notification server. */
+namespace
+{
+/** Presses the button of that role in each question that comes. */
+class Answer
+{
+public:
+    explicit Answer(QMessageBox::ButtonRole role)
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this, role] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            m_question = box->text();
+            const QList<QAbstractButton *> buttons = box->buttons();
+            for (QAbstractButton *button : buttons) {
+                if (box->buttonRole(button) == role)
+                    button->click();
+            }
+        });
+        m_timer.start(10);
+    }
+    QString question() const { return m_question; }
+
+private:
+    QTimer m_timer;
+    QString m_question;
+};
+}
+
 class tst_NyQuilloServiceController : public QObject
 {
     Q_OBJECT
@@ -628,21 +657,9 @@ void tst_NyQuilloServiceController::deletion()
     QVERIFY(writeFile(proposals() + QStringLiteral("Buch2.nqp"), "book"));
     const QStringList before = QDir(proposals()).entryList(QDir::Files);
 
-    QString asked;
-    QTimer answer;
-    connect(&answer, &QTimer::timeout, this, [&] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            asked = box->text();
-            const QList<QAbstractButton *> buttons = box->buttons();
-            for (QAbstractButton *button : buttons) {
-                if (box->buttonRole(button) == (yes ? QMessageBox::YesRole : QMessageBox::NoRole))
-                    button->click();
-            }
-        }
-    });
-    answer.start(10);
+    const Answer answer(yes ? QMessageBox::YesRole : QMessageBox::NoRole);
     NyQuilloServiceController::deleteProposal(id);
-    QCOMPARE(asked, question);
+    QCOMPARE(answer.question(), question);
     QCOMPARE(QDir(proposals()).entryList(QDir::Files), yes ? QStringList{QStringLiteral("Buch2.nqp")} : before);
 }
 
@@ -663,17 +680,7 @@ void tst_NyQuilloServiceController::deletionOfANameLikeAPattern()
     QFETCH(QString, neighbour);
     for (const QString &name : {id, id + QStringLiteral(".png"), id + QStringLiteral("x"), neighbour})
         QVERIFY(writeFile(proposals() + name, "book"));
-    QTimer answer;
-    connect(&answer, &QTimer::timeout, this, [] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            const QList<QAbstractButton *> buttons = box->buttons();
-            for (QAbstractButton *button : buttons) {
-                if (box->buttonRole(button) == QMessageBox::YesRole)
-                    button->click();
-            }
-        }
-    });
-    answer.start(10);
+    const Answer answer(QMessageBox::YesRole);
     QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(id), NyProposalDeletion::Complete);
     QCOMPARE(QDir(proposals()).entryList(QDir::Files), QStringList(neighbour));
 }
@@ -683,17 +690,7 @@ void tst_NyQuilloServiceController::deletionOfAFolder()
     const QString id = QStringLiteral("Buch.nqp");
     QVERIFY(writeFile(proposals() + id + QStringLiteral("/photo.jpg"), "photo"));
     QVERIFY(writeFile(proposals() + id + QStringLiteral(".png"), "x"));
-    QTimer answer;
-    connect(&answer, &QTimer::timeout, this, [] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            const QList<QAbstractButton *> buttons = box->buttons();
-            for (QAbstractButton *button : buttons) {
-                if (box->buttonRole(button) == QMessageBox::YesRole)
-                    button->click();
-            }
-        }
-    });
-    answer.start(10);
+    const Answer answer(QMessageBox::YesRole);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("a folder is no proposal and stays: .*/Buch\\.nqp")));
     QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(id), NyProposalDeletion::Incomplete);
     QVERIFY(QFile::exists(proposals() + id + QStringLiteral("/photo.jpg")));
@@ -705,20 +702,9 @@ void tst_NyQuilloServiceController::deletionSaysHowItEnded()
 {
     const QString id = QStringLiteral("Buch.nqp");
     QVERIFY(writeFile(proposals() + id, "book"));
-    bool yes = false;
-    QTimer answer;
-    connect(&answer, &QTimer::timeout, this, [&yes] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            const QList<QAbstractButton *> buttons = box->buttons();
-            for (QAbstractButton *button : buttons) {
-                if (box->buttonRole(button) == (yes ? QMessageBox::YesRole : QMessageBox::NoRole))
-                    button->click();
-            }
-        }
-    });
-    answer.start(10);
+    auto answer = std::make_unique<Answer>(QMessageBox::NoRole);
     QCOMPARE(NyQuilloServiceController::askAndDeleteProposal(id), NyProposalDeletion::Declined);
-    yes = true;
+    answer = std::make_unique<Answer>(QMessageBox::YesRole);
     // A folder in which nothing can be deleted. Root can everywhere, so another user asks.
     const bool isRoot = ::geteuid() == 0;
     const QFile::Permissions readOnly(0x5555);

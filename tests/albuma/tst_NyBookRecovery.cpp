@@ -79,6 +79,7 @@ private Q_SLOTS:
     void brokenEdits();
     void unwritableFolder();
     void oldEditsAreDeleted();
+    void editsOfAnotherBookOfThatName();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -284,11 +285,39 @@ void tst_NyBookRecovery::oldEditsAreDeleted()
     };
     const QString old = folder() + u"/alt.nqp"_s;
     const QString young = folder() + u"/jung.nqp"_s;
+    const QString own = NyBookRecovery::fileOf(m_path);
     QVERIFY(writeOld(old, NyBookRecovery::LongestDays + 1));
     QVERIFY(writeOld(young, NyBookRecovery::LongestDays - 1));
+    {
+        Opened book(m_path);
+        book.setTitle(u"Rom"_s);
+    }
+    QFile file(own);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-NyBookRecovery::LongestDays - 1), QFile::FileModificationTime));
+    QVERIFY(writeOld(old, NyBookRecovery::LongestDays + 1));
     const Opened book(m_path);
-    QTRY_VERIFY(!QFile::exists(old));
+    QTRY_COMPARE(book.restored.count(), 1);
+    QCOMPARE(book.title(), u"Rom"_s);
+    QVERIFY(!QFile::exists(old));
     QVERIFY(QFile::exists(young));
+}
+
+void tst_NyBookRecovery::editsOfAnotherBookOfThatName()
+{
+    {
+        Opened book(m_path);
+        book.setTitle(u"Rom"_s);
+    }
+    QCOMPARE(keptTitle(m_path), u"Rom"_s);
+    NyBookProject other = project(u"Ostsee"_s);
+    other.creationDateEpoch += 1;
+    QVERIFY(writeFile(m_path, NyBookProjectFile::toJson(other)));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^unsaved edits are of another book than .*Toskana.nqp .*: Rom$"_s));
+    const Opened book(m_path);
+    QTRY_VERIFY(!QFile::exists(NyBookRecovery::fileOf(m_path)));
+    QCOMPARE(book.restored.count(), 0);
+    QCOMPARE(book.title(), u"Ostsee"_s);
 }
 
 QTEST_GUILESS_MAIN(tst_NyBookRecovery)
